@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "apps/orbinel/backend/endpoints.hpp"
+
+namespace orbinel::tool {
+
+/// The bodies that the backend answers with, read from a directory at every request so that people can edit them.
+///
+/// Threads: any. Failure: a file that is broken is reported in one sentence on stderr and stands for itself no more:
+/// the endpoint's neutral answer takes its place.
+class Answers {
+public:
+    explicit Answers(std::filesystem::path directory) : directory_(std::move(directory)) {}
+
+    /// Valid JSON. `${origin}` has become the backend's own address and `${uuid}` a fresh identifier, the same in the
+    /// whole answer.
+    [[nodiscard]] std::string bodyFor(const Endpoint& endpoint, std::string_view origin) const;
+
+private:
+    [[nodiscard]] std::string fileText(const Endpoint& endpoint) const;
+
+    std::filesystem::path directory_;
+};
+
+[[nodiscard]] std::string freshUuid();
+
+}  // namespace orbinel::tool

@@ -1,0 +1,123 @@
+#include "apps/orbinel/backend/inspection.hpp"
+
+#include <glib.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <array>
+#include <cstdio>
+#include <ctime>
+
+namespace orbinel::tool {
+namespace {
+
+using Writer = rapidjson::Writer<rapidjson::StringBuffer>;
+
+std::string validUtf8(std::string_view text) {
+    gchar* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
+    std::string result(valid);
+    g_free(valid);
+    return result;
+}
+
+void writeText(Writer& writer, std::string_view text) {
+    const auto valid = validUtf8(text);
+    writer.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
+}
+
+void writeMember(Writer& writer, const char* name, std::string_view text) {
+    writer.Key(name);
+    writeText(writer, text);
+}
+
+void writeHeaders(Writer& writer, const Incoming& request) {
+    writer.Key("headers");
+    writer.StartObject();
+    for (const auto& [name, value] : request.headers) writeMember(writer, validUtf8(name).c_str(), value);
+    writer.EndObject();
+}
+
+void writePayload(Writer& writer, const std::string& payload) {
+    writer.Key("payload");
+    if (payload.empty()) {
+        writer.Null();
+    } else {
+        writer.RawValue(payload.data(), payload.size(), rapidjson::kObjectType);
+    }
+}
+
+void writeRequest(Writer& writer, const ReceivedRequest& received) {
+    writer.StartObject();
+    writer.Key("id");
+    writer.Uint64(received.id);
+    writer.Key("at");
+    writer.Double(received.at);
+    writeMember(writer, "method", received.request.method);
+    writeMember(writer, "path", received.request.path);
+    writer.Key("status");
+    writer.Int(received.status);
+    writeMember(writer, "partner", received.reading.partner);
+    writeMember(writer, "summary", received.reading.summary);
+    if (!received.reading.problem.empty()) writeMember(writer, "problem", received.reading.problem);
+    writeHeaders(writer, received.request);
+    writeMember(writer, "body", received.request.body);
+    writePayload(writer, received.reading.payload);
+    writer.EndObject();
+}
+
+std::string localTime(double at) {
+    const auto seconds = static_cast<std::time_t>(at);
+    std::tm parts{};
+    localtime_r(&seconds, &parts);
+    std::array<char, 16> text{};
+    std::strftime(text.data(), text.size(), "%H:%M:%S", &parts);
+    return text.data();
+}
+
+std::string sizeText(std::size_t bytes) {
+    if (bytes < 1000) return std::to_string(bytes) + " B";
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.1f KB", static_cast<double>(bytes) / 1000.0);
+    return text.data();
+}
+
+std::string printable(std::string_view text) {
+    std::string result = validUtf8(text);
+    for (char& c : result) {
+        if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '?';
+    }
+    return result;
+}
+
+}  // namespace
+
+std::string requestsAsJson(const std::vector<std::shared_ptr<const ReceivedRequest>>& requests) {
+    rapidjson::StringBuffer buffer;
+    Writer writer(buffer);
+    writer.StartArray();
+    for (const auto& request : requests) writeRequest(writer, *request);
+    writer.EndArray();
+    return {buffer.GetString(), buffer.GetSize()};
+}
+
+std::string requestAsLine(const ReceivedRequest& received) {
+    const auto& reading = received.reading;
+    std::string line = localTime(received.at) + "  " + received.request.method + ' ' + received.request.path;
+    line += "  " + (reading.partner.empty() ? std::string("-") : reading.partner);
+    if (!reading.summary.empty()) line += "  " + reading.summary;
+    line += "  (" + sizeText(received.request.body.size()) + ')';
+    if (received.status != 200) line += "  -> " + std::to_string(received.status);
+    if (!reading.problem.empty()) line += "  ! " + reading.problem;
+    return printable(line);
+}
+
+std::string errorBody(std::string_view sentence) {
+    rapidjson::StringBuffer buffer;
+    Writer writer(buffer);
+    writer.StartObject();
+    writeMember(writer, "error", sentence);
+    writer.EndObject();
+    return {buffer.GetString(), buffer.GetSize()};
+}
+
+}  // namespace orbinel::tool

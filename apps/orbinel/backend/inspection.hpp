@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "apps/orbinel/backend/request_log.hpp"
+
+namespace orbinel::tool {
+
+/// The requests as the JSON array that tools, tests and the inspector page read. Bytes that are not UTF-8 are replaced.
+[[nodiscard]] std::string requestsAsJson(const std::vector<std::shared_ptr<const ReceivedRequest>>& requests);
+
+/// One line for a terminal, without its end; what a sender wrote cannot move the cursor.
+[[nodiscard]] std::string requestAsLine(const ReceivedRequest& request);
+
+/// {"error": sentence}
+[[nodiscard]] std::string errorBody(std::string_view sentence);
+
+}  // namespace orbinel::tool

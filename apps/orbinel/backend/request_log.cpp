@@ -1,0 +1,55 @@
+#include "apps/orbinel/backend/request_log.hpp"
+
+#include <glib.h>
+
+namespace orbinel::tool {
+namespace {
+
+constexpr std::size_t maxRequests = 10'000;
+constexpr std::size_t maxBytes = 256'000'000;
+
+std::size_t sizeOf(const ReceivedRequest& request) {
+    return request.request.body.size() + request.reading.payload.size();
+}
+
+}  // namespace
+
+RequestLog::RequestLog() : run_(static_cast<std::uint64_t>(g_get_real_time())) {}
+
+std::shared_ptr<const ReceivedRequest> RequestLog::add(ReceivedRequest request) {
+    const MutexLock lock(mutex_);
+    request.id = ++count_;
+    request.at = static_cast<double>(g_get_real_time() / 1000) / 1000.0;
+    bytes_ += sizeOf(request);
+    requests_.push_back(std::make_shared<const ReceivedRequest>(std::move(request)));
+    const auto added = requests_.back();
+    while (requests_.size() > maxRequests || (bytes_ > maxBytes && requests_.size() > 1)) {
+        bytes_ -= sizeOf(*requests_.front());
+        requests_.pop_front();
+    }
+    return added;
+}
+
+RequestLog::View RequestLog::after(std::uint64_t id) const {
+    const MutexLock lock(mutex_);
+    View view{run_, {}};
+    // Ids are dense, so that a poll for news does not look at what is old.
+    const std::uint64_t first = requests_.empty() ? count_ + 1 : requests_.front()->id;
+    const std::uint64_t skipped = id >= first ? id - first + 1 : 0;
+    for (std::size_t i = skipped; i < requests_.size(); ++i) view.requests.push_back(requests_[i]);
+    return view;
+}
+
+void RequestLog::clear() {
+    const MutexLock lock(mutex_);
+    requests_.clear();
+    bytes_ = 0;
+    ++run_;
+}
+
+std::uint64_t RequestLog::count() const {
+    const MutexLock lock(mutex_);
+    return count_;
+}
+
+}  // namespace orbinel::tool

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <vector>
+
+#include "apps/orbinel/backend/reading.hpp"
+#include "base/mutex.hpp"
+
+namespace orbinel::tool {
+
+struct ReceivedRequest {
+    std::uint64_t id = 0;  // counts from 1, also across `clear`
+    double at = 0;         // seconds since 1970
+    Incoming request;
+    Reading reading;
+    int status = 0;  // of the answer
+};
+
+/// Keeps the last requests in memory.
+///
+/// Threads: any. Order: ids grow in the order of `add`. Bounds: 10,000 requests and 256 MB of bodies; what came first
+/// goes first.
+class RequestLog {
+public:
+    RequestLog();
+
+    /// Fills in the id and the time.
+    std::shared_ptr<const ReceivedRequest> add(ReceivedRequest request);
+
+    struct View {
+        std::uint64_t run = 0;  // another number after `clear` and in another process: what was read before is gone
+        std::vector<std::shared_ptr<const ReceivedRequest>> requests;
+    };
+    /// Those with a greater id, oldest first.
+    [[nodiscard]] View after(std::uint64_t id) const;
+
+    void clear();
+
+    /// How many have come since the beginning.
+    [[nodiscard]] std::uint64_t count() const;
+
+private:
+    mutable Mutex mutex_;
+    std::deque<std::shared_ptr<const ReceivedRequest>> requests_ ORBINEL_GUARDED_BY(mutex_);
+    std::size_t bytes_ ORBINEL_GUARDED_BY(mutex_) = 0;
+    std::uint64_t count_ ORBINEL_GUARDED_BY(mutex_) = 0;
+    std::uint64_t run_ ORBINEL_GUARDED_BY(mutex_);
+};
+
+}  // namespace orbinel::tool

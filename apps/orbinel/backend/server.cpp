@@ -1,0 +1,252 @@
+#include "apps/orbinel/backend/server.hpp"
+
+#include <glib.h>
+#include <sys/socket.h>
+
+#include <charconv>
+#include <cstdio>
+#include <thread>
+#include <utility>
+
+#include "apps/orbinel/backend/endpoints.hpp"
+#include "apps/orbinel/backend/identity.hpp"
+#include "apps/orbinel/backend/inspection.hpp"
+#include "apps/orbinel/backend/inspector_page.hpp"
+#include "apps/orbinel/decode/scrambling.hpp"
+
+namespace orbinel::tool {
+namespace {
+
+constexpr const char* host = "127.0.0.1";
+constexpr const char* jsonType = "application/json";
+constexpr const char* anyPath = R"([\s\S]*)";
+constexpr std::size_t maxBody = 16'000'000;
+// A kept-alive connection holds a thread: enough of them that a client with many connections does not wait for itself.
+constexpr std::size_t threads = 32;
+constexpr time_t idleSeconds = 1;
+constexpr std::size_t maxShownPayload = 400;
+
+/// A body that neither its length nor chunks announce is none: reading it would wait for the end of the connection.
+bool hasBody(const httplib::Request& request) {
+    return request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
+}
+
+/// Reads the body as it stands, forms included, which the HTTP library would otherwise take apart. False when it could
+/// not be read; the HTTP library has set the status then.
+bool readBody(const httplib::Request& request, const httplib::ContentReader& reader, std::string& body) {
+    if (!hasBody(request)) return true;
+    const auto append = [&](const char* bytes, std::size_t size) {
+        body.append(bytes, size);
+        return true;
+    };
+    if (!request.is_multipart_form_data()) return reader(append);
+    return reader([](const httplib::MultipartFormData&) { return true; }, append);
+}
+
+Incoming incomingFrom(const httplib::Request& request, std::string body) {
+    Incoming incoming{request.method, request.path, {}, std::move(body)};
+    for (const auto& [name, value] : request.headers) {
+        // The HTTP library's own additions; the connection's ends are not part of what was sent.
+        const bool added =
+            name == "REMOTE_ADDR" || name == "REMOTE_PORT" || name == "LOCAL_ADDR" || name == "LOCAL_PORT";
+        if (!added) incoming.headers.emplace_back(name, value);
+    }
+    return incoming;
+}
+
+std::uint64_t sinceParameter(const httplib::Request& request) {
+    const auto text = request.get_param_value("since");
+    std::uint64_t since = 0;
+    std::from_chars(text.data(), text.data() + text.size(), since);
+    return since;
+}
+
+std::string sentence(std::string clause) {
+    if (!clause.empty()) clause.front() = g_ascii_toupper(clause.front());
+    return clause + '.';
+}
+
+std::string nowInSeconds() { return std::to_string(g_get_real_time() / G_USEC_PER_SEC); }
+
+std::string shortened(const std::string& text) {
+    if (text.size() <= maxShownPayload) return text;
+    auto end = maxShownPayload;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;  // not inside a character
+    return text.substr(0, end) + " …";
+}
+
+void answerJson(httplib::Response& response, int status, const std::string& body) {
+    response.status = status;
+    response.set_content(body, jsonType);
+}
+
+}  // namespace
+
+BackendServer::BackendServer(ServerOptions options) : options_(std::move(options)), answers_(options_.answers) {
+    server_.new_task_queue = [] { return new httplib::ThreadPool(threads); };
+    server_.set_payload_max_length(maxBody);
+    server_.set_keep_alive_timeout(idleSeconds);
+    server_.set_keep_alive_max_count(1'000'000);
+    server_.set_tcp_nodelay(true);
+    // The HTTP library's default would let a second backend take the same port and share its requests.
+    server_.set_socket_options([](socket_t socket) {
+        const int yes = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    });
+    addRoutes();
+}
+
+void BackendServer::addRoutes() {
+    const auto withBody = [this](const httplib::Request& request, httplib::Response& response,
+                                 const httplib::ContentReader& reader) {
+        std::string body;
+        if (readBody(request, reader, body)) serveRequest(request, std::move(body), response);
+    };
+    server_.Post(anyPath, withBody);
+    server_.Put(anyPath, withBody);
+    server_.Patch(anyPath, withBody);
+    server_.Delete(anyPath, withBody);
+    const auto withoutBody = [this](const httplib::Request& request, httplib::Response& response) {
+        serveRequest(request, {}, response);
+    };
+    server_.Get(anyPath, withoutBody);
+    server_.Options(anyPath, withoutBody);
+    server_.set_error_handler([](const httplib::Request&, httplib::Response& response) {
+        if (!response.body.empty()) return;
+        response.set_content(errorBody("The request cannot be read (" + std::to_string(response.status) + ")."),
+                             jsonType);
+    });
+}
+
+bool BackendServer::bind(int port) {
+    if (port == 0) {
+        port = server_.bind_to_any_port(host);
+        if (port <= 0) return false;
+    } else if (!server_.bind_to_port(host, port)) {
+        return false;
+    }
+    origin_ = "http://" + std::string(host) + ':' + std::to_string(port);
+    return true;
+}
+
+bool BackendServer::serve() {
+    const bool served = server_.listen_after_bind();
+    ended_ = true;
+    return served;
+}
+
+void BackendServer::stop() {
+    {
+        const MutexLock lock(stopMutex_);
+        stopping_ = true;
+        stopped_.notifyAll();
+    }
+    // The HTTP library ignores a stop that comes before it has begun.
+    while (!ended_ && !server_.is_running()) std::this_thread::yield();
+    server_.stop();
+}
+
+void BackendServer::pause(std::chrono::milliseconds time) {
+    const auto end = std::chrono::steady_clock::now() + time;
+    const MutexLock lock(stopMutex_);
+    while (!stopping_ && stopped_.waitUntil(stopMutex_, end)) {
+    }
+}
+
+void BackendServer::serveRequest(const httplib::Request& request, std::string body, httplib::Response& response) {
+    if (request.path == "/" || request.path.starts_with("/inspect/")) {
+        serveInspection(request, body, response);
+    } else {
+        serveApi(incomingFrom(request, std::move(body)), response);
+    }
+}
+
+void BackendServer::serveInspection(const httplib::Request& request, const std::string& body,
+                                    httplib::Response& response) {
+    const auto asked = request.method + ' ' + request.path;
+    response.set_header("Cache-Control", "no-store");
+    if (asked == "GET /") {
+        response.set_content(inspectorPage(), "text/html; charset=utf-8");
+    } else if (asked == "GET /inspect/requests") {
+        const auto view = log_.after(sinceParameter(request));
+        response.set_header("X-Inspect-Run", std::to_string(view.run));
+        answerJson(response, 200, requestsAsJson(view.requests));
+    } else if (asked == "DELETE /inspect/requests") {
+        log_.clear();
+        answerJson(response, 200, R"({"success": true})");
+    } else if (asked == "PUT /inspect/answer") {
+        auto wanted = readOverride(body);
+        if (!wanted.refusal.empty()) return answerJson(response, 400, errorBody(wanted.refusal));
+        overrides_.set(wanted.path, std::move(wanted.answer));
+        answerJson(response, 200, R"({"success": true})");
+    } else if (asked == "DELETE /inspect/answer") {
+        overrides_.clear();
+        answerJson(response, 200, R"({"success": true})");
+    } else {
+        answerJson(response, 404,
+                   errorBody("There is GET / and, below /inspect: GET and DELETE requests, PUT and DELETE answer."));
+    }
+}
+
+void BackendServer::serveApi(Incoming incoming, httplib::Response& response) {
+    auto reading = readRequest(incoming);
+    auto wanted = overrides_.take(incoming.path);
+    auto answer = wanted ? overriddenAnswer(*wanted, incoming, reading) : usualAnswer(incoming, reading);
+    // A path of the person's own is none of the API's, but not a mistake either.
+    if (wanted && !reading.served) reading.problem.clear();
+    record(std::move(incoming), std::move(reading), answer.status);
+    if (answer.delay.count() > 0) pause(answer.delay);
+
+    const bool typed = answer.headers.find("Content-Type") != answer.headers.end();
+    response.status = answer.status;
+    response.headers = std::move(answer.headers);
+    if (answer.status == 204 || answer.status == 304) return;
+    response.body = std::move(answer.body);
+    if (!typed) response.set_header("Content-Type", jsonType);
+}
+
+BackendServer::Answer BackendServer::usualAnswer(const Incoming& incoming, const Reading& reading) const {
+    if (!reading.served) return {404, errorBody(sentence(reading.problem)), {}};
+    if (reading.unreadableEnvelope) return {400, errorBody(sentence(reading.problem)), {}};
+    auto body = answers_.bodyFor(*findEndpoint(incoming.path), origin_);
+    if (incoming.path != identityPath) return {200, std::move(body), {}};
+    const auto timestamp = nowInSeconds();
+    return {200,
+            scramble(identityFor(reading.payload, body), timestamp),
+            {{"ts", timestamp}, {"Content-Type", "text/plain"}}};
+}
+
+BackendServer::Answer BackendServer::overriddenAnswer(const Override& wanted, const Incoming& incoming,
+                                                      const Reading& reading) const {
+    Answer answer;
+    if (!wanted.body) {
+        answer = usualAnswer(incoming, reading);
+    } else if (wanted.scrambled) {
+        const auto timestamp = nowInSeconds();
+        answer.body = scramble(*wanted.body, timestamp);
+        answer.headers.emplace("ts", timestamp);
+    } else {
+        answer.body = *wanted.body;
+    }
+    answer.status = wanted.status;
+    answer.delay = wanted.delay;
+    for (const auto& [name, value] : wanted.headers) {
+        answer.headers.erase(name);
+        answer.headers.emplace(name, value);
+    }
+    return answer;
+}
+
+void BackendServer::record(Incoming incoming, Reading reading, int status) {
+    const auto received = log_.add({0, 0, std::move(incoming), std::move(reading), status});
+    if (options_.quiet) return;
+    auto text = requestAsLine(*received) + '\n';
+    if (options_.payloads && !received->reading.payload.empty()) {
+        text += "          " + shortened(received->reading.payload) + '\n';
+    }
+    const MutexLock lock(outputMutex_);
+    std::fputs(text.c_str(), stdout);
+    std::fflush(stdout);
+}
+
+}  // namespace orbinel::tool

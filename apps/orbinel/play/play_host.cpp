@@ -1,0 +1,140 @@
+#include "apps/orbinel/play/play_host.hpp"
+
+#include <algorithm>
+#include <random>
+#include <utility>
+
+#include "core/current_world.hpp"
+#include "core/world.hpp"
+#include "hosts/common/glib_base64.hpp"
+#include "hosts/common/in_process_notification_centre.hpp"
+#include "hosts/common/rapidjson_json.hpp"
+#include "orbinel/headless/headless_console.hpp"
+#include "orbinel/linux/linux_host.hpp"
+#include "orbinel/orbinel.hpp"
+
+namespace orbinel::tool {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds longestSlice{50};  // real-time work falls due without anybody saying so
+constexpr std::chrono::milliseconds longestEnd{5000};
+
+/// In virtual time two plays of one scenario are the same play; in real time they are two devices.
+std::uint64_t deviceSeed(bool isVirtual) { return isVirtual ? 1 : std::random_device()(); }
+
+}  // namespace
+
+std::shared_ptr<headless::HeadlessScheduler> makeScheduler(const std::optional<double>& clockStart) {
+    using headless::HeadlessScheduler;
+    if (clockStart) return std::make_shared<HeadlessScheduler>(*clockStart);
+    return std::make_shared<HeadlessScheduler>(HeadlessScheduler::RealClock{});
+}
+
+PlayHost::PlayHost(std::shared_ptr<headless::HeadlessScheduler> scheduler, bool isVirtual,
+                   std::filesystem::path directory, Trace& trace)
+    : scheduler_(std::move(scheduler)),
+      directory_(std::move(directory)),
+      json_(std::make_shared<hosts::RapidJson>()),
+      base64_(std::make_shared<hosts::GlibBase64>()),
+      http_(std::make_shared<TracedHttp>(hosts::makeLinuxHttp(), base64_, trace, isVirtual ? scheduler_ : nullptr)),
+      defaults_(std::make_shared<hosts::SqliteDefaults>(directory_, json_)),
+      secureItems_(std::make_shared<RememberingSecureItems>(hosts::makeLinuxSecureItems(directory_))),
+      notificationCentre_(std::make_shared<hosts::InProcessNotificationCentre>()),
+      application_(std::make_shared<headless::HeadlessApplication>()),
+      device_(std::make_shared<headless::HeadlessDevice>(deviceSeed(isVirtual))),
+      notifications_(std::make_shared<headless::HeadlessNotifications>()),
+      console_(std::make_shared<headless::HeadlessConsole>([&trace](std::string_view line) {
+          trace.write({{"console", line}});
+      })) {}
+
+PlayHost::~PlayHost() {
+    shutdown();
+    static_cast<void>(settle(longestEnd));
+}
+
+platform::Services PlayHost::services() const {
+    return {scheduler_,          http_,        json_,   base64_,        defaults_, secureItems_,
+            notificationCentre_, application_, device_, notifications_, console_};
+}
+
+void PlayHost::changeDevice(const std::vector<FactChange>& changes) {
+    const DeviceParts parts{*device_, *application_, *notifications_, *scheduler_, appState_};
+    for (const auto& change : changes) change(parts);
+}
+
+void PlayHost::write(const Preset& preset) {
+    const auto fill = [](platform::DefaultsStore& store, const Dictionary& values) {
+        for (const auto& [key, value] : values) store.set(key, value);
+        store.synchronize();
+    };
+    fill(*defaults_->standard(), preset.defaults);
+    if (!preset.appGroup.empty()) fill(*defaults_->appGroup(preset.appGroupName), preset.appGroup);
+    for (const auto& [key, value] : preset.secure) {
+        const auto data = json_->serialise(value, platform::JsonStyle::compact);
+        if (data) secureItems_->store(key, key, *data);
+        if (value.isAbsent()) secureItems_->remove(key, key);
+    }
+    defaults_->waitUntilWritten();
+}
+
+void PlayHost::launch() {
+    if (!start(services())) throw NotCarriedOut("the library does not start");
+    drain();
+}
+
+void PlayHost::end() {
+    shutdown();
+    waitForCancelledRequests();
+}
+
+void PlayHost::kill() {
+    if (auto world = current_world::take()) {
+        world->ownLifetime.end();  // whatever still comes finds nothing to do
+        world.reset();
+    }
+    waitForCancelledRequests();
+    const std::weak_ptr<hosts::SqliteDefaults> old = defaults_;
+    defaults_.reset();  // commits what was synchronised and drops the rest
+    if (!old.expired()) throw NotCarriedOut("the library still holds its stores");
+    defaults_ = std::make_shared<hosts::SqliteDefaults>(directory_, json_);
+}
+
+void PlayHost::waitForCancelledRequests() {
+    if (!settle(longestEnd)) throw NotCarriedOut("a cancelled request does not end");
+}
+
+void PlayHost::post(std::string_view notification, const Dictionary& info) {
+    if (notification == platform::notification_names::didBecomeActive) appState_ = "active";
+    if (notification == platform::notification_names::didEnterBackground) appState_ = "background";
+    notificationCentre_->post(notification, info);
+}
+
+void PlayHost::drain() {
+    do {
+        scheduler_->runUntilIdle();
+        // Twice: what a store's completion asks a store for stands in line behind the first waiting.
+        defaults_->waitUntilWritten();
+        defaults_->waitUntilWritten();
+    } while (scheduler_->hasDueWork());
+}
+
+bool PlayHost::settle(std::chrono::milliseconds limit, const std::vector<std::string>& ignoredUrlParts) {
+    return drainUntil([&] { return http_->inFlight(ignoredUrlParts) == 0; }, limit);
+}
+
+bool PlayHost::drainUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+    const auto deadline = Clock::now() + limit;
+    for (;;) {
+        const auto known = http_->changes();
+        drain();
+        // A completion that has returned since then may have left work behind.
+        if (condition() && !scheduler_->hasDueWork() && http_->changes() == known) return true;
+        if (Clock::now() >= deadline) return false;
+        http_->waitForChange(known, std::min(deadline, Clock::now() + longestSlice));
+    }
+}
+
+}  // namespace orbinel::tool

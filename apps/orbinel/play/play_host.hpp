@@ -1,0 +1,92 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "apps/orbinel/play/device_facts.hpp"
+#include "apps/orbinel/play/remembering_secure_items.hpp"
+#include "apps/orbinel/play/scenario.hpp"
+#include "apps/orbinel/play/trace.hpp"
+#include "apps/orbinel/play/traced_http.hpp"
+#include "hosts/linux/sqlite_defaults.hpp"
+#include "orbinel/headless/headless_scheduler.hpp"
+#include "orbinel/platform/services.hpp"
+
+namespace orbinel::tool {
+
+/// Why a step could not be carried out: a clause.
+struct NotCarriedOut : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// The clock of a scenario: a virtual one that begins there, or the real one.
+[[nodiscard]] std::shared_ptr<headless::HeadlessScheduler> makeScheduler(const std::optional<double>& clockStart);
+
+/// The platform of a play: HTTP and storage of Linux, everything else in memory; and the library that runs on it.
+///
+/// Threads: made, used and ended on the scheduler's main thread.
+class PlayHost {
+public:
+    /// The trace must outlive it. The directory must be there.
+    PlayHost(std::shared_ptr<headless::HeadlessScheduler> scheduler, bool isVirtual, std::filesystem::path directory,
+             Trace& trace);
+    ~PlayHost();
+    PlayHost(const PlayHost&) = delete;
+    PlayHost& operator=(const PlayHost&) = delete;
+
+    void changeDevice(const std::vector<FactChange>& changes);
+    void write(const Preset& preset);
+
+    /// Makes the library.
+    void launch();
+
+    /// Ends the library in order.
+    void end();
+
+    /// Lets the library go as the kill of its process does: what has not been synchronised is lost.
+    void kill();
+
+    /// Posts the notification; those of the lifecycle change the application's state before.
+    void post(std::string_view notification, const Dictionary& info);
+
+    /// Runs due work until none is left, and waits for what the stores have been asked for, whose completions may begin
+    /// requests: nothing but HTTP and the clock is then left to wait for.
+    void drain();
+
+    /// Drains until no request is in flight, those with a URL that contains an ignored part aside; false when the limit
+    /// (real time) comes first.
+    [[nodiscard]] bool settle(std::chrono::milliseconds limit, const std::vector<std::string>& ignoredUrlParts = {});
+
+    /// Drains until the condition, asked after each change, holds; false when the limit (real time) comes first.
+    [[nodiscard]] bool drainUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
+
+    [[nodiscard]] headless::HeadlessScheduler& scheduler() { return *scheduler_; }
+    [[nodiscard]] const RememberingSecureItems& secureItems() const { return *secureItems_; }
+
+private:
+    [[nodiscard]] platform::Services services() const;
+    void waitForCancelledRequests();
+
+    const std::shared_ptr<headless::HeadlessScheduler> scheduler_;
+    const std::filesystem::path directory_;
+    const std::shared_ptr<platform::Json> json_;
+    const std::shared_ptr<platform::Base64> base64_;
+    const std::shared_ptr<TracedHttp> http_;
+    std::shared_ptr<hosts::SqliteDefaults> defaults_;  // made anew after a kill
+    const std::shared_ptr<RememberingSecureItems> secureItems_;
+    const std::shared_ptr<platform::NotificationCentre> notificationCentre_;
+    const std::shared_ptr<headless::HeadlessApplication> application_;
+    const std::shared_ptr<headless::HeadlessDevice> device_;
+    const std::shared_ptr<headless::HeadlessNotifications> notifications_;
+    const std::shared_ptr<platform::Console> console_;
+    std::string appState_ = "inactive";
+};
+
+}  // namespace orbinel::tool

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/mutex.hpp"
+#include "hosts/linux/sqlite_database.hpp"
+#include "orbinel/platform/json.hpp"
+
+namespace orbinel::hosts {
+
+/// Reads the values of a store that other processes write, from its file.
+///
+/// Threads: callable from any thread; a read waits for the disk, and for another process a moment at most.
+class GroupReader {
+public:
+    GroupReader(std::filesystem::path path, std::shared_ptr<const platform::Json> json);
+
+    /// The value as it is in the file, absent where there is none; nothing where the file cannot be read.
+    [[nodiscard]] std::optional<Value> value(std::string_view key);
+
+    [[nodiscard]] std::optional<std::vector<std::string>> keys();
+
+    /// Nothing is read any more.
+    void close();
+
+private:
+    template <typename Read>
+    auto read(Read read) -> std::optional<decltype(read(std::declval<SqliteDatabase&>()))>;
+
+    const std::filesystem::path path_;
+    const std::shared_ptr<const platform::Json> json_;
+
+    Mutex mutex_;
+    std::unique_ptr<SqliteDatabase> database_ ORBINEL_GUARDED_BY(mutex_);
+    bool closed_ ORBINEL_GUARDED_BY(mutex_) = false;
+};
+
+}  // namespace orbinel::hosts

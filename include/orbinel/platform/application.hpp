@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace orbinel::platform {
+
+/// What the platform's package says about the application.
+struct ApplicationBundle {
+    std::optional<std::string> version;                // as shown to people, such as "2.1.0"
+    std::optional<std::string> identifier;             // the package's name, such as "com.acme.shop"
+    std::optional<std::string> preferredLocalisation;  // the localisation in use (BCP 47), such as "tr" or "en-GB"
+};
+
+/// The application that the library runs in.
+///
+/// Threads: callable from any thread; answers are kept by the host, so that nobody waits for the main thread.
+class Application {
+public:
+    virtual ~Application() = default;
+
+    /// Whether the platform may suspend the process as soon as it is in the background. Only then does the library
+    /// hold the main thread for a moment while it hands the session over.
+    [[nodiscard]] virtual bool backgroundMaySuspend() const noexcept = 0;
+
+    /// Whether the interface stands upright.
+    [[nodiscard]] virtual bool isPortrait() const noexcept = 0;
+
+    [[nodiscard]] virtual ApplicationBundle bundle() const noexcept = 0;
+};
+
+}  // namespace orbinel::platform

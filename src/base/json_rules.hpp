@@ -1,0 +1,17 @@
+#pragma once
+
+#include "orbinel/value.hpp"
+
+namespace orbinel {
+
+/// Whether a dictionary can be sent as JSON to its last leaf: nothing in it is a date, an absent value, NaN or an
+/// infinity, and it nests no deeper than `maximumValueDepth`.
+[[nodiscard]] bool isValidJsonDeeply(const Dictionary& dictionary) noexcept;
+[[nodiscard]] bool isValidJsonDeeply(const Value& value) noexcept;
+
+/// Removes what JSON cannot hold, at any depth: NaN and infinities, dates, absent values, and containers beyond
+/// `maximumValueDepth`.
+void sanitizeDictionary(Dictionary& dictionary);
+void sanitizeArray(Array& array);
+
+}  // namespace orbinel

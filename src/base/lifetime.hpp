@@ -1,0 +1,75 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <utility>
+
+#include "base/guard.hpp"
+#include "base/mutex.hpp"
+#include "base/reports.hpp"
+
+namespace orbinel {
+
+/// Lets work that comes late (HTTP completions, timers, main-queue tasks) and calls from outside find out whether their
+/// world still runs, and keeps the world in memory while they are running.
+///
+/// Threads: any. A lifetime begins once and ends once.
+class Lifetime {
+    struct State;
+
+public:
+    explicit Lifetime(Reports& reports) : reports_(reports) {}
+
+    /// One piece of running work; false where the world does not run. The end of a world waits for it.
+    class Entry {
+    public:
+        explicit Entry(const Lifetime& lifetime) : Entry(lifetime.state_) {}
+        explicit Entry(std::shared_ptr<State> state);
+        ~Entry();
+        Entry(const Entry&) = delete;
+        Entry& operator=(const Entry&) = delete;
+        explicit operator bool() const noexcept { return world_ != nullptr; }
+
+    private:
+        void leave() noexcept;
+
+        const std::shared_ptr<State> state_;
+        std::shared_ptr<void> world_;
+    };
+
+    /// Called when the world has an owner that can be shared.
+    void begin(std::weak_ptr<void> world);
+
+    /// From now on no work begins.
+    void end();
+
+    /// Waits until no work is running, other than what the calling thread itself is in the middle of; false when the
+    /// limit was reached first. Only after `end`.
+    bool waitUntilQuiet(std::chrono::milliseconds limit) const;
+
+    /// The work, changed so that it runs only while the world does, and under the exception guard; otherwise calling it
+    /// does nothing.
+    template <typename Work>
+    [[nodiscard]] auto whileAlive(Work work) const {
+        return [this, state = state_, work = std::move(work)](auto&&... arguments) mutable {
+            const Entry entry(state);
+            if (!entry) return;  // and this object may be gone
+            guarded(reports_, "-[Orbinel completion]", [&] { work(std::forward<decltype(arguments)>(arguments)...); });
+        };
+    }
+
+private:
+    struct State {
+        std::weak_ptr<void> world;  // set before the lifetime begins, and then only read
+        std::atomic<bool> ended{true};
+        std::atomic<int> running{0};
+        Mutex mutex;
+        ConditionVariable changed;  // of `running`, once it has ended
+    };
+
+    Reports& reports_;
+    const std::shared_ptr<State> state_ = std::make_shared<State>();
+};
+
+}  // namespace orbinel

@@ -1,0 +1,51 @@
+#include "core/current_world.hpp"
+
+#include <utility>
+
+#include "base/mutex.hpp"
+#include "core/world.hpp"
+
+namespace orbinel::current_world {
+
+namespace {
+
+struct Place {
+    Mutex mutex;
+    std::shared_ptr<World> world ORBINEL_GUARDED_BY(mutex);
+    bool claimed ORBINEL_GUARDED_BY(mutex) = false;
+};
+
+// Never destroyed: an application may call the facade from its own static destructors.
+Place& place() noexcept {
+    static Place& only = *new Place;
+    return only;
+}
+
+}  // namespace
+
+std::shared_ptr<World> get() noexcept {
+    auto& only = place();
+    const MutexLock lock(only.mutex);
+    return only.world;
+}
+
+bool claim() noexcept {
+    auto& only = place();
+    const MutexLock lock(only.mutex);
+    return only.world == nullptr && !std::exchange(only.claimed, true);
+}
+
+void set(std::shared_ptr<World> world) noexcept {
+    auto& only = place();
+    const MutexLock lock(only.mutex);
+    only.claimed = false;
+    only.world = std::move(world);
+}
+
+std::shared_ptr<World> take() noexcept {
+    auto& only = place();
+    const MutexLock lock(only.mutex);
+    return std::exchange(only.world, nullptr);
+}
+
+}  // namespace orbinel::current_world

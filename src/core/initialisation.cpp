@@ -1,0 +1,188 @@
+#include "core/initialisation.hpp"
+
+#include <algorithm>
+#include <cassert>
+
+#include "base/guard.hpp"
+#include "base/utf8.hpp"
+#include "session/session_reason.hpp"
+#include "session/stored_keys.hpp"
+
+namespace orbinel {
+
+namespace {
+
+constexpr std::size_t shortestPartnerName = 2;
+
+bool isLowerLetterOrDigit(char c) noexcept { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); }
+
+bool hasFormOfPartnerName(std::string_view name) noexcept {
+    return !name.empty() && isLowerLetterOrDigit(name.front()) &&
+           std::all_of(name.begin(), name.end(), [](char c) { return isLowerLetterOrDigit(c) || c == '_'; });
+}
+
+/// What is absent is fed as the empty text.
+template <typename Content>
+Value valueOrEmptyText(const std::optional<Content>& content) {
+    return content ? Value(*content) : Value("");
+}
+
+}  // namespace
+
+Initialisation::Initialisation(const Needs& needs)
+    : reports_(needs.reports),
+      helper_(needs.helper),
+      endpoints_(needs.endpoints),
+      session_(needs.session),
+      stop_(needs.stop),
+      start_(needs.start),
+      identity_(needs.identity),
+      lifecycle_(needs.lifecycle),
+      features_(needs.features),
+      lifetime_(needs.lifetime),
+      scheduler_(needs.scheduler),
+      notificationCentre_(needs.notificationCentre) {}
+
+void Initialisation::disableAutoIntegration() noexcept {
+    autoIntegration_ = false;
+    guarded(reports_, "+[Orbinel disableAutoIntegration]", [&] { features_.startAutoIntegration(false); });
+}
+
+// --- Initialising ---
+
+void Initialisation::initWithLaunchOptions(const Arguments& arguments) noexcept {
+    const auto* operation = arguments.customEndpoint
+                                ? "+[Orbinel initWithLaunchOptions:partnerName:appGroup:customEndpoint:]"
+                                : "+[Orbinel initWithLaunchOptions:partnerName:appGroup:]";
+    guarded(reports_, operation, [&] {
+        if (autoIntegration_) features_.startAutoIntegration(true);
+        helper_.saveAppGroup(arguments.appGroup);
+        if (arguments.customEndpoint) endpoints_.setCustomEndpoint(*arguments.customEndpoint);
+        initSDK(arguments.partnerName, arguments.launchOptions);
+        reports_.feed("initSDK", [&] {
+            Dictionary data{{"partnerName", valueOrEmptyText(arguments.partnerName)},
+                            {"launchOptions", valueOrEmptyText(arguments.launchOptions)},
+                            {"appGroup", valueOrEmptyText(arguments.appGroup)}};
+            if (arguments.customEndpoint) data.set("customEndpoint", valueOrEmptyText(*arguments.customEndpoint));
+            return data;
+        });
+    });
+}
+
+void Initialisation::initSDK(const Value& partnerName, const std::optional<Dictionary>& launchOptions) noexcept {
+    guarded(reports_, "+[Orbinel initSDK:launchOptions:]", [&] {
+        if (!partnerNameIsValid(partnerName)) return;
+        if (helper_.sdkDisabled()) return reports_.note("Not initialised: the backend has switched the library off.");
+        features_.callUserNotificationCenterSwizzlers();
+        helper_.setSessionGdprConsent(features_.checkCurrentGDPRConsent());
+        helper_.setMobileSessionGdprConsent(features_.checkCurrentMobileConsent());
+        session_.setPartnerName(partnerName.stringOrEmpty());
+        features_.addObserverForEventInapps();
+        if (!features_.isAutoIntegrationEnabled()) {
+            features_.handlePushLogWithUserInfo(launchOptions.value_or(Dictionary()));
+        }
+        observePlatform();
+        reports_.feed("initSDK", [&] {
+            return Dictionary{{"partnerName", partnerName}, {"launchOptions", valueOrEmptyText(launchOptions)}};
+        });
+        regularInitHasDone_ = true;
+    });
+}
+
+void Initialisation::observePlatform() {
+    namespace names = platform::notification_names;
+    observe(names::didBecomeActive, &Lifecycle::handleApplicationDidBecomeActiveNotification);
+    observe(names::didEnterBackground, &Lifecycle::handleApplicationDidEnterBackgroundNotification);
+    observe(names::willTerminate, &Lifecycle::appWillTerminate);
+    observe(names::orientationDidChange, &Lifecycle::appDidChangeOrientation);
+}
+
+void Initialisation::observe(std::string_view name, void (Lifecycle::*handler)() noexcept) {
+    auto observer = notificationCentre_.addObserver(name, lifetime_.whileAlive([this, handler](const Dictionary&) {
+        if (!scheduler_.isMain()) {
+            reports_.note("A notification of the platform was posted off the main thread.");
+            assert(false && "the platform's notifications belong on the main thread");
+        }
+        (lifecycle_.*handler)();
+    }));
+    const MutexLock lock(mutex_);
+    observers_.push_back(std::move(observer));
+}
+
+bool Initialisation::partnerNameIsValid(const Value& partnerName) noexcept {
+    return guarded(reports_, "+[Orbinel partnerNameIsValid:]", false, [&] {
+        const auto* name = partnerName.ifString();
+        const std::string_view refusal =
+            name == nullptr                            ? "Partner name is invalid. Is not a String."
+            : utf16Length(*name) < shortestPartnerName ? "Partner name is invalid. Must have more than 1 character."
+            : !hasFormOfPartnerName(*name)             ? "Partner name is invalid. Contains invalid characters."
+                                                       : "";
+        if (!refusal.empty()) sendReinitLogWithMessage(refusal);
+        return refusal.empty();
+    });
+}
+
+void Initialisation::sendReinitLogWithMessage(std::string_view message) noexcept {
+    reports_.log(LogType::reinit, LogLevel::info, message, [] { return Dictionary(); });
+}
+
+// --- Switching the partner ---
+
+void Initialisation::reinitWithPartnerName(const std::optional<std::string>& partnerName) noexcept {
+    guarded(reports_, "+[Orbinel reinitWithPartnerName:]", [&] {
+        if (helper_.sdkDisabled()) return sendReinitLogWithMessage("Reinit returned. SDK is disabled.");
+        if (!regularInitHasDone_) return sendReinitLogWithMessage("Reinit returned. Regular init is not done.");
+        if (partnerName == session_.partnerName()) {
+            return sendReinitLogWithMessage("Reinit returned. Partner name is the same.");
+        }
+        if (!partnerNameIsValid(partnerName)) return;
+        sendReinitLogWithMessage("Reinit called.");
+        features_.removeInapp(lifetime_.whileAlive([this, name = *partnerName] { switchPartner(name); }));
+    });
+}
+
+void Initialisation::switchPartner(const std::string& partnerName) {
+    guarded(reports_, "+[Orbinel reinitWithPartnerName:]", [&] {
+        if (helper_.sessionGdprConsent() && helper_.mobileSessionGdprConsent()) return stopOldSession(partnerName);
+        sendReinitLogWithMessage("Reinit GDPR false. Skipping session stop/start.");
+        adoptPartner(partnerName);
+    });
+}
+
+void Initialisation::stopOldSession(const std::string& partnerName) {
+    stop_.sendSessionStopRequestWithReason(session_reason::reinit, [this, partnerName] {
+        sendReinitLogWithMessage("Reinit session stop completed.");
+        adoptPartner(partnerName);
+        identity_.sendIdentityRequestWithCachedIdentifiers(lifetime_.whileAlive([this] { startNewSession(); }));
+    });
+}
+
+void Initialisation::startNewSession() {
+    sendReinitLogWithMessage("Reinit OrbinelID reset completed.");
+    start_.sendStartRequestWithReasonAndFlushQueuedRequests(session_reason::reinit, [this] {
+        features_.enableInAppMessages();
+        sendReinitLogWithMessage("Reinit session start completed.");
+        sendReinitLogWithMessage("Reinit completed.");
+    });
+}
+
+void Initialisation::adoptPartner(const std::string& partnerName) {
+    flushSDKCache();
+    session_.setPartnerName(partnerName);
+}
+
+void Initialisation::flushSDKCache() noexcept {
+    guarded(reports_, "+[Orbinel flushSDKCache]", [&] {
+        identity_.removeCachedOrbinelID();
+        features_.removeTestVariables();
+        features_.clearEndpoints();
+        features_.terminateConnection();
+        auto& store = helper_.standardStore();
+        store.set(keys::retryIdentityRequest, false);
+        store.set(keys::inappFrequency, {});
+        store.synchronize();
+        reports_.log(LogType::common, LogLevel::info, "Cached SDK data flushed.");
+    });
+}
+
+}  // namespace orbinel

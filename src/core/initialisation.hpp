@@ -1,0 +1,92 @@
+#pragma once
+
+#include <atomic>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/lifetime.hpp"
+#include "base/mutex.hpp"
+#include "base/reports.hpp"
+#include "core/lifecycle.hpp"
+#include "core/pending_features.hpp"
+#include "orbinel/platform/notification_centre.hpp"
+#include "orbinel/platform/scheduler.hpp"
+#include "session/endpoints.hpp"
+#include "session/helper.hpp"
+#include "session/session.hpp"
+#include "session/session_start.hpp"
+#include "session/session_stop.hpp"
+#include "user/identity.hpp"
+
+namespace orbinel {
+
+/// Initialises the library and switches it to another partner name.
+///
+/// Threads: called on the application's main thread; the later steps of a switch run wherever the answers come.
+class Initialisation {
+public:
+    struct Needs {
+        Reports& reports;
+        OrbinelHelper& helper;
+        OrbinelEndpoints& endpoints;
+        OrbinelSession& session;
+        SessionStop& stop;
+        OrbinelConfig& start;
+        OrbinelIdentity& identity;
+        Lifecycle& lifecycle;
+        PendingFeatures& features;
+        const Lifetime& lifetime;
+        platform::Scheduler& scheduler;
+        platform::NotificationCentre& notificationCentre;
+    };
+
+    explicit Initialisation(const Needs& needs);
+
+    /// The custom endpoint is only touched where one is given, though it may be an absent one.
+    struct Arguments {
+        std::optional<Dictionary> launchOptions;
+        std::optional<std::string> partnerName;
+        std::optional<std::string> appGroup;
+        std::optional<std::optional<std::string>> customEndpoint;
+    };
+    void initWithLaunchOptions(const Arguments& arguments) noexcept;
+    void initSDK(const Value& partnerName, const std::optional<Dictionary>& launchOptions) noexcept;
+    void reinitWithPartnerName(const std::optional<std::string>& partnerName) noexcept;
+
+    [[nodiscard]] bool partnerNameIsValid(const Value& partnerName) noexcept;
+    void sendReinitLogWithMessage(std::string_view message) noexcept;
+    void flushSDKCache() noexcept;
+
+    void disableAutoIntegration() noexcept;
+    [[nodiscard]] bool regularInitHasDone() const noexcept { return regularInitHasDone_; }
+
+private:
+    void observePlatform();
+    void observe(std::string_view name, void (Lifecycle::*handler)() noexcept);
+    void switchPartner(const std::string& partnerName);
+    void stopOldSession(const std::string& partnerName);
+    void startNewSession();
+    void adoptPartner(const std::string& partnerName);
+
+    Reports& reports_;
+    OrbinelHelper& helper_;
+    OrbinelEndpoints& endpoints_;
+    OrbinelSession& session_;
+    SessionStop& stop_;
+    OrbinelConfig& start_;
+    OrbinelIdentity& identity_;
+    Lifecycle& lifecycle_;
+    PendingFeatures& features_;
+    const Lifetime& lifetime_;
+    platform::Scheduler& scheduler_;
+    platform::NotificationCentre& notificationCentre_;
+
+    std::atomic<bool> regularInitHasDone_{false};
+    std::atomic<bool> autoIntegration_{true};
+
+    Mutex mutex_;
+    std::vector<platform::Ticket> observers_ ORBINEL_GUARDED_BY(mutex_);
+};
+
+}  // namespace orbinel

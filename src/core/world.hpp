@@ -1,0 +1,96 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "base/lifetime.hpp"
+#include "base/reports.hpp"
+#include "core/crash_handler.hpp"
+#include "core/initialisation.hpp"
+#include "core/lifecycle.hpp"
+#include "core/pending_features.hpp"
+#include "core/session_events.hpp"
+#include "events/event_budget.hpp"
+#include "events/event_recorder.hpp"
+#include "events/validation.hpp"
+#include "orbinel/platform/services.hpp"
+#include "session/encryptor.hpp"
+#include "session/endpoints.hpp"
+#include "session/helper.hpp"
+#include "session/offline_queue.hpp"
+#include "session/request_sender.hpp"
+#include "session/session.hpp"
+#include "session/session_start.hpp"
+#include "session/session_stop.hpp"
+#include "user/device_attributes.hpp"
+#include "user/id_listeners.hpp"
+#include "user/identity.hpp"
+
+namespace orbinel {
+
+/// Everything that the library consists of while it runs: the one place where each object is owned, in the order of
+/// the source tree, and given exactly the references that it needs. Where two objects need each other, the later one
+/// is bound here, and unbound in reverse.
+///
+/// A world can be made, ended and made anew over the same stores, which is a relaunch of the application.
+///
+/// Threads: made on the main thread. The last reference may be dropped anywhere; the world is then destroyed on the
+/// main queue.
+class World {
+public:
+    /// The services must all be present.
+    [[nodiscard]] static std::shared_ptr<World> create(platform::Services services);
+    ~World();
+    World(const World&) = delete;
+    World& operator=(const World&) = delete;
+
+    [[nodiscard]] const Lifetime& lifetime() const noexcept { return ownLifetime; }
+
+    /// Cancels what is under way, begins nothing any more, and waits for what is running, within the limit.
+    void end(std::chrono::milliseconds limit = std::chrono::seconds(1));
+
+    const platform::Services services;
+
+    // base
+    Reports reports;
+    Lifetime ownLifetime;
+
+    // session
+    SessionCollaborators collaborators;
+    OrbinelEndpoints endpoints;
+    OrbinelEncryptor encryptor;
+    OrbinelHelper helper;
+    OrbinelSession session;
+    OfflineQueue offlineQueue;
+    OrbinelRequest requestSender;
+    SessionStop sessionStop;
+    OrbinelConfig sessionStart;
+
+    // events
+    Validation validation;
+    EventBudget eventBudget;
+    EventRecorder eventRecorder;
+
+    // user
+    OrbinelListeners idListeners;
+    OrbinelIdentity identity;
+    OrbinelDeviceAttributes deviceAttributes;
+
+    // core
+    OrbinelCrashHandler crashHandler;
+    PendingFeatures pendingFeatures;
+    SessionEventsBinding sessionEvents;
+    Lifecycle lifecycle;
+    Initialisation initialisation;
+
+private:
+    explicit World(platform::Services given);
+    void bind();
+    void unbind() noexcept;
+};
+
+/// One sentence for the first service that is missing; nothing where all are present.
+[[nodiscard]] std::optional<std::string> missingService(const platform::Services& services);
+
+}  // namespace orbinel

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "orbinel/platform/notifications.hpp"
+
+namespace orbinel::platform {
+
+/// Hands every call on to another notification service; derive from it to change one answer.
+class ForwardingNotifications : public Notifications {
+public:
+    explicit ForwardingNotifications(std::shared_ptr<Notifications> target) : target_(std::move(target)) {}
+
+    void readSettings(std::function<void(NotificationSettings)> completion) noexcept override {
+        target_->readSettings(std::move(completion));
+    }
+
+protected:
+    const std::shared_ptr<Notifications> target_;
+};
+
+}  // namespace orbinel::platform

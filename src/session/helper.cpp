@@ -1,0 +1,198 @@
+#include "session/helper.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+#include "base/guard.hpp"
+#include "session/stored_keys.hpp"
+
+namespace orbinel {
+
+namespace {
+
+/// Truncated toward zero and held within the integer's range; NaN is zero.
+template <typename Integer>
+Integer wholeSeconds(double seconds) noexcept {
+    if (std::isnan(seconds)) return 0;
+    constexpr auto lowest = std::numeric_limits<Integer>::min();
+    constexpr auto highest = std::numeric_limits<Integer>::max();
+    if (seconds <= static_cast<double>(lowest)) return lowest;
+    if (seconds >= static_cast<double>(highest)) return highest;
+    return static_cast<Integer>(seconds);
+}
+
+/// The digits and at most one point that the text begins with, as a number.
+float leadingNumber(std::string_view text) noexcept {
+    float number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
+    return number;
+}
+
+}  // namespace
+
+OrbinelHelper::OrbinelHelper(const Needs& needs)
+    : reports_(needs.reports),
+      scheduler_(needs.scheduler),
+      device_(needs.device),
+      json_(needs.json),
+      defaults_(needs.defaults),
+      secureItems_(needs.secureItems),
+      standard_(needs.defaults.standard()) {}
+
+bool OrbinelHelper::shouldProceed() noexcept {
+    const bool session = sessionGdprConsent_;
+    const bool disabled = sdkDisabled_;
+    const bool mobile = mobileSessionGdprConsent_;
+    if (!session) {
+        reports_.log(LogType::common, LogLevel::error, "SessionGdprConsent is false. Cannot proceed.");
+    }
+    if (disabled) reports_.log(LogType::common, LogLevel::error, "sdkDisabled is true.");
+    if (!mobile) reports_.log(LogType::common, LogLevel::error, "MobileGdprConsent is false. Cannot proceed.");
+    return session && !disabled && mobile;
+}
+
+std::int32_t OrbinelHelper::getNowAsTimestamp() const noexcept { return wholeSeconds<std::int32_t>(scheduler_.now()); }
+
+std::string OrbinelHelper::getTimestampAsString() const {
+    return std::to_string(wholeSeconds<std::int64_t>(scheduler_.now()));
+}
+
+std::string OrbinelHelper::getRFCFromNSDate(Date date) const noexcept {
+    return guarded(reports_, "+[OrbinelHelper getRFCFromNSDate:]", std::string(), [&] {
+        const auto time = scheduler_.localTime(date.secondsSince1970);
+        std::array<char, 64> text{};
+        const int length = std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ", time.year,
+                                         time.month, time.day, time.hour, time.minute, time.second, time.millisecond);
+        return std::string(text.data(), static_cast<std::size_t>(length));
+    });
+}
+
+std::string OrbinelHelper::getCurrentTime() const noexcept {
+    return guarded(reports_, "-[OrbinelHelper getCurrentTime]", std::string(), [&] {
+        const auto time = scheduler_.localTime(scheduler_.now());
+        std::array<char, 64> text{};
+        const int length = std::snprintf(text.data(), text.size(), "%04d.%02d.%02d %02d:%02d:%02d", time.year,
+                                         time.month, time.day, time.hour, time.minute, time.second);
+        return std::string(text.data(), static_cast<std::size_t>(length));
+    });
+}
+
+std::shared_ptr<platform::DefaultsStore> OrbinelHelper::appGroupStore() const {
+    const auto name = getAppGroup();
+    return name && !name->empty() ? defaults_.appGroup(*name) : nullptr;
+}
+
+void OrbinelHelper::saveAppGroup(const std::optional<std::string>& name) noexcept {
+    guarded(reports_, "+[OrbinelHelper saveAppGroup:]", [&] {
+        standard_->set(keys::appGroup, name);
+        standard_->synchronize();
+    });
+}
+
+std::optional<std::string> OrbinelHelper::getAppGroup() const noexcept {
+    return guarded(reports_, "+[OrbinelHelper getAppGroup]", std::optional<std::string>(), [&] {
+        const auto stored = standard_->value(keys::appGroup);
+        const auto* name = stored.ifString();
+        return name != nullptr ? std::optional(*name) : std::nullopt;
+    });
+}
+
+void OrbinelHelper::storeDataInKeychain(std::string_view key, const Value& value) noexcept {
+    guarded(reports_, "-[OrbinelHelper storeDataInKeychain:value:]", [&] {
+        const auto archive = json_.serialise(value, platform::JsonStyle::compact);
+        if (archive) secureItems_.store(key, key, *archive);
+    });
+}
+
+Value OrbinelHelper::retrieveDataFromKeychain(std::string_view key) const noexcept {
+    return guarded(reports_, "-[OrbinelHelper retrieveDataFromKeychain:]", Value(), [&] {
+        const auto archive = secureItems_.find(key, key);
+        if (!archive) return Value();
+        auto parsed = json_.parse(*archive);
+        auto* value = std::get_if<Value>(&parsed);
+        return value != nullptr ? std::move(*value) : Value();
+    });
+}
+
+void OrbinelHelper::removeDataFromKeychain(std::string_view key) noexcept {
+    guarded(reports_, "-[OrbinelHelper removeDataFromKeychain:]", [&] { secureItems_.remove(key, key); });
+}
+
+bool OrbinelHelper::isFirstRun() noexcept {
+    return guarded(reports_, "+[OrbinelHelper isFirstRun]", false, [&] { return onlyOnce(keys::firstRun); });
+}
+
+bool OrbinelHelper::isFirstSession() noexcept {
+    return guarded(reports_, "+[OrbinelHelper isFirstSession]", false, [&] { return onlyOnce(keys::firstSession); });
+}
+
+bool OrbinelHelper::onlyOnce(std::string_view key) {
+    const MutexLock lock(firstTimesMutex_);
+    if (standard_->value(key).truth()) return false;
+    standard_->set(key, true);
+    standard_->synchronize();
+    return true;
+}
+
+std::optional<std::string> OrbinelHelper::getUdid() noexcept {
+    return guarded(reports_, "+[OrbinelDeviceAttributes getUdid]", std::optional<std::string>(), [&] {
+        const auto cached = standard_->value(keys::udidCache).stringOrEmpty();
+        if (!cached.empty()) {
+            mirrorUdid(cached);
+            return std::optional(cached);
+        }
+        if (auto earlier = udidOfEarlierInstallation()) {
+            mirrorUdid(*earlier);
+            return earlier;
+        }
+        return std::optional(makeUdid());
+    });
+}
+
+std::optional<std::string> OrbinelHelper::udidOfEarlierInstallation() {
+    const auto item = retrieveDataFromKeychain(keys::udidKeychain);
+    const auto* record = item.ifDictionary();
+    // Asking uses the first-run mark up, and is done only where there is a record: both are meant so.
+    if (record == nullptr || record->empty() || isFirstRun()) return std::nullopt;
+    const auto* udid = (*record)[keys::udidKeychain].ifString();
+    return udid != nullptr && !udid->empty() ? std::optional(*udid) : std::nullopt;
+}
+
+std::string OrbinelHelper::makeUdid() {
+    const MutexLock lock(udidMutex_);
+    const auto madeMeanwhile = standard_->value(keys::udidCache).stringOrEmpty();
+    if (!madeMeanwhile.empty()) return madeMeanwhile;
+    auto udid = device_.makeUuid();
+    std::erase(udid, '-');
+    storeUDID(udid);
+    return udid;
+}
+
+void OrbinelHelper::storeUDID(const std::string& udid) {
+    standard_->set(keys::udidCache, udid);
+    standard_->synchronize();
+}
+
+void OrbinelHelper::mirrorUdid(const std::string& udid) {
+    const auto group = getAppGroup().value_or(std::string());
+    if (group.empty()) return;
+    {
+        const MutexLock lock(udidMutex_);
+        if (group == mirroredGroup_ && udid == mirroredUdid_) return;
+        mirroredGroup_ = group;
+        mirroredUdid_ = udid;
+    }
+    const auto store = defaults_.appGroup(group);
+    store->set(keys::udidKeychain, udid);
+    store->synchronize();
+}
+
+bool OrbinelHelper::isIOSVersionGreaterOrEqual(float version) const noexcept {
+    return leadingNumber(device_.facts()->osVersion.value_or(std::string())) >= version;
+}
+
+}  // namespace orbinel

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string_view>
+
+/// Every key that the library keeps across launches, so that no two places disagree on one. An application's data on a
+/// device depends on them: they never change. A key without a remark is in the application's own store.
+namespace orbinel::keys {
+
+inline constexpr std::string_view appGroup = "orbinelAppGroup";
+inline constexpr std::string_view orbinelId = "ORBINEL_ID";                // text; mirrored in the app group
+inline constexpr std::string_view partnerName = "ORBINEL_PARTNER_NAME";    // text; app group only
+inline constexpr std::string_view udidCache = "ORBINEL_UDID_CACHE";        // text
+inline constexpr std::string_view udidKeychain = "ORBINEL_UDID_KEYCHAIN";  // text in the app group; secure item
+inline constexpr std::string_view firstRun = "ORBINEL_FIRST_RUN";          // boolean, true once asked for
+inline constexpr std::string_view firstSession = "ORBINEL_FIRST_SESSION";  // boolean, true once asked for
+inline constexpr std::string_view sessionStartTime = "ORBINEL_SESSION_START_TIME";  // seconds since 1970, double
+inline constexpr std::string_view offlineQueue = "orbinelQueue";                    // array of session stops
+inline constexpr std::string_view retryIdentityRequest = "RETRY_IDENTITY_REQUEST";  // boolean
+inline constexpr std::string_view userIdentifiers = "ORBINEL_SET_USER_IDENTIFIER";  // dictionary
+inline constexpr std::string_view inappFrequency = "ORBINEL_INAPP_FREQUENCY";       // dictionary
+inline constexpr std::string_view pushEnabled = "ORBINEL_PUSH_ENABLED";             // boolean, the opt-in
+inline constexpr std::string_view locationEnabled = "ORBINEL_LOCATION_ENABLED";     // boolean, the opt-in
+inline constexpr std::string_view hybridSdkVersion = "ORBINEL_HYBRID_SDK_VERSION";  // text
+
+}  // namespace orbinel::keys

@@ -1,0 +1,205 @@
+#include <atomic>
+#include <thread>
+
+#include "session/stored_keys.hpp"
+#include "support/library_test.hpp"
+
+namespace orbinel::testing {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+struct Target {
+    void onCallback(const Dictionary& callback) { received.push_back(callback); }
+    void onId(const std::string& id) { ids.push_back(id); }
+    std::vector<Dictionary> received;
+    std::vector<std::string> ids;
+};
+
+/// Every public operation, with absent arguments too.
+void callEverything() {
+    const auto target = std::make_shared<Target>();
+    Orbinel::initWithLaunchOptions(std::nullopt, nullptr, nullptr);
+    Orbinel::initWithLaunchOptions(Dictionary{{"k", Null{}}}, nullptr, nullptr, nullptr);
+    Orbinel::initSDK(nullptr, std::nullopt);
+    Orbinel::reinitWithPartnerName(nullptr);
+    EXPECT_FALSE(Orbinel::partnerNameIsValid({}));
+    Orbinel::disableAutoIntegration();
+    Orbinel::setHybridSDKVersion(nullptr);
+    Orbinel::hybridApplicationDidBecomeActive();
+    auto event = Orbinel::tagEvent(nullptr)
+                     .addParameterWithString(nullptr, nullptr)
+                     .addParameterWithDate("d", std::nullopt)
+                     .addParameterWithArray("a", {})
+                     .addParameters({{"x", Value()}, {"y", Null{}}});
+    event.build();
+    auto copy = event;
+    auto moved = std::move(event);
+    event = copy;
+    moved.build();
+    OrbinelEvent("free").addParameterWithBoolean("b", true).build();
+    Orbinel::signUpConfirmation();
+    (void)Orbinel::getOrbinelID();
+    Orbinel::registerOrbinelIDListenerWithSelector(&Target::onId, std::weak_ptr(target));
+    Orbinel::registerOrbinelCallbackWithSelector(&Target::onCallback, std::weak_ptr<Target>());
+    Orbinel::sendError(nullptr, nullptr);
+    EXPECT_EQ(Orbinel::getSDKVersion(), "13.9.0");
+    Orbinel::setDevelopmentLog(false);
+}
+
+TEST(FacadeWithoutAWorld, IsNeutralBeforeTheStartAfterTheEndAndFromAnyThread) {
+    callEverything();
+    EXPECT_EQ(Orbinel::getOrbinelID(), std::nullopt);
+    headless::HeadlessHost host;
+    ASSERT_TRUE(start(host.services()));
+    callEverything();
+    auto event = Orbinel::tagEvent("kept");
+    shutdown();
+    callEverything();
+    event.addParameterWithInt("n", 1).build();
+    std::thread(callEverything).join();
+    shutdown();
+    EXPECT_THAT(host.http->sent(), IsEmpty());
+}
+
+TEST(FacadeWithoutAWorld, SaysWhyItDoesNotStart) {
+    headless::HeadlessHost host;
+    auto services = host.services();
+    services.http = nullptr;
+    EXPECT_FALSE(start(services));
+    services.console = nullptr;
+    EXPECT_FALSE(start(services));
+    ASSERT_TRUE(start(host.services()));
+    EXPECT_FALSE(start(host.services()));
+    EXPECT_THAT(host.console->lines(), ElementsAre("orbinel::start: the service \"http\" is missing.",
+                                                   "orbinel::start: the library is already started."));
+    shutdown();
+    EXPECT_TRUE(start(host.services()));
+    shutdown();
+}
+
+using FacadeTest = LibraryTest;
+
+TEST_F(FacadeTest, TheGateStopsGatedOperationsAndLogsEveryReason) {
+    world().helper.setSessionGdprConsent(false);
+    world().helper.setSdkDisabled(true);
+    Orbinel::tagEvent("seen").build();
+    EXPECT_EQ(Orbinel::tagEvent("seen").getName(), "");
+    EXPECT_EQ(sinks.count("SessionGdprConsent is false. Cannot proceed."), 2U);
+    EXPECT_EQ(sinks.count("sdkDisabled is true."), 2U);
+    EXPECT_EQ(Orbinel::getOrbinelID(), std::nullopt);
+    EXPECT_TRUE(world().session.read([](const SessionRecord& record) { return record.custom_events.empty(); }));
+}
+
+TEST_F(FacadeTest, TellsTheTargetOfASessionStartOnTheNextTurnWhileItLives) {
+    initialise();
+    auto replaced = std::make_shared<Target>();
+    auto target = std::make_shared<Target>();
+    Orbinel::registerOrbinelCallbackWithSelector(&Target::onCallback, std::weak_ptr(replaced));
+    Orbinel::registerOrbinelCallbackWithSelector(&Target::onCallback, std::weak_ptr(target));
+    runSession([] {});
+    EXPECT_THAT(target->received, ElementsAre(Dictionary{{"type", 6}}));
+    EXPECT_THAT(replaced->received, IsEmpty());
+
+    Orbinel::registerOrbinelCallbackWithSelector([](Target&, const Dictionary&) { throw std::runtime_error("mine"); },
+                                                 std::weak_ptr(target));
+    runSession([] {});
+    ASSERT_THAT(sinks.feeds("sendError"), SizeIs(1));
+    target.reset();
+    runSession([] {});
+    EXPECT_THAT(sinks.feeds("sendError"), SizeIs(1));
+    EXPECT_THAT(backend.stops(), SizeIs(3));
+}
+
+TEST_F(FacadeTest, TellsListenersOfANewIdAndForgetsThoseThatAreGone) {
+    initialise();
+    auto target = std::make_shared<Target>();
+    auto gone = std::make_shared<Target>();
+    Orbinel::registerOrbinelIDListenerWithSelector([](Target&, const std::string&) { throw 1; }, std::weak_ptr(gone));
+    Orbinel::registerOrbinelIDListenerWithSelector(&Target::onId, std::weak_ptr(target));
+    Orbinel::registerOrbinelIDListenerWithSelector(&Target::onId, std::weak_ptr(target));
+    backend.answerOnce("/session/start", {.body = R"({"new_id": "id-7"})"});
+    runSession([] {});
+    EXPECT_THAT(target->ids, ElementsAre("id-7"));
+    EXPECT_EQ(Orbinel::getOrbinelID(), "id-7");
+    EXPECT_THAT(sinks.feeds("sendError"), SizeIs(1));
+    gone.reset();
+    world().identity.setUnifiedOrbinelID("id-8");
+    EXPECT_THAT(target->ids, ElementsAre("id-7", "id-8"));
+}
+
+TEST_F(FacadeTest, HandsCrashReportsToTheWizard) {
+    initialise();
+    Orbinel::sendError("it broke", "MyScreen");
+    const auto fed = sinks.feeds("sendError");
+    ASSERT_THAT(fed, SizeIs(1));
+    EXPECT_TRUE(fed[0].isError && fed[0].shouldFeed);
+    EXPECT_EQ(fed[0].data["error"], "it broke -- MyScreen");
+    EXPECT_EQ(fed[0].data["platform"], "iOS");
+    EXPECT_EQ(fed[0].data["udid"], stored(keys::udidCache));
+}
+
+TEST_F(FacadeTest, TheDevelopmentLogSaysWhatIsDroppedAndWhy) {
+    Orbinel::tagEvent("Seen").build();
+    EXPECT_THAT(host.console->lines(), IsEmpty());
+    Orbinel::setDevelopmentLog(true);
+    Orbinel::tagEvent("Seen\n").build();
+    EXPECT_THAT(host.console->lines(), Contains(HasSubstr("Dropped an event: its name \"Seen\\n\" is not valid.")));
+}
+
+// Whatever threads an application uses: nothing is lost, nothing is recorded twice.
+TEST_F(FacadeTest, TakesEventsFromManyThreadsWhileSessionsCome) {
+    initialise();
+    constexpr int threads = 8;
+    constexpr int events = 200;
+    becomeActive();
+    std::atomic<int> running{threads};
+    std::vector<std::thread> workers;
+    for (int worker = 0; worker < threads; ++worker) {
+        workers.emplace_back([&running, worker] {
+            for (int i = 0; i < events; ++i) {
+                Orbinel::tagEvent("inapp_seen").addParameterWithInt("n", worker * events + i + 1).build();
+            }
+            --running;
+        });
+    }
+    while (running > 0) {
+        enterBackground();
+        becomeActive();
+    }
+    for (auto& worker : workers) worker.join();
+    enterBackground();
+
+    std::vector<int> seen(threads * events + 1, 0);
+    for (const auto& stop : backend.stops()) {
+        for (const auto& event : *stop.payload["custom_events"].ifArray()) {
+            const auto& record = *event.ifDictionary();
+            if (record["event_name"] != "inapp_seen") continue;
+            ++seen[static_cast<std::size_t>(*(*record["event_params"].ifDictionary())["n"].integer())];
+        }
+    }
+    EXPECT_EQ(std::count(seen.begin() + 1, seen.end(), 1), threads * events);
+}
+
+TEST_F(FacadeTest, EndsWithinItsBoundWhileRequestsHangAndKeepsTheirStops) {
+    initialise();
+    backend.answer("/session/stop", {.never = true});
+    runSession([] { Orbinel::tagEvent("one").build(); });
+    shutdown();
+    backend.answer("/session/stop", {});
+    backend.clear();
+    launch();
+    EXPECT_EQ(queuedStops(), 1U);
+    initialise();
+    becomeActive();
+    ASSERT_THAT(backend.paths(), ElementsAre("/api/v3/session/stop", "/api/v3/session/start"));
+    EXPECT_THAT(eventNamesOf(backend.stops()[0]), ElementsAre("session_start", "one"));
+    EXPECT_EQ(queuedStops(), 0U);
+}
+
+}  // namespace
+}  // namespace orbinel::testing

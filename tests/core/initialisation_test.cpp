@@ -1,0 +1,120 @@
+#include "session/stored_keys.hpp"
+#include "support/library_test.hpp"
+
+namespace orbinel::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+using InitialisationTest = LibraryTest;
+
+TEST_F(InitialisationTest, AcceptsPartnerNamesByTheirForm) {
+    const std::string notText = "Partner name is invalid. Is not a String.";
+    const std::string tooShort = "Partner name is invalid. Must have more than 1 character.";
+    const std::string badForm = "Partner name is invalid. Contains invalid characters.";
+    const std::vector<std::pair<Value, std::string>> cases{{"ab", ""},
+                                                           {"a_", ""},
+                                                           {"9lives", ""},
+                                                           {"a", tooShort},
+                                                           {"", tooShort},
+                                                           {"_ab", badForm},
+                                                           {"aB", badForm},
+                                                           {"a-b", badForm},
+                                                           {"ab\n", badForm},
+                                                           {"\xC3\xA4z", badForm},
+                                                           {"\xC3\xA4", tooShort},
+                                                           {Value(7), notText},
+                                                           {Value(), notText},
+                                                           {Null{}, notText},
+                                                           {"a\0b", tooShort}};
+    for (const auto& [name, refusal] : cases) {
+        sinks.clear();
+        EXPECT_EQ(Orbinel::partnerNameIsValid(name), refusal.empty());
+        const auto messages = sinks.messages({"Partner name"});
+        if (refusal.empty()) {
+            EXPECT_THAT(messages, IsEmpty());
+        } else {
+            EXPECT_THAT(messages, ElementsAre(refusal));
+        }
+    }
+    EXPECT_EQ(sinks.records().at(0).type, LogType::reinit);
+    EXPECT_EQ(textOf(LogType::reinit), "");
+}
+
+TEST_F(InitialisationTest, ARefusedPartnerNameStillStoresGroupAndEndpointButStaysUninitialised) {
+    Orbinel::initWithLaunchOptions(std::nullopt, "Bad", "group.bad", "https://other.test");
+    EXPECT_EQ(stored(keys::appGroup), "group.bad");
+    EXPECT_EQ(world().endpoints.getConfig(), "https://other.test/api/v3/session/start");
+    const auto fed = sinks.feeds("initSDK");
+    ASSERT_THAT(fed, SizeIs(1));
+    EXPECT_EQ(fed[0].data, (Dictionary{{"partnerName", "Bad"},
+                                       {"launchOptions", ""},
+                                       {"appGroup", "group.bad"},
+                                       {"customEndpoint", "https://other.test"}}));
+    becomeActive();
+    EXPECT_THAT(backend.paths(), IsEmpty());
+    Orbinel::reinitWithPartnerName("good");
+    EXPECT_EQ(sinks.count("Reinit returned. Regular init is not done."), 1U);
+}
+
+TEST_F(InitialisationTest, SwitchesThePartnerByAChainOfRequests) {
+    initialise("acme");
+    becomeActive();
+    host.defaults->standard()->set(keys::orbinelId, "id-1");
+    host.defaults->standard()->set(keys::inappFrequency, Dictionary{{"1", -1}});
+    Orbinel::tagEvent("before").build();
+    Orbinel::reinitWithPartnerName("acme");
+    EXPECT_EQ(sinks.count("Reinit returned. Partner name is the same."), 1U);
+    Orbinel::reinitWithPartnerName("Bad");
+    backend.clear();
+    sinks.clear();
+
+    Orbinel::reinitWithPartnerName("globex");
+    host.settle();
+    EXPECT_THAT(backend.paths(), ElementsAre("/api/v3/session/stop", "/api/v3/session/start"));
+    EXPECT_EQ(backend.stops().at(0).payload["partner_name"], "acme");
+    EXPECT_EQ(backend.stops().at(0).payload["reason"], "reinit");
+    EXPECT_EQ(backend.starts().at(0).payload["partner_name"], "globex");
+    EXPECT_EQ(backend.starts().at(0).payload["reason"], "reinit");
+    EXPECT_THAT(
+        sinks.messages({"Reinit", "Cached"}),
+        ElementsAre("Reinit called.", "Reinit session stop completed.", "Cached SDK data flushed.",
+                    "Reinit OrbinelID reset completed.", "Reinit session start completed.", "Reinit completed."));
+    EXPECT_TRUE(stored(keys::orbinelId).isAbsent());
+    EXPECT_TRUE(stored(keys::inappFrequency).isAbsent());
+}
+
+TEST_F(InitialisationTest, SwitchesThePartnerWithoutRequestsWhileConsentIsWithheld) {
+    initialise("acme");
+    world().helper.setMobileSessionGdprConsent(false);
+    Orbinel::reinitWithPartnerName("globex");
+    host.settle();
+    EXPECT_THAT(backend.paths(), IsEmpty());
+    EXPECT_EQ(world().session.partnerName(), "globex");
+    EXPECT_EQ(sinks.count("Reinit GDPR false. Skipping session stop/start."), 1U);
+}
+
+// The queue of the old partner is not waited for: three passes, two seconds longer apart each.
+TEST_F(InitialisationTest, RetriesTheQueueAfterASwitch) {
+    initialise("acme");
+    becomeActive();
+    backend.answer("/session/stop", {.status = 503});
+    Orbinel::reinitWithPartnerName("globex");
+    host.settle();
+    ASSERT_EQ(queuedStops(), 1U);
+    EXPECT_THAT(backend.starts(), SizeIs(2));
+    backend.clear();
+
+    host.advance(30);
+    std::vector<double> passes;
+    for (const auto& stop : backend.stops()) passes.push_back(stop.at - begin);
+    EXPECT_THAT(passes, ElementsAre(2, 6, 12));
+    EXPECT_EQ(sinks.count("Retried queued requests."), 3U);
+    EXPECT_EQ(sinks.count("Flushing operation finished for Queued requests."), 1U);
+    EXPECT_EQ(queuedStops(), 1U);
+}
+
+}  // namespace
+}  // namespace orbinel::testing

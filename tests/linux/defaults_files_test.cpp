@@ -1,0 +1,215 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "hosts/common/rapidjson_json.hpp"
+#include "hosts/linux/sqlite_defaults.hpp"
+#include "tests/linux/temporary_directory.hpp"
+#include "tests/port_contract/contract_support.hpp"
+
+// Stores whose files are damaged, in the way, or cannot be written at all.
+namespace orbinel::hosts {
+
+namespace {
+
+using contract::Gathered;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class DefaultsFiles : public testing::Test {
+protected:
+    void open() { open(directory.path()); }
+
+    void open(const std::filesystem::path& where) {
+        store.reset();
+        defaults.reset();
+        defaults = std::make_unique<SqliteDefaults>(where, std::make_shared<RapidJson>());
+        store = defaults->standard();
+    }
+
+    void close() {
+        store.reset();
+        defaults.reset();
+    }
+
+    void write(const std::string& key, int number) {
+        store->set(key, number);
+        store->synchronize();
+        store->append("queue", std::to_string(number));
+        defaults->waitUntilWritten();
+    }
+
+    /// Sentences so far. The handler comes after the faults, as it does in the library.
+    [[nodiscard]] std::vector<std::string> problems() {
+        defaults->waitUntilWritten();
+        defaults->setProblemHandler([this](std::string sentence) { sentences.add(std::move(sentence)); });
+        defaults->setProblemHandler({});
+        return sentences.takeAll();
+    }
+
+    [[nodiscard]] std::size_t filesNamedLike(const std::string& part) const {
+        std::size_t count = 0;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(directory.path().parent_path())) {
+            if (entry.path().string().starts_with(directory.path().string()) &&
+                entry.path().filename().string().find(part) != std::string::npos) {
+                ++count;
+            }
+        }
+        return count;
+    }
+
+    void expectAFreshStoreThatLasts() {
+        EXPECT_TRUE(store->value("old").isAbsent());
+        EXPECT_THAT(problems(), ElementsAre(HasSubstr("set aside")));
+        EXPECT_GE(filesNamedLike("standard.sqlite.damaged-"), 1u);
+        write("new", 2);
+        open();
+        EXPECT_EQ(store->value("new"), Value(2));
+        EXPECT_EQ(store->value("queue"), Value(Array{2}));
+        EXPECT_THAT(problems(), testing::IsEmpty());
+    }
+
+    TemporaryDirectory directory;
+    const std::filesystem::path file = directory.path() / "standard.sqlite";
+    Gathered<std::string> sentences;
+    std::unique_ptr<SqliteDefaults> defaults;
+    std::shared_ptr<platform::DefaultsStore> store;
+};
+
+TEST_F(DefaultsFiles, RandomBytesAreSetAside) {
+    std::ofstream(file) << std::string(5000, 'r');
+    open();
+    expectAFreshStoreThatLasts();
+}
+
+TEST_F(DefaultsFiles, ATruncatedFileIsSetAside) {
+    open();
+    for (int i = 0; i < 200; ++i) store->set("filler " + std::to_string(i), std::string(500, 'f'));
+    store->synchronize();
+    write("old", 1);
+    close();
+    std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
+    open();
+    expectAFreshStoreThatLasts();
+}
+
+TEST_F(DefaultsFiles, ADirectoryInItsPlaceIsSetAside) {
+    std::filesystem::create_directory(file);
+    open();
+    expectAFreshStoreThatLasts();
+}
+
+TEST_F(DefaultsFiles, DamageWhileInUseLosesNothingThatIsInMemory) {
+    open();
+    write("old", 1);
+    // A second connection spoils the tables under the first one.
+    SqliteDatabase(file, SqliteDatabase::Access::readWrite, 1000).execute("DROP TABLE elements");
+    write("new", 2);
+    EXPECT_THAT(problems(), ElementsAre(HasSubstr("set aside")));
+    EXPECT_EQ(store->value("old"), Value(1));
+    std::size_t taken = 0;
+    store->take("queue", [&](const auto& elements) { taken = elements.size(); });
+    defaults->waitUntilWritten();
+    EXPECT_EQ(taken, 2u);
+}
+
+TEST_F(DefaultsFiles, WithoutAPlaceToWriteEverythingWorksInMemoryAndIsReportedOnce) {
+    const auto blocked = directory.path() / "file" / "data";
+    std::ofstream(directory.path() / "file") << "in the way";
+    open(blocked);
+    write("key", 1);
+    write("key", 2);
+    EXPECT_EQ(store->value("key"), Value(2));
+    EXPECT_EQ(store->value("queue"), Value(Array{1, 2}));
+    EXPECT_THAT(problems(), ElementsAre(HasSubstr("memory only")));
+
+    std::optional<platform::ElementId> id = 1;
+    store->appendInFlight("queue", "3", [&](auto answer) { id = answer; });
+    const auto group = defaults->appGroup("group");
+    group->set("key", 3);
+    group->synchronize();
+    defaults->waitUntilWritten();
+    EXPECT_FALSE(id);
+    EXPECT_EQ(group->value("key"), Value(3));
+}
+
+TEST_F(DefaultsFiles, StoresThatOutliveTheServiceGoOnInMemory) {
+    open();
+    const auto held = store;
+    write("kept", 1);
+    held->set("dropped", 1);
+    close();
+    held->set("later", 1);
+    held->synchronize();
+    EXPECT_EQ(held->value("kept"), Value(1));
+    EXPECT_EQ(held->value("dropped"), Value(1));
+    std::size_t counted = 0;
+    held->append("queue", "2");
+    held->count("queue", [&](std::size_t count) { counted = count; });
+    EXPECT_EQ(counted, 2u);
+
+    open();
+    EXPECT_EQ(store->value("kept"), Value(1));
+    EXPECT_TRUE(store->value("dropped").isAbsent());
+    EXPECT_TRUE(store->value("later").isAbsent());
+    EXPECT_EQ(store->value("queue"), Value(Array{1}));
+}
+
+TEST_F(DefaultsFiles, MayEndInsideACompletion) {
+    open();
+    auto slot = std::make_shared<std::unique_ptr<SqliteDefaults>>();
+    Gathered<int> ended;
+    const auto held = store;
+    Gathered<int> handedOver;
+    held->appendInFlight("queue", "1", [&, slot](auto) {
+        ASSERT_TRUE(handedOver.await(1));
+        slot->reset();
+        held->count("queue", [&](std::size_t) { ended.add(1); });
+    });
+    *slot = std::move(defaults);
+    handedOver.add(1);
+    EXPECT_TRUE(ended.await(1));
+}
+
+TEST_F(DefaultsFiles, NamesStayWithinTheDirectory) {
+    open(directory.path() / "inside");
+    for (const char* name : {"../escaped", "/tmp/escaped", "..", "a\0b", "", "%2F", "escaped/../../escaped"}) {
+        for (const auto& one : {defaults->suite(name), defaults->appGroup(name)}) {
+            one->set("key", name);
+            one->synchronize();
+        }
+    }
+    const std::string longName(5000, 'x');
+    defaults->suite(longName)->set("key", 1);
+    defaults->suite(longName + "y")->set("key", 2);
+    EXPECT_EQ(defaults->suite(longName)->value("key"), Value(1));
+    EXPECT_THAT(problems(), testing::IsEmpty());
+    close();
+    for (const auto& entry : std::filesystem::directory_iterator(directory.path())) {
+        EXPECT_EQ(entry.path().filename(), "inside");
+    }
+    EXPECT_EQ(filesNamedLike("escaped"), 6u);
+}
+
+TEST_F(DefaultsFiles, AHandlerThatWasReplacedRunsNoMoreAndMayReplaceItself) {
+    std::ofstream(file) << std::string(5000, 'r');
+    open();
+    defaults->waitUntilWritten();
+    defaults->setProblemHandler([this](std::string sentence) {
+        sentences.add(std::move(sentence));
+        defaults->setProblemHandler({});
+    });
+    std::ofstream(directory.path() / "suite-damaged.sqlite") << std::string(5000, 'r');
+    static_cast<void>(defaults->suite("damaged")->value("key"));
+    EXPECT_EQ(sentences.size(), 1u);
+    EXPECT_EQ(problems().size(), 2u);  // the first one again counted, the later one kept for the next handler
+}
+
+}  // namespace
+
+}  // namespace orbinel::hosts

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "core/current_world.hpp"
+#include "core/world.hpp"
+#include "orbinel/orbinel.hpp"
+#include "support/recording_sinks.hpp"
+#include "support/scripted_backend.hpp"
+
+namespace orbinel::testing {
+
+/// A started library over a headless host, a virtual clock and a scripted backend. Every record and feed is taken.
+class LibraryTest : public ::testing::Test {
+protected:
+    LibraryTest() { launch(); }
+    ~LibraryTest() override { shutdown(); }
+
+    /// Starts the library over the host's services, or over ones that a test has changed.
+    void launch(const std::function<void(platform::Services&)>& change = {}) {
+        auto services = host.services();
+        if (change) change(services);
+        ASSERT_TRUE(start(services));
+        world().reports.diagnosticLog.bind(sinks);
+        world().reports.wizardFeed.bind(sinks);
+    }
+    void relaunch(const std::function<void(platform::Services&)>& change = {}) {
+        shutdown();
+        launch(change);
+    }
+
+    static void initialise(OptionalText partner = "acme") {
+        Orbinel::initWithLaunchOptions(std::nullopt, partner, "group.acme", "https://api.test");
+    }
+    void becomeActive() {
+        post(platform::notification_names::didBecomeActive);
+        host.settle();
+    }
+    void enterBackground() {
+        post(platform::notification_names::didEnterBackground);
+        host.settle();
+    }
+    void post(std::string_view notification) { host.notificationCentre->post(notification, {}); }
+    void runSession(const std::function<void()>& inside, double seconds = 60) {
+        becomeActive();
+        inside();
+        host.advance(seconds);
+        enterBackground();
+    }
+
+    static World& world() { return *current_world::get(); }
+    Value stored(std::string_view key) { return host.defaults->standard()->value(key); }
+    std::size_t queuedStops() {
+        const auto queue = stored("orbinelQueue");
+        return queue.ifArray() != nullptr ? queue.ifArray()->size() : 0;
+    }
+
+    static constexpr double begin = 1'767'225'600;  // 2026-01-01 00:00:00 UTC
+    headless::HeadlessHost host{begin};
+    ScriptedBackend backend{host};
+    RecordingSinks sinks;
+};
+
+}  // namespace orbinel::testing
