@@ -95,6 +95,7 @@ void HeadlessDefaultsStore::appendInFlight(std::string_view key, std::string jso
                                            std::function<void(std::optional<ElementId>)> committed) noexcept {
     const auto id = [&] {
         const MutexLock lock(mutex_);
+        if (holdsPlainValue(key)) static_cast<void>(takeElements(key));
         auto element = numbered(std::move(json));
         const auto number = element.id;
         inFlight_[std::string(key)].push_back({std::move(element)});
@@ -118,7 +119,9 @@ void HeadlessDefaultsStore::count(std::string_view key, std::function<void(std::
 void HeadlessDefaultsStore::requeue(std::string_view key, ElementId id, std::function<void()> requeued) noexcept {
     {
         const MutexLock lock(mutex_);
-        if (auto found = extractInFlight(key, id)) elementsOf(key).push_back(std::move(found->element));
+        if (!holdsPlainValue(key)) {
+            if (auto found = extractInFlight(key, id)) elementsOf(key).push_back(std::move(found->element));
+        }
     }
     requeued();
 }
@@ -156,6 +159,10 @@ bool HeadlessDefaultsStore::isArray(std::string_view key) const {
     return value == nullptr || value->ifArray() != nullptr;
 }
 
+bool HeadlessDefaultsStore::holdsPlainValue(std::string_view key) const {
+    return current_.contains(key) && !isArray(key);
+}
+
 /// The queued elements, durable from here on; made of what is there where it is an array, else empty.
 HeadlessDefaultsStore::Elements& HeadlessDefaultsStore::elementsOf(std::string_view key) {
     const auto place = current_.try_emplace(std::string(key)).first;
@@ -182,17 +189,24 @@ HeadlessDefaultsStore::Elements HeadlessDefaultsStore::elementsIn(const Value& v
 HeadlessDefaultsStore::Elements HeadlessDefaultsStore::takeQueued(std::string_view key) {
     const MutexLock lock(mutex_);
     if (!isArray(key)) return {};
+    auto taken = takeElements(key);
+    auto& inFlight = inFlight_[std::string(key)];
+    for (const auto& element : taken) inFlight.push_back({element});
+    return taken;
+}
+
+/// The queued elements; nothing is left under the key.
+HeadlessDefaultsStore::Elements HeadlessDefaultsStore::takeElements(std::string_view key) {
     auto taken = std::move(elementsOf(key));
     current_.erase(std::string(key));
     committed_.erase(std::string(key));
-    auto& inFlight = inFlight_[std::string(key)];
-    for (const auto& element : taken) inFlight.push_back({element});
     return taken;
 }
 
 ReclaimedElements HeadlessDefaultsStore::reclaimNow(std::string_view key) {
     const MutexLock lock(mutex_);
     ReclaimedElements result;
+    if (holdsPlainValue(key)) return result;
     Elements returned;
     for (auto& one : std::exchange(inFlight_[std::string(key)], {})) {
         if (one.givenUp) {

@@ -55,8 +55,11 @@ private:
     [[nodiscard]] std::optional<Content> copyOf(std::string_view key) const ORBINEL_EXCLUDES(mutex_);
     [[nodiscard]] platform::StoredElement numbered(std::string json) ORBINEL_REQUIRES(mutex_);
     [[nodiscard]] bool isArray(std::string_view key) const ORBINEL_REQUIRES(mutex_);
+    /// Whether there is a value that is no array. Its key has no elements but those in flight, which stay there.
+    [[nodiscard]] bool holdsPlainValue(std::string_view key) const ORBINEL_REQUIRES(mutex_);
     [[nodiscard]] Elements& elementsOf(std::string_view key) ORBINEL_REQUIRES(mutex_);
     [[nodiscard]] Elements elementsIn(const Value& value) ORBINEL_REQUIRES(mutex_);
+    [[nodiscard]] Elements takeElements(std::string_view key) ORBINEL_REQUIRES(mutex_);
     [[nodiscard]] Elements takeQueued(std::string_view key) ORBINEL_EXCLUDES(mutex_);
     [[nodiscard]] platform::ReclaimedElements reclaimNow(std::string_view key) ORBINEL_EXCLUDES(mutex_);
     [[nodiscard]] std::optional<InFlight> extractInFlight(std::string_view key, platform::ElementId id)

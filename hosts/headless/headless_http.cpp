@@ -93,7 +93,7 @@ struct HeadlessHttp::Network {
 
     /// The answer at the end of all redirects.
     [[nodiscard]] std::optional<HttpOutcome> answerTo(HttpRequest request) {
-        constexpr int mostRedirects = 10;
+        constexpr int mostRedirects = 20;
         for (int redirects = 0; redirects <= mostRedirects; ++redirects) {
             if (!isUsableUrl(request.url)) return HttpFailure{"The URL cannot be used.", false};
             auto answer = reach(request);

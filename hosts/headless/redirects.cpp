@@ -22,9 +22,7 @@ std::optional<std::string> resolved(const std::string& base, const std::string& 
     return url ? std::optional<std::string>(url.get()) : std::nullopt;
 }
 
-bool keepsMethod(int status) { return status == 307 || status == 308; }
-
-bool isRedirect(int status) { return status == 301 || status == 302 || status == 303 || keepsMethod(status); }
+bool isRedirect(int status) { return (status >= 301 && status <= 303) || status == 307 || status == 308; }
 
 }  // namespace
 
@@ -44,7 +42,6 @@ std::optional<platform::HttpRequest> redirected(const platform::HttpRequest& req
     if (!url) return std::nullopt;
     auto next = request;
     next.url = *url;
-    if (!keepsMethod(response.status)) next.method = "GET";
     return next;
 }
 

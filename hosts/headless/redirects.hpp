@@ -10,8 +10,7 @@ namespace orbinel::headless {
 /// Whether a client could open a connection for the URL: absolute, http or https, with a host.
 [[nodiscard]] bool isUsableUrl(std::string_view url);
 
-/// The request that the response leads to; nothing where it is no redirect. As clients do, what is not a GET becomes
-/// one unless the status says that the method stays (307, 308).
+/// The request that the response leads to, the same but for its URL; nothing where it is no redirect.
 [[nodiscard]] std::optional<platform::HttpRequest> redirected(const platform::HttpRequest& request,
                                                               const platform::HttpResponse& response);
 

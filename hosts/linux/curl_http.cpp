@@ -40,7 +40,8 @@ public:
             MutexLock lock(mutex_);
             id = ++lastId_;
             incoming_.push_back(std::make_unique<CurlTransfer>(id, std::move(request), std::move(completion)));
-            if (!thread_.joinable()) thread_ = std::thread([self = shared_from_this()] { self->run(); });
+            // A completion may send while the service ends: its thread is still there and sees to that request.
+            if (!ending_ && !thread_.joinable()) thread_ = std::thread([self = shared_from_this()] { self->run(); });
         }
         curl_multi_wakeup(multi_.get());
         return id;

@@ -109,9 +109,12 @@ std::optional<std::string> DeviceFactsReader::timezone() const {
 }
 
 std::optional<double> DeviceFactsReader::battery() const {
+    const std::filesystem::path supplies = "sys/class/power_supply";
     std::error_code error;
-    for (const auto& supply : std::filesystem::directory_iterator(root_ / "sys/class/power_supply", error)) {
-        const auto folder = std::filesystem::path("sys/class/power_supply") / supply.path().filename();
+    // Not a range-for, which would throw where a supply is unplugged meanwhile.
+    for (std::filesystem::directory_iterator supply(root_ / supplies, error), end; !error && supply != end;
+         supply.increment(error)) {
+        const auto folder = supplies / supply->path().filename();
         // The scope "Device" is a mouse or a pen, not this machine.
         if (text(folder / "type") != "Battery" || text(folder / "scope") == "Device") continue;
         const auto capacity = text(folder / "capacity");

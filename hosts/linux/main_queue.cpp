@@ -43,7 +43,8 @@ std::size_t MainQueue::runReady(std::size_t limit) {
 
 bool MainQueue::runUntil(const std::function<bool()>& predicate, std::chrono::steady_clock::time_point limit) {
     becomeMain();
-    while (!predicate()) {
+    for (bool inTime = true; !predicate(); inTime = std::chrono::steady_clock::now() < limit) {
+        if (!inTime) return false;
         if (runOne()) continue;
         MutexLock lock(mutex_);
         while (tasks_.empty() && !woken_ && !closed_) {

@@ -74,6 +74,10 @@ SqliteStatement SqliteDatabase::statement(const char* sql) {
 
 int SqliteDatabase::changes() const noexcept { return sqlite3_changes(connection_.get()); }
 
+SqliteTransaction::SqliteTransaction(SqliteDatabase& database) : database_(database) {
+    database_.statement("BEGIN IMMEDIATE").run();
+}
+
 SqliteTransaction::~SqliteTransaction() {
     if (!open_) return;
     try {
@@ -84,7 +88,7 @@ SqliteTransaction::~SqliteTransaction() {
 }
 
 void SqliteTransaction::commit() {
-    database_.execute("COMMIT");
+    database_.statement("COMMIT").run();
     open_ = false;
 }
 

@@ -91,7 +91,7 @@ private:
 /// Everything between its construction and `commit`, or nothing of it.
 class SqliteTransaction {
 public:
-    explicit SqliteTransaction(SqliteDatabase& database) : database_(database) { database_.execute("BEGIN IMMEDIATE"); }
+    explicit SqliteTransaction(SqliteDatabase& database);
     ~SqliteTransaction();
     SqliteTransaction(const SqliteTransaction&) = delete;
     SqliteTransaction& operator=(const SqliteTransaction&) = delete;

@@ -13,6 +13,9 @@ Value parsedOrText(const std::string& json, const platform::Json& parser) {
     return value != nullptr ? std::move(*value) : Value(json);
 }
 
+/// Whether there is a value that has no elements.
+bool isPlain(const SharedValue& value) { return value && !value->isAbsent() && value->ifArray() == nullptr; }
+
 }  // namespace
 
 SqliteStore::SqliteStore(std::shared_ptr<Storage> storage, const std::string& fileName, Sharing sharing)
@@ -27,7 +30,12 @@ void SqliteStore::startLoading() {
 }
 
 void SqliteStore::load() {
-    auto loaded = file_.open(storage_->owned);
+    if (isLoaded()) return;
+    takeOver(file_.open(storage_->owned));
+    file_.tellProblems();
+}
+
+void SqliteStore::takeOver(StoreFile::Loaded loaded) {
     MutexLock lock(mutex_);
     for (auto& [key, value] : loaded.values) contents_.load(std::move(key), std::move(value));
     for (auto& [key, row] : loaded.elements) contents_.load(key, std::move(row));
@@ -52,9 +60,9 @@ void SqliteStore::end() {
 Value SqliteStore::value(std::string_view key) const noexcept {
     SharedValue value;
     std::vector<std::string> elements;
+    waitUntilLoaded();
     {
         MutexLock lock(mutex_);
-        waitUntilLoaded();
         elements = contents_.queuedJson(key);
         value = contents_.value(key);
         if (const auto found = unwritten_.find(key); found != unwritten_.end()) {
@@ -84,10 +92,10 @@ void SqliteStore::set(std::string_view key, Value value) noexcept {
 
 std::vector<std::string> SqliteStore::keys() const noexcept {
     std::vector<std::string> keys;
-    std::map<std::string, SharedValue, std::less<>> unwritten;
+    Waiting unwritten;
+    waitUntilLoaded();
     {
         MutexLock lock(mutex_);
-        waitUntilLoaded();
         keys = contents_.keys();
         if (!reader_) return keys;
         unwritten = unwritten_;
@@ -115,7 +123,7 @@ void SqliteStore::synchronize() noexcept {
 void SqliteStore::append(std::string_view key, std::string json) noexcept {
     const auto plan = std::make_shared<ElementPlan>();
     changeElements(
-        key, plan,
+        key, plan, PlainValue::isReplaced,
         [plan, key = std::string(key), json = std::move(json)](StoreContents& contents) {
             plan->rows.push_back(contents.append(key, json, ElementState::queued));
         },
@@ -126,7 +134,7 @@ void SqliteStore::appendInFlight(std::string_view key, std::string json,
                                  std::function<void(std::optional<platform::ElementId>)> committed) noexcept {
     const auto plan = std::make_shared<ElementPlan>();
     changeElements(
-        key, plan,
+        key, plan, PlainValue::isReplaced,
         [plan, key = std::string(key), json = std::move(json)](StoreContents& contents) {
             plan->rows.push_back(contents.append(key, json, ElementState::inFlight));
         },
@@ -144,7 +152,8 @@ void SqliteStore::appendInFlight(std::string_view key, std::string json,
 void SqliteStore::take(std::string_view key, std::function<void(std::vector<platform::StoredElement>)> taken) noexcept {
     const auto plan = std::make_shared<ElementPlan>();
     changeElements(
-        key, plan, [plan, key = std::string(key)](StoreContents& contents) { plan->rows = contents.take(key); },
+        key, plan, PlainValue::stays,
+        [plan, key = std::string(key)](StoreContents& contents) { plan->rows = contents.take(key); },
         [plan, key = std::string(key), taken = std::move(taken)](StoreFile& file) {
             std::vector<platform::StoredElement> elements;
             for (auto& row : file.take(key, plan->replacement, std::move(plan->rows))) {
@@ -157,7 +166,8 @@ void SqliteStore::take(std::string_view key, std::function<void(std::vector<plat
 void SqliteStore::count(std::string_view key, std::function<void(std::size_t)> counted) noexcept {
     const auto plan = std::make_shared<ElementPlan>();
     changeElements(
-        key, plan, [plan, key = std::string(key)](StoreContents& contents) { plan->count = contents.count(key); },
+        key, plan, PlainValue::stays,
+        [plan, key = std::string(key)](StoreContents& contents) { plan->count = contents.count(key); },
         [plan, key = std::string(key), counted = std::move(counted)](StoreFile& file) {
             file.replace(key, plan->replacement);
             counted(plan->count);
@@ -167,7 +177,7 @@ void SqliteStore::count(std::string_view key, std::function<void(std::size_t)> c
 void SqliteStore::requeue(std::string_view key, platform::ElementId id, std::function<void()> requeued) noexcept {
     const auto plan = std::make_shared<ElementPlan>();
     changeElements(
-        key, plan,
+        key, plan, PlainValue::stays,
         [plan, key = std::string(key), id](StoreContents& contents) {
             if (auto row = contents.requeue(key, id)) plan->rows.push_back(std::move(*row));
         },
@@ -197,7 +207,7 @@ void SqliteStore::giveUp(std::string_view key, platform::ElementId id) noexcept 
 void SqliteStore::reclaim(std::string_view key, std::function<void(platform::ReclaimedElements)> reclaimed) noexcept {
     const auto plan = std::make_shared<ElementPlan>();
     changeElements(
-        key, plan,
+        key, plan, PlainValue::stays,
         [this, plan, key = std::string(key)](StoreContents& contents) ORBINEL_REQUIRES(mutex_) {
             if (owned_) plan->reclaimed = contents.reclaim(key);
         },
@@ -219,24 +229,30 @@ void SqliteStore::change(Change change, Write write) {
     storage_->thread.post([self = shared_from_this()] { self->runNextWrite(); });
 }
 
-/// A value that was set under the key becomes elements first, in the same transaction, also where it has not been
+/// An array that was set under the key becomes elements first, in the same transaction, also where it has not been
 /// synchronised: otherwise it would be written over the elements later.
-void SqliteStore::changeElements(std::string_view key, const PlanPointer& plan, Change change, Write write) {
+void SqliteStore::changeElements(std::string_view key, const PlanPointer& plan, PlainValue plainValue, Change change,
+                                 Write write) {
     {
         MutexLock lock(mutex_);
-        if (const auto found = unsynchronised_.find(key); found != unsynchronised_.end()) {
-            unsynchronised_.erase(found);
-            plan->replacement.needed = true;
-        }
-        if (const auto found = unwritten_.find(key); found != unwritten_.end()) unwritten_.erase(found);
-        makeChange(
-            [json = storage_->json, plan, key = std::string(key), change = std::move(change)](StoreContents& contents) {
-                if (auto rows = contents.turnIntoElements(key, *json)) plan->replacement = {true, std::move(*rows)};
-                change(contents);
-            });
+        plan->replacement.needed = forgetUnlessStaying(unsynchronised_, key, plainValue);
+        forgetUnlessStaying(unwritten_, key, plainValue);
+        makeChange([json = storage_->json, plan, key = std::string(key), plainValue,
+                    change = std::move(change)](StoreContents& contents) {
+            if (plainValue == PlainValue::stays && isPlain(contents.value(key))) return;
+            if (auto rows = contents.turnIntoElements(key, *json)) plan->replacement = {true, std::move(*rows)};
+            change(contents);
+        });
         putInLine(std::move(write));
     }
     storage_->thread.post([self = shared_from_this()] { self->runNextWrite(); });
+}
+
+bool SqliteStore::forgetUnlessStaying(Waiting& waiting, std::string_view key, PlainValue plainValue) {
+    const auto found = waiting.find(key);
+    if (found == waiting.end() || (plainValue == PlainValue::stays && isPlain(found->second))) return false;
+    waiting.erase(found);
+    return true;
 }
 
 void SqliteStore::makeChange(Change change) {
@@ -257,6 +273,7 @@ void SqliteStore::runNextWrite() {
         writes_.pop_front();
     }
     write(file_);
+    file_.tellProblems();
 }
 
 void SqliteStore::forgetWritten(const ValueBatch& batch) {
@@ -267,7 +284,15 @@ void SqliteStore::forgetWritten(const ValueBatch& batch) {
     }
 }
 
+bool SqliteStore::isLoaded() const {
+    MutexLock lock(mutex_);
+    return loaded_;
+}
+
 void SqliteStore::waitUntilLoaded() const {
+    // A completion or a problem handler that asks would wait for its own thread. Loading changes nothing that shows.
+    if (storage_->thread.isCurrent()) return const_cast<SqliteStore*>(this)->load();
+    MutexLock lock(mutex_);
     while (!loaded_) loadedChanged_.wait(mutex_);
 }
 

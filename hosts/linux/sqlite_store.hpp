@@ -68,6 +68,11 @@ public:
 private:
     using Change = std::function<void(StoreContents&)>;
     using Write = std::function<void(StoreFile&)>;
+    using Waiting = std::map<std::string, SharedValue, std::less<>>;  // absent: removed
+
+    /// What becomes of a value that is no array where its key is worked on by element. While it stays, the key has no
+    /// elements but those in flight, which stay there, too.
+    enum class PlainValue { stays, isReplaced };
 
     /// What an operation by element finds out in memory, for its write to the file.
     struct ElementPlan {
@@ -79,13 +84,17 @@ private:
     using PlanPointer = std::shared_ptr<ElementPlan>;
 
     void load();
+    void takeOver(StoreFile::Loaded loaded);
     void change(Change change, Write write);
-    void changeElements(std::string_view key, const PlanPointer& plan, Change change, Write write);
+    void changeElements(std::string_view key, const PlanPointer& plan, PlainValue plainValue, Change change,
+                        Write write);
+    static bool forgetUnlessStaying(Waiting& waiting, std::string_view key, PlainValue plainValue);
     void makeChange(Change change) ORBINEL_REQUIRES(mutex_);
     void putInLine(Write write) ORBINEL_REQUIRES(mutex_);
     void runNextWrite();
     void forgetWritten(const ValueBatch& batch);
-    void waitUntilLoaded() const ORBINEL_REQUIRES(mutex_);
+    [[nodiscard]] bool isLoaded() const ORBINEL_EXCLUDES(mutex_);
+    void waitUntilLoaded() const ORBINEL_EXCLUDES(mutex_);
 
     const std::shared_ptr<Storage> storage_;
     const std::unique_ptr<GroupReader> reader_;  // only where other processes share the store
@@ -98,8 +107,8 @@ private:
     StoreContents contents_ ORBINEL_GUARDED_BY(mutex_);
     std::vector<Change> beforeLoading_ ORBINEL_GUARDED_BY(mutex_);
     std::deque<Write> writes_ ORBINEL_GUARDED_BY(mutex_);
-    std::map<std::string, SharedValue, std::less<>> unsynchronised_ ORBINEL_GUARDED_BY(mutex_);  // absent: removed
-    std::map<std::string, SharedValue, std::less<>> unwritten_ ORBINEL_GUARDED_BY(mutex_);       // with a reader only
+    Waiting unsynchronised_ ORBINEL_GUARDED_BY(mutex_);
+    Waiting unwritten_ ORBINEL_GUARDED_BY(mutex_);  // with a reader only
 };
 
 }  // namespace orbinel::hosts

@@ -38,6 +38,11 @@ void StorageThread::post(Job job) {
     runAll(*state);
 }
 
+bool StorageThread::isCurrent() const {
+    MutexLock lock(state_->mutex);
+    return state_->runner == std::this_thread::get_id();
+}
+
 void StorageThread::runAll(State& state) {
     for (;;) {
         Job job;
@@ -61,10 +66,7 @@ void StorageThread::wait() {
         ConditionVariable changed;
         bool value ORBINEL_GUARDED_BY(mutex) = false;
     };
-    {
-        MutexLock lock(state_->mutex);
-        if (state_->runner == std::this_thread::get_id()) return;
-    }
+    if (isCurrent()) return;
     const auto done = std::make_shared<Done>();
     post([done] {
         MutexLock lock(done->mutex);

@@ -21,6 +21,9 @@ public:
 
     void post(Job job);
 
+    /// Whether a job calls.
+    [[nodiscard]] bool isCurrent() const;
+
     /// Returns once every job posted so far has run; at once where a job calls.
     void wait();
 

@@ -22,7 +22,8 @@ INSERT INTO launches VALUES(0);
 PRAGMA user_version = 1;
 )";
 
-// Each launch numbers its elements in a range of its own, so that ids need no reading back from the file.
+// Each launch numbers its elements in a range of its own, so that ids need no reading back from the file. A launch
+// that cannot write its number to the file takes one at random, from the maximum on.
 constexpr int launchShift = 32;
 constexpr std::int64_t maximumLaunches = std::int64_t{1} << 30;
 constexpr std::int64_t maximumPosition = std::int64_t{1} << 60;
@@ -35,6 +36,21 @@ bool isDamage(const SqliteError& error) {
 bool isThere(const std::filesystem::path& path) {
     std::error_code error;
     return std::filesystem::exists(std::filesystem::symlink_status(path, error));
+}
+
+/// Whether something else than a file is where the file should be. A file that merely cannot be opened (no descriptor
+/// is left, no permission) is none of that: it may be sound.
+bool isBlocked(const std::filesystem::path& path) {
+    if (!isThere(path)) return false;
+    std::error_code error;
+    switch (std::filesystem::status(path, error).type()) {
+        case std::filesystem::file_type::regular:
+        case std::filesystem::file_type::none:
+        case std::filesystem::file_type::unknown:
+            return false;
+        default:
+            return true;  // a directory, a link that leads nowhere
+    }
 }
 
 /// A name that is free, beside the path.
@@ -76,7 +92,7 @@ StoreFile::Loaded StoreFile::open(bool mayBeSetAside) {
             return readEverything();
         } catch (const SqliteError& error) {
             database_.reset();
-            const bool blocked = error.code() == SQLITE_CANTOPEN && isThere(path_);
+            const bool blocked = error.code() == SQLITE_CANTOPEN && isBlocked(path_);
             if (std::exchange(again, false) && (isDamage(error) || blocked) && setAside(error.what())) continue;
             reportOnce("could not be opened and is kept in memory only", error.what());
             return {};
@@ -135,11 +151,14 @@ void StoreFile::readElements(Loaded& loaded) {
 std::int64_t StoreFile::numberThisLaunch() {
     try {
         SqliteTransaction transaction(*database_);
-        // Beyond the ids in the file, too: they may come from a file that was set aside while it was in use.
+        // Beyond the ids in the file, too: they may come from a file that was set aside while it was in use. Those of
+        // launches that took a random number are beyond all others and do not count.
         database_
             ->statement(
-                "UPDATE launches SET number = MAX(number + 1, (SELECT COALESCE(MAX(id), 0) / 4294967296 + 1 "
-                "FROM elements))")
+                "UPDATE launches SET number = MAX(number + 1, (SELECT COALESCE(MAX(id), 0) / ?1 + 1 FROM elements "
+                "WHERE id < ?1 * ?2))")
+            .bind(1, std::int64_t{1} << launchShift)
+            .bind(2, maximumLaunches)
             .run();
         const auto number = readNumber("SELECT number FROM launches");
         if (number < 1 || number >= maximumLaunches) throw SqliteError(SQLITE_CORRUPT, "launches are not numbered");
@@ -167,23 +186,29 @@ bool StoreFile::setAside(const std::string& reason) {
         std::error_code missing;
         std::filesystem::rename(path_.string() + companion, aside.string() + companion, missing);
     }
-    problems_->report("The store \"" + path_.filename().string() + "\" could not be read (" + reason +
+    untold_.push_back("The store \"" + path_.filename().string() + "\" could not be read (" + reason +
                       ") and was set aside as \"" + aside.filename().string() + "\".");
     return true;
 }
 
+void StoreFile::tellProblems() {
+    for (auto& sentence : std::exchange(untold_, {})) problems_->report(std::move(sentence));
+}
+
 void StoreFile::reportOnce(const std::string& what, const std::string& reason) {
     if (!reported_.insert(what).second) return;
-    problems_->report("The store \"" + path_.filename().string() + "\" " + what + " (" + reason + ").");
+    untold_.push_back("The store \"" + path_.filename().string() + "\" " + what + " (" + reason + ").");
 }
 
 template <typename Change>
 bool StoreFile::transact(Change change) {
     for (bool again = true; database_;) {
+        justPut_.clear();
         try {
             SqliteTransaction transaction(*database_);
             change();
             transaction.commit();
+            written_.insert(justPut_.begin(), justPut_.end());
             return true;
         } catch (const SqliteError& error) {
             if (std::exchange(again, false) && isDamage(error)) {
@@ -212,6 +237,7 @@ bool StoreFile::insert(std::string_view key, const KeyReplacement& replacement, 
 }
 
 bool StoreFile::requeue(std::string_view key, const ElementRow& row) {
+    written_.erase(row.id);
     return transact([&] { put(key, row); });
 }
 
@@ -226,7 +252,9 @@ bool StoreFile::giveUp(platform::ElementId id) {
 
 bool StoreFile::reclaim(std::string_view key, const StoreContents::Reclaimed& reclaimed) {
     if (reclaimed.returned.empty() && reclaimed.dropped.empty()) return true;
-    for (const auto& row : reclaimed.dropped) written_.erase(row.id);
+    for (const auto* rows : {&reclaimed.returned, &reclaimed.dropped}) {
+        for (const auto& row : *rows) written_.erase(row.id);
+    }
     return transact([&] {
         for (const auto& row : reclaimed.returned) put(key, row);
         for (const auto& row : reclaimed.dropped) {
@@ -293,7 +321,7 @@ void StoreFile::put(std::string_view key, const ElementRow& row) {
         .bind(4, static_cast<std::int64_t>(row.state))
         .bind(5, row.json)
         .run();
-    written_.insert(row.id);
+    justPut_.push_back(row.id);
 }
 
 void StoreFile::setState(platform::ElementId id, ElementState state) {

@@ -49,6 +49,10 @@ public:
     /// take the owner's file away.
     Loaded open(bool mayBeSetAside);
 
+    /// Hands over what went wrong since the last time. Apart from the changes themselves, so that whoever hears of it
+    /// may call the store.
+    void tellProblems();
+
     /// From now on changes come to nothing.
     void close() noexcept { database_.reset(); }
 
@@ -87,8 +91,10 @@ private:
     const std::shared_ptr<const platform::Json> json_;
     const std::shared_ptr<ProblemReports> problems_;
     std::unique_ptr<SqliteDatabase> database_;         // null: in memory only
-    std::unordered_set<platform::ElementId> written_;  // elements known to be in the file
+    std::unordered_set<platform::ElementId> written_;  // elements that the file is known to hold as the memory does
+    std::vector<platform::ElementId> justPut_;         // in the running transaction
     std::set<std::string> reported_;
+    std::vector<std::string> untold_;
     bool mayBeSetAside_ = false;
 };
 

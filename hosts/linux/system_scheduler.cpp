@@ -143,22 +143,26 @@ platform::LocalTime SystemScheduler::localTime(double secondsSince1970) const no
 
 bool SystemScheduler::isMain() const noexcept { return machinery_->mainQueue->isMain(); }
 
-void SystemScheduler::postMain(platform::Task task) noexcept { machinery_->toMain(std::move(task)); }
+// What follows holds the machinery: a task may run, and destroy the scheduler, before the call has returned.
+
+void SystemScheduler::postMain(platform::Task task) noexcept { std::shared_ptr(machinery_)->toMain(std::move(task)); }
 
 platform::Ticket SystemScheduler::postMainAfter(milliseconds delay, platform::Task task) noexcept {
-    return machinery_->after(delay, std::move(task), &Machinery::toMain);
+    return std::shared_ptr(machinery_)->after(delay, std::move(task), &Machinery::toMain);
 }
 
-void SystemScheduler::postGlobal(platform::Task task) noexcept { machinery_->toGlobal(std::move(task)); }
+void SystemScheduler::postGlobal(platform::Task task) noexcept {
+    std::shared_ptr(machinery_)->toGlobal(std::move(task));
+}
 
 platform::Ticket SystemScheduler::postGlobalAfter(milliseconds delay, platform::Task task) noexcept {
-    return machinery_->after(delay, std::move(task), &Machinery::toGlobal);
+    return std::shared_ptr(machinery_)->after(delay, std::move(task), &Machinery::toGlobal);
 }
 
 platform::Ticket SystemScheduler::repeatOnMain(milliseconds interval, platform::Task task) noexcept {
     const auto every = std::max(bounded(interval), milliseconds(1));
     auto repetition = std::make_shared<Machinery::Repetition>(std::move(task), every);
-    machinery_->tickLater(repetition);
+    std::shared_ptr(machinery_)->tickLater(repetition);
     return platform::Ticket([repetition] { repetition->task.cancel(); });
 }
 

@@ -64,7 +64,8 @@ public:
     [[nodiscard]] const Value& operator[](std::string_view key) const noexcept;
 
     /// Replaces the value under the key in its place, or adds the key at the end.
-    void set(std::string_view key, Value value);
+    void set(std::string_view key, Value&& value);
+    void set(std::string_view key, const Value& value);
 
     /// Removes the key; false where there was none.
     bool erase(std::string_view key);

@@ -29,19 +29,18 @@ bool Lifetime::waitUntilQuiet(std::chrono::milliseconds limit) const {
 // count. So either the entry sees the end, or the wait sees the entry.
 Lifetime::Entry::Entry(std::shared_ptr<State> state) : state_(std::move(state)) {
     ++state_->running;
-    if (!state_->ended) world_ = state_->world.lock();
-    if (world_ != nullptr) {
+    entered_ = !state_->ended;
+    if (entered_) {
         ++enteredByThisThread;
     } else {
         leave();
     }
 }
 
+// What the thread lets go of before this still counts as its own work, so that a world that ends with it does not wait
+// for itself.
 Lifetime::Entry::~Entry() {
-    if (world_ == nullptr) return;
-    // Given back before the wait for quiet can end, so that whoever waited is the last owner, and still counted as this
-    // thread's, so that a world that ends here does not wait for itself.
-    world_.reset();
+    if (!entered_) return;
     --enteredByThisThread;
     leave();
 }

@@ -21,7 +21,8 @@ class Lifetime {
 public:
     explicit Lifetime(Reports& reports) : reports_(reports) {}
 
-    /// One piece of running work; false where the world does not run. The end of a world waits for it.
+    /// One piece of running work; false where the lifetime has not begun or has ended. Its end waits for the work.
+    /// Whoever keeps the world alive for the work has to let go of it first.
     class Entry {
     public:
         explicit Entry(const Lifetime& lifetime) : Entry(lifetime.state_) {}
@@ -29,13 +30,13 @@ public:
         ~Entry();
         Entry(const Entry&) = delete;
         Entry& operator=(const Entry&) = delete;
-        explicit operator bool() const noexcept { return world_ != nullptr; }
+        explicit operator bool() const noexcept { return entered_; }
 
     private:
         void leave() noexcept;
 
         const std::shared_ptr<State> state_;
-        std::shared_ptr<void> world_;
+        bool entered_ = false;
     };
 
     /// Called when the world has an owner that can be shared.
@@ -54,7 +55,9 @@ public:
     [[nodiscard]] auto whileAlive(Work work) const {
         return [this, state = state_, work = std::move(work)](auto&&... arguments) mutable {
             const Entry entry(state);
-            if (!entry) return;  // and this object may be gone
+            if (!entry) return;                      // and this object may be gone
+            const auto world = state->world.lock();  // let go of before the entry: see there
+            if (world == nullptr) return;
             guarded(reports_, "-[Orbinel completion]", [&] { work(std::forward<decltype(arguments)>(arguments)...); });
         };
     }

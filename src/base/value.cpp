@@ -89,7 +89,7 @@ const Value& Dictionary::operator[](std::string_view key) const noexcept {
     return value != nullptr ? *value : absentValue();
 }
 
-void Dictionary::set(std::string_view key, Value value) {
+void Dictionary::set(std::string_view key, Value&& value) {
     if (auto* existing = find(key)) {
         *existing = std::move(value);
         return;
@@ -102,6 +102,8 @@ void Dictionary::set(std::string_view key, Value value) {
         indexIfLarge();
     }
 }
+
+void Dictionary::set(std::string_view key, const Value& value) { set(key, Value(value)); }
 
 bool Dictionary::erase(std::string_view key) {
     const auto position = positionOf(key);

@@ -3,18 +3,11 @@
 #include <string>
 #include <string_view>
 
+#include "orbinel/data_types.hpp"
 #include "orbinel/value.hpp"
 
 namespace orbinel {
 
-inline constexpr std::string_view kDataTypeStringKey = "string";
-inline constexpr std::string_view kDataTypeBooleanKey = "boolean";
-inline constexpr std::string_view kDataTypeIntKey = "int";
-inline constexpr std::string_view kDataTypeFloatKey = "float";  // never detected
-inline constexpr std::string_view kDataTypeDoubleKey = "double";
-inline constexpr std::string_view kDataTypeNumberKey = "number";  // never detected
-inline constexpr std::string_view kDataTypeArrayKey = "array";
-inline constexpr std::string_view kDataTypeDateKey = "date";
 inline constexpr std::string_view kDataTypeUnknown = "unknown";
 
 /// The name of a value's type. Only an exact 32-bit integer is an "int": every wider number, the integers of parsed

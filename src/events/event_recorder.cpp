@@ -52,7 +52,7 @@ void EventRecorder::addDetected(EventParameters& parameters, const std::string& 
     if (const auto* text = value.ifString()) {
         if (!text->empty()) parameters.set(key, *text);
     } else if (value.ifInt32() != nullptr || value.ifBoolean() != nullptr) {
-        parameters.set(key, value);
+        parameters.set(key, Value(value));
     } else if (const auto number = value.number()) {
         parameters.set(key, *number);
     } else if (const auto* date = value.ifDate()) {
@@ -125,7 +125,10 @@ void EventRecorder::store(EventRecord record, bool campaignsHaveArrived) {
     constexpr std::size_t usualEvents = 32;
     session_.update([&](SessionRecord& session) {
         if (session.custom_events.empty()) session.custom_events.reserve(usualEvents);
-        if (!campaignsHaveArrived) session.eventsBeforeInapp.push_back(record.event_name);
+        if (!campaignsHaveArrived) {
+            if (session.eventsBeforeInapp.empty()) session.eventsBeforeInapp.reserve(usualEvents);
+            session.eventsBeforeInapp.push_back(record.event_name);
+        }
         session.custom_events.push_back(std::move(record));
     });
 }

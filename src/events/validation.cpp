@@ -1,6 +1,7 @@
 #include "events/validation.hpp"
 
 #include <algorithm>
+#include <array>
 
 #include "base/guard.hpp"
 
@@ -12,8 +13,17 @@ constexpr std::string_view kIsNameValid = "isNameValid";
 constexpr std::string_view kWizardValueKey = "value";
 constexpr std::string_view kWizardWarningKey = "warning";
 
-bool isLowerLetter(char c) noexcept { return c >= 'a' && c <= 'z'; }
-bool isNameCharacter(char c) noexcept { return isLowerLetter(c) || (c >= '0' && c <= '9') || c == '_'; }
+constexpr bool isLowerLetter(char c) noexcept { return c >= 'a' && c <= 'z'; }
+
+/// By character code: names are checked for every event and parameter.
+constexpr auto nameCharacters = [] {
+    std::array<bool, 256> table{};
+    for (std::size_t code = 0; code < table.size(); ++code) {
+        const auto c = static_cast<char>(code);
+        table[code] = isLowerLetter(c) || (c >= '0' && c <= '9') || c == '_';
+    }
+    return table;
+}();
 
 bool isSupportedParameter(const Value& value) noexcept {
     return !value.isAbsent() && !value.isNull() && value.kind() != Value::Kind::date;
@@ -37,7 +47,11 @@ bool Validation::isNameValid(std::string_view name) const noexcept {
 }
 
 bool Validation::hasFormOfName(std::string_view name) noexcept {
-    return !name.empty() && isLowerLetter(name.front()) && std::all_of(name.begin(), name.end(), isNameCharacter);
+    if (name.empty() || !isLowerLetter(name.front())) return false;
+    for (const char c : name) {
+        if (!nameCharacters[static_cast<unsigned char>(c)]) return false;
+    }
+    return true;
 }
 
 bool Validation::isNameValid(const Value& name) const noexcept {

@@ -20,7 +20,7 @@ public:
     EventParameters() = default;
     explicit EventParameters(Dictionary parameters) : parameters_(std::move(parameters)) {}
 
-    void set(std::string_view key, Value value) {
+    void set(std::string_view key, Value&& value) {
         const MutexLock lock(mutex_);
         parameters_.set(key, std::move(value));
     }

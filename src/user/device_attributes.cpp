@@ -99,13 +99,17 @@ void OrbinelDeviceAttributes::describePermissions(Dictionary& attributes) {
     write(attributes, "is_in_scheduled_summary", summary_.scheduledSummary);
 }
 
-/// The answer may come later: it is kept for the next dictionary. Both settings follow the scheduled delivery.
+/// A dictionary that is built before the answer comes lacks the two entries. Both follow the scheduled delivery.
 void OrbinelDeviceAttributes::askForNotificationSettings() {
     const auto keep = [this](bool scheduled) {
         const MutexLock lock(mutex_);
         summary_ = {scheduled, scheduled};
     };
     if (!helper_.isIOSVersionGreaterOrEqual(firstVersionWithSummaries)) return keep(false);
+    {
+        const MutexLock lock(mutex_);
+        summary_ = {};
+    }
     notifications_.readSettings(lifetime_.whileAlive(
         [keep](const platform::NotificationSettings& settings) { keep(settings.scheduledDelivery); }));
 }

@@ -30,13 +30,24 @@ Value OrbinelIdentity::storedOrbinelId() const noexcept {
 
 std::optional<std::string> OrbinelIdentity::getOrbinelID() noexcept {
     return guarded(reports_, "-[OrbinelIdentity getOrbinelID]", std::optional<std::string>(), [&] {
-        const auto stored = storedOrbinelId();
-        auto current = stored.stringOrEmpty().empty() ? helper_.getUdid() : std::optional(stored.stringOrEmpty());
-        if (current) mirror(*current);
+        auto current = currentId();
+        // Again where the ID changed while an older one was being shown.
+        for (auto shown = current; shown;) {
+            mirror(*shown);
+            const auto now = currentId();
+            if (now == shown) break;
+            shown = now;
+        }
         return current;
     });
 }
 
+std::optional<std::string> OrbinelIdentity::currentId() {
+    const auto stored = storedOrbinelId();
+    return stored.stringOrEmpty().empty() ? helper_.getUdid() : std::optional(stored.stringOrEmpty());
+}
+
+/// Shows the ID and the partner to the application's extensions, where it is not what they were shown last.
 void OrbinelIdentity::mirror(const std::string& orbinelId) {
     const Mirrored wanted{helper_.getAppGroup().value_or(std::string()), session_.partnerName(), orbinelId};
     if (wanted.group.empty()) return;

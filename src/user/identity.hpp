@@ -56,6 +56,7 @@ public:
     void sendIdentityRequestWithCachedIdentifiers(Completion completion) noexcept;
 
 private:
+    [[nodiscard]] std::optional<std::string> currentId();
     void mirror(const std::string& orbinelId);
 
     Reports& reports_;

@@ -9,6 +9,7 @@
 
 #include "hosts/common/rapidjson_json.hpp"
 #include "hosts/linux/sqlite_defaults.hpp"
+#include "tests/linux/storage_child.hpp"
 #include "tests/linux/temporary_directory.hpp"
 #include "tests/port_contract/contract_support.hpp"
 
@@ -20,6 +21,17 @@ namespace {
 using contract::Gathered;
 using testing::ElementsAre;
 using testing::HasSubstr;
+
+/// Another process that is writing to the file.
+class Locked {
+public:
+    explicit Locked(const std::filesystem::path& file)
+        : database_(file, SqliteDatabase::Access::readWrite, 1000), transaction_(database_) {}
+
+private:
+    SqliteDatabase database_;
+    SqliteTransaction transaction_;
+};
 
 class DefaultsFiles : public testing::Test {
 protected:
@@ -50,6 +62,26 @@ protected:
         defaults->setProblemHandler([this](std::string sentence) { sentences.add(std::move(sentence)); });
         defaults->setProblemHandler({});
         return sentences.takeAll();
+    }
+
+    [[nodiscard]] std::vector<platform::StoredElement> take() const {
+        std::vector<platform::StoredElement> result;
+        store->take("queue", [&](auto taken) { result = std::move(taken); });
+        defaults->waitUntilWritten();
+        return result;
+    }
+
+    [[nodiscard]] std::size_t reclaim() const {
+        std::size_t returned = 0;
+        store->reclaim("queue", [&](const auto& reclaimed) { returned = reclaimed.returned; });
+        defaults->waitUntilWritten();
+        return returned;
+    }
+
+    [[nodiscard]] static std::vector<std::string> jsonOf(const std::vector<platform::StoredElement>& elements) {
+        std::vector<std::string> result;
+        for (const auto& element : elements) result.push_back(element.json);
+        return result;
     }
 
     [[nodiscard]] std::size_t filesNamedLike(const std::string& part) const {
@@ -104,6 +136,57 @@ TEST_F(DefaultsFiles, ADirectoryInItsPlaceIsSetAside) {
     expectAFreshStoreThatLasts();
 }
 
+TEST_F(DefaultsFiles, ALinkThatLeadsNowhereIsSetAside) {
+    std::filesystem::create_symlink(directory.path() / "missing" / "file", file);
+    open();
+    expectAFreshStoreThatLasts();
+}
+
+TEST_F(DefaultsFiles, AShortageOfDescriptorsLeavesASoundFileWhereItIs) {
+    open();
+    const auto suite = defaults->suite("sound");
+    suite->set("key", 1);
+    suite->synchronize();
+    close();
+    {
+        StorageChild child("starve", directory.path());
+        EXPECT_THAT(child.readLine(), AllOf(HasSubstr("suite-sound"), HasSubstr("memory only")));
+        EXPECT_EQ(child.readLine(), "done");
+    }
+    open();
+    EXPECT_EQ(defaults->suite("sound")->value("key"), Value(1));
+    EXPECT_EQ(filesNamedLike("damaged"), 0u);
+}
+
+TEST_F(DefaultsFiles, WhileTheFileIsLockedNoElementIsLostAndNoLaunchAfterwardsSuffers) {
+    open();
+    store->append("queue", "1");
+    store->append("queue", "2");
+    const auto taken = take();
+    ASSERT_THAT(jsonOf(taken), ElementsAre("1", "2"));
+    {
+        const Locked locked(file);
+        store->requeue("queue", taken[1].id, [] {});
+        defaults->waitUntilWritten();
+    }
+    EXPECT_THAT(jsonOf(take()), ElementsAre("2"));
+
+    {
+        close();
+        const Locked locked(file);
+        open();
+        EXPECT_EQ(reclaim(), 2u);
+    }
+    store->append("queue", "3");  // of a launch that could not write down its number
+    EXPECT_THAT(jsonOf(take()), ElementsAre("1", "2", "3"));
+    EXPECT_THAT(problems(), ElementsAre(HasSubstr("could not be written to")));
+
+    open();
+    EXPECT_EQ(reclaim(), 3u);
+    EXPECT_THAT(jsonOf(take()), ElementsAre("1", "2", "3"));
+    EXPECT_THAT(problems(), testing::IsEmpty());
+}
+
 TEST_F(DefaultsFiles, DamageWhileInUseLosesNothingThatIsInMemory) {
     open();
     write("old", 1);
@@ -112,10 +195,7 @@ TEST_F(DefaultsFiles, DamageWhileInUseLosesNothingThatIsInMemory) {
     write("new", 2);
     EXPECT_THAT(problems(), ElementsAre(HasSubstr("set aside")));
     EXPECT_EQ(store->value("old"), Value(1));
-    std::size_t taken = 0;
-    store->take("queue", [&](const auto& elements) { taken = elements.size(); });
-    defaults->waitUntilWritten();
-    EXPECT_EQ(taken, 2u);
+    EXPECT_EQ(take().size(), 2u);
 }
 
 TEST_F(DefaultsFiles, WithoutAPlaceToWriteEverythingWorksInMemoryAndIsReportedOnce) {
@@ -206,8 +286,21 @@ TEST_F(DefaultsFiles, AHandlerThatWasReplacedRunsNoMoreAndMayReplaceItself) {
     });
     std::ofstream(directory.path() / "suite-damaged.sqlite") << std::string(5000, 'r');
     static_cast<void>(defaults->suite("damaged")->value("key"));
+    defaults->waitUntilWritten();
     EXPECT_EQ(sentences.size(), 1u);
     EXPECT_EQ(problems().size(), 2u);  // the first one again counted, the later one kept for the next handler
+}
+
+TEST_F(DefaultsFiles, AHandlerMayReadTheStoreThatItHearsOf) {
+    open();
+    Gathered<bool> absent;
+    defaults->setProblemHandler(
+        [&](const std::string&) { absent.add(defaults->suite("damaged")->value("key").isAbsent()); });
+    std::ofstream(directory.path() / "suite-damaged.sqlite") << std::string(5000, 'r');
+    static_cast<void>(defaults->suite("damaged"));
+    ASSERT_TRUE(absent.await(1));
+    defaults->setProblemHandler({});
+    EXPECT_TRUE(absent.all().front());
 }
 
 }  // namespace

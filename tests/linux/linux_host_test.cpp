@@ -62,6 +62,13 @@ TEST(SystemScheduler, RunsUntilItIsToldToQuitAndMainIsWhoRunsIt) {
     EXPECT_TRUE(scheduler.isMain());
 }
 
+TEST(SystemScheduler, ItsLimitHoldsAlsoWhereThereIsAlwaysATask) {
+    SystemScheduler scheduler;
+    const std::function<void()> again = [&] { scheduler.postMain(again); };
+    again();
+    EXPECT_FALSE(scheduler.runUntil([] { return false; }, std::chrono::milliseconds(20)));
+}
+
 TEST(SystemScheduler, EndsWhileItsTasksRunAndMayEndInsideThem) {
     for (const bool onMain : {false, true}) {
         auto slot = std::make_shared<std::shared_ptr<SystemScheduler>>(std::make_shared<SystemScheduler>());

@@ -68,6 +68,8 @@ struct LoopbackServer::Machinery {
             response.set_content("broken", plainText);
         });
         answerWith("/redirect", [this](auto& response) { response.set_redirect(url("/answer")); });
+        answerWith("/see-other", [this](auto& response) { response.set_redirect(url("/answer"), 303); });
+        answerWith("/circle", [this](auto& response) { response.set_redirect(url("/circle")); });
         answerWith("/to-file", [](auto& response) { response.set_redirect("file:///etc/passwd"); });
         answerWith("/hang", [this](auto&) { waitForEnd(std::chrono::hours(1)); });
         answerWith("/announced-huge",

@@ -245,6 +245,31 @@ TEST_P(DefaultsContract, AnArrayThatWasSetIsTakenByElementAndASetReplacesElement
     EXPECT_TRUE(store->value("queue").isAbsent());
 }
 
+TEST_P(DefaultsContract, AValueThatIsNoArrayStaysUntilAnElementIsAppended) {
+    const auto first = appendInFlight("1");
+    ASSERT_TRUE(first);
+    store->set("queue", "text");
+    for (int launch = 0; launch < 2; ++launch) {
+        EXPECT_EQ(count(), 0u);
+        EXPECT_THAT(take(), IsEmpty());
+        requeue(*first);
+        EXPECT_EQ(reclaim().returned, 0u);
+        EXPECT_EQ(store->value("queue"), Value("text"));
+        store->synchronize();
+        relaunch();
+    }
+
+    store->append("queue", "2");
+    EXPECT_EQ(store->value("queue"), Value(Array{2}));
+    store->set("queue", 7);
+    ASSERT_TRUE(appendInFlight("3"));
+    EXPECT_TRUE(store->value("queue").isAbsent());
+    relaunch();
+    EXPECT_TRUE(store->value("queue").isAbsent());
+    EXPECT_EQ(reclaim().returned, 2u);
+    EXPECT_THAT(jsonOf(take()), ElementsAre("1", "3"));
+}
+
 TEST_P(DefaultsContract, OperationsOnElementsThatAreNotInFlightChangeNothing) {
     store->append("queue", "1");
     const auto taken = take();
@@ -262,6 +287,9 @@ TEST_P(DefaultsContract, OperationsOnElementsThatAreNotInFlightChangeNothing) {
 }
 
 TEST_P(DefaultsContract, CompletionsKeepTheOrderOfTheirCallsAndMayCallTheStore) {
+    defaults->suite("unread")->set("key", "kept");
+    defaults->suite("unread")->synchronize();
+    relaunch();
     Gathered<int> order;
     store->append("queue", "1");
     store->count("queue", [&](std::size_t) { order.add(1); });
@@ -269,6 +297,7 @@ TEST_P(DefaultsContract, CompletionsKeepTheOrderOfTheirCallsAndMayCallTheStore) 
         order.add(2);
         for (const auto& element : taken) store->finish("queue", element.id);
         store->set("seen", static_cast<std::int64_t>(taken.size()));
+        EXPECT_EQ(defaults->suite("unread")->value("key"), Value("kept"));
         store->count("queue", [&](std::size_t) { order.add(9); });
     });
     store->reclaim("nothing", [&](const platform::ReclaimedElements&) { order.add(3); });

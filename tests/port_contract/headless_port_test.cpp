@@ -51,6 +51,8 @@ std::optional<platform::HttpOutcome> scripted(const platform::HttpRequest& reque
     if (asks(Behaviour::noContent)) return response(204, "");
     if (asks(Behaviour::serverError)) return response(500, "broken");
     if (asks(Behaviour::redirect)) return response(302, "", {{"Location", scriptedUrl(Behaviour::answer)}});
+    if (asks(Behaviour::seeOther)) return response(303, "", {{"Location", scriptedUrl(Behaviour::answer)}});
+    if (asks(Behaviour::circle)) return response(302, "", {{"Location", scriptedUrl(Behaviour::circle)}});
     if (asks(Behaviour::hugeBody)) return response(200, std::string(16 * 1024 * 1024 + 1, 'x'));
     if (asks(Behaviour::close)) return platform::HttpFailure{"The connection was closed.", false};
     return std::nullopt;

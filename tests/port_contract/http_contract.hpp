@@ -24,6 +24,8 @@ enum class Behaviour {
     noContent,    // 204
     serverError,  // 500, body "broken"
     redirect,     // 302 to the URL of `answer`
+    seeOther,     // 303 to the URL of `answer`
+    circle,       // 302 to itself
     hang,         // takes the request and does not answer
     close,        // closes the connection without an answer
     hugeBody,     // 200, body of 16 MiB and one byte
@@ -57,8 +59,10 @@ protected:
         return request;
     }
 
-    [[nodiscard]] platform::Ticket send(platform::HttpRequest request) {
-        return http->send(std::move(request), [gathered = completed](platform::HttpOutcome outcome) {
+    [[nodiscard]] platform::Ticket send(platform::HttpRequest request) { return send(*http, std::move(request)); }
+
+    [[nodiscard]] platform::Ticket send(platform::Http& service, platform::HttpRequest request) {
+        return service.send(std::move(request), [gathered = completed](platform::HttpOutcome outcome) {
             gathered->add({std::move(outcome), std::this_thread::get_id()});
         });
     }
@@ -169,6 +173,24 @@ TEST_P(HttpContract, FollowsRedirectsOnlyWhereAsked) {
     EXPECT_EQ(stayed->finalUrl, redirected.url);
 }
 
+TEST_P(HttpContract, RedirectsKeepMethodAndBodyAndEndAtTwenty) {
+    std::size_t requests = 0;
+    for (const auto behaviour : {Behaviour::redirect, Behaviour::seeOther}) {
+        for (const char* method : {"POST", "PUT"}) {
+            auto sent = request(behaviour);
+            sent.method = method;
+            sent.body = "kept";
+            ASSERT_TRUE(responseTo(sent));
+            requests += 2;
+            ASSERT_EQ(made.received().size(), requests);
+            EXPECT_EQ(made.received().back().method, method);
+            EXPECT_EQ(made.received().back().body, "kept");
+        }
+    }
+    EXPECT_TRUE(std::holds_alternative<platform::HttpFailure>(outcomeOf(request(Behaviour::circle))));
+    EXPECT_EQ(made.received().size(), requests + 1 + 20);
+}
+
 TEST_P(HttpContract, WhatGoesWrongIsAFailureWithAReason) {
     auto slow = request(Behaviour::hang);
     slow.timeout = std::chrono::milliseconds{100};
@@ -252,6 +274,18 @@ TEST_P(HttpContract, EndingCancelsWhatIsInFlightBeforeItReturns) {
     first.cancel();
     second.cancel();
     EXPECT_EQ(completed->size(), 2u);
+}
+
+TEST_P(HttpContract, ACompletionMaySendWhileTheServiceEnds) {
+    auto* const raw = http.get();
+    const auto again = raw->send(request(Behaviour::hang), [this, raw](platform::HttpOutcome outcome) {
+        completed->add({std::move(outcome), std::this_thread::get_id()});
+        send(*raw, request(Behaviour::answer)).detach();
+    });
+    ASSERT_TRUE(reaches(1));
+    http.reset();
+    EXPECT_EQ(completed->size(), 2u);
+    EXPECT_EQ(cancelledCount(), 2u);
 }
 
 TEST_P(HttpContract, MayEndInsideACompletion) {

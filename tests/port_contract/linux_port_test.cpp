@@ -54,6 +54,10 @@ std::string pathOf(Behaviour behaviour) {
             return "/broken";
         case Behaviour::redirect:
             return "/redirect";
+        case Behaviour::seeOther:
+            return "/see-other";
+        case Behaviour::circle:
+            return "/circle";
         case Behaviour::hang:
             return "/hang";
         case Behaviour::hugeBody:

@@ -21,7 +21,7 @@ struct HttpRequest {
     HttpHeaders headers;                        // sent in this order; nothing is added that names the client
     std::string body;                           // sent as it stands; not sent with GET
     std::chrono::milliseconds timeout{60'000};  // for the whole transfer, from its start
-    bool followRedirects = true;
+    bool followRedirects = true;  // with method and body kept, whatever the status; more than 20 are a failure
 };
 
 struct HttpResponse {

@@ -14,8 +14,8 @@ namespace orbinel::headless {
 
 /// A network that a test scripts: a handler stands for everything on the other side.
 ///
-/// As a real network does, it follows redirects where the request asks for it (absolute and rooted locations, ten at
-/// most), refuses URLs that are not absolute http or https, and fails bodies above 16 MiB.
+/// As a real network does, it follows redirects where the request asks for it, refuses URLs that are not absolute http
+/// or https, and fails bodies above 16 MiB.
 ///
 /// Threads: one background thread of its own runs the handler and the completions, in the order of the requests.
 class ORBINEL_API HeadlessHttp final : public platform::Http {
