@@ -169,12 +169,23 @@ void OrbinelRequest::complete(Outgoing& request, platform::HttpOutcome outcome) 
             answered(request, *response);
             return true;
         }
+        noteFailure(request, outcome);
         const bool consentPost =
             request.url.find("gdpr/set") != std::string::npos || request.url == endpoints_.sendGDPRConsent();
         if (response == nullptr && consentPost) collaborators_.failedConsent->saveFailedGdprPost(request.gdprConsent);
         return !request.isStop || queueAgain(request);
     });
     if (decided) request.answer(reports_, {});
+}
+
+/// For the development log: why a request came to nothing.
+void OrbinelRequest::noteFailure(const Outgoing& request, const platform::HttpOutcome& outcome) noexcept {
+    reports_.note([&] {
+        const auto* failure = std::get_if<platform::HttpFailure>(&outcome);
+        const auto* response = std::get_if<platform::HttpResponse>(&outcome);
+        const auto reason = failure != nullptr ? failure->reason : "status " + std::to_string(response->status);
+        return "POST " + request.url + " failed: " + reason;
+    });
 }
 
 void OrbinelRequest::answered(Outgoing& request, const platform::HttpResponse& response) {

@@ -74,6 +74,7 @@ private:
     void post(const std::shared_ptr<Outgoing>& request);
 
     void complete(Outgoing& request, platform::HttpOutcome outcome);
+    void noteFailure(const Outgoing& request, const platform::HttpOutcome& outcome) noexcept;
     void answered(Outgoing& request, const platform::HttpResponse& response);
     [[nodiscard]] Value decode(const Outgoing& request, const platform::HttpResponse& response) const;
     [[nodiscard]] bool queueAgain(Outgoing& request);
