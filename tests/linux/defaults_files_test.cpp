@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -9,7 +10,6 @@
 
 #include "hosts/common/rapidjson_json.hpp"
 #include "hosts/linux/sqlite_defaults.hpp"
-#include "tests/linux/storage_child.hpp"
 #include "tests/linux/temporary_directory.hpp"
 #include "tests/port_contract/contract_support.hpp"
 
@@ -31,6 +31,26 @@ public:
 private:
     SqliteDatabase database_;
     SqliteTransaction transaction_;
+};
+
+/// SQLite is told that the process may open no further files. To be made and ended while no store is at work.
+class NoDescriptors {
+public:
+    NoDescriptors() { replaceOpen(reinterpret_cast<sqlite3_syscall_ptr>(&fail)); }
+    ~NoDescriptors() { replaceOpen(nullptr); }
+    NoDescriptors(const NoDescriptors&) = delete;
+    NoDescriptors& operator=(const NoDescriptors&) = delete;
+
+private:
+    static int fail(const char*, int, int) {
+        errno = EMFILE;
+        return -1;
+    }
+
+    static void replaceOpen(sqlite3_syscall_ptr function) {
+        auto* const system = sqlite3_vfs_find(nullptr);
+        EXPECT_EQ(system->xSetSystemCall(system, "open", function), SQLITE_OK);
+    }
 };
 
 class DefaultsFiles : public testing::Test {
@@ -144,17 +164,16 @@ TEST_F(DefaultsFiles, ALinkThatLeadsNowhereIsSetAside) {
 
 TEST_F(DefaultsFiles, AShortageOfDescriptorsLeavesASoundFileWhereItIs) {
     open();
-    const auto suite = defaults->suite("sound");
-    suite->set("key", 1);
-    suite->synchronize();
+    write("key", 1);
     close();
     {
-        StorageChild child("starve", directory.path());
-        EXPECT_THAT(child.readLine(), AllOf(HasSubstr("suite-sound"), HasSubstr("memory only")));
-        EXPECT_EQ(child.readLine(), "done");
+        const NoDescriptors none;
+        open();
+        EXPECT_TRUE(store->value("key").isAbsent());
+        EXPECT_THAT(problems(), ElementsAre(HasSubstr("memory only")));
     }
     open();
-    EXPECT_EQ(defaults->suite("sound")->value("key"), Value(1));
+    EXPECT_EQ(store->value("key"), Value(1));
     EXPECT_EQ(filesNamedLike("damaged"), 0u);
 }
 

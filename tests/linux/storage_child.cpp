@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -64,23 +63,10 @@ void own(SqliteDefaults& defaults) {
     waitForLine();
 }
 
-/// Opens a store when the process may open no further files, and says what comes of it.
-void starve(SqliteDefaults& defaults) {
-    defaults.setProblemHandler([](const std::string& sentence) { say(sentence); });
-    defaults.waitUntilWritten();
-    const rlimit none{0, 0};
-    ::setrlimit(RLIMIT_NOFILE, &none);
-    static_cast<void>(defaults.suite("sound"));
-    defaults.waitUntilWritten();
-    say("done");
-    waitForLine();
-}
-
 int runChild(std::string_view role, const char* directory) {
     SqliteDefaults defaults(directory, std::make_shared<RapidJson>());
     if (role == "write") writeForEver(defaults);
     if (role == "own") own(defaults);
-    if (role == "starve") starve(defaults);
     return 0;
 }
 

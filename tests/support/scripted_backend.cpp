@@ -9,6 +9,11 @@ ScriptedBackend::ScriptedBackend(headless::HeadlessHost& host) : host_(host) {
     host.http->setHandler([this](const platform::HttpRequest& request) { return handle(request); });
 }
 
+ScriptedBackend::~ScriptedBackend() {
+    host_.http->waitUntilIdle();
+    host_.http->setHandler({});
+}
+
 void ScriptedBackend::answer(const std::string& path, Scripted answer) {
     const MutexLock lock(mutex_);
     answers_[path] = std::move(answer);

@@ -32,6 +32,10 @@ struct Received {
 class ScriptedBackend {
 public:
     explicit ScriptedBackend(headless::HeadlessHost& host);
+    /// Waits for the requests that it is still answering.
+    ~ScriptedBackend();
+    ScriptedBackend(const ScriptedBackend&) = delete;
+    ScriptedBackend& operator=(const ScriptedBackend&) = delete;
 
     /// Answers every request to a URL that ends in `path` so, from now on.
     void answer(const std::string& path, Scripted answer);
