@@ -34,8 +34,9 @@ World::World(platform::Services given)
                       pendingFeatures, ownLifetime, *services.scheduler, *services.notificationCentre}) {}
 
 std::shared_ptr<World> World::create(platform::Services services) {
-    const auto scheduler = services.scheduler;
-    std::shared_ptr<World> world(new World(std::move(services)), [scheduler](World* last) {
+    // The deleter owns nothing: late work that still waits in the scheduler keeps the deleter in memory.
+    std::shared_ptr<World> world(new World(std::move(services)), [](World* last) {
+        const auto scheduler = last->services.scheduler;
         if (scheduler->isMain()) {
             delete last;
         } else {
