@@ -29,6 +29,7 @@ enum class LogType {
     reinit = 11,  // travels under the empty text: the number is reserved
     attributes = 12,
     shakeDetector = 13,
+    wishlist = 14,  // travels under the empty text too
 };
 
 enum class LogLevel {

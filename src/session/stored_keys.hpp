@@ -21,5 +21,16 @@ inline constexpr std::string_view inappFrequency = "ORBINEL_INAPP_FREQUENCY";   
 inline constexpr std::string_view pushEnabled = "ORBINEL_PUSH_ENABLED";             // boolean, the opt-in
 inline constexpr std::string_view locationEnabled = "ORBINEL_LOCATION_ENABLED";     // boolean, the opt-in
 inline constexpr std::string_view hybridSdkVersion = "ORBINEL_HYBRID_SDK_VERSION";  // text
+inline constexpr std::string_view gdprConsent = "OrbinelGDPRConsent";               // boolean, once set or adopted
+inline constexpr std::string_view mobileConsent = "OrbinelMobileConsent";           // boolean, once set
+inline constexpr std::string_view savedGdprConsent = "OrbinelSavedGDPRConsent";  // boolean that waits to be sent again
+inline constexpr std::string_view debugCheck = "OrbinelDebugCheck";              // the text "1" on a test device
+inline constexpr std::string_view autoIntegration = "OrbinelAutoIntegration";    // the text "1" while it is on
+inline constexpr std::string_view deviceLocation = "deviceLocation";             // dictionary
+inline constexpr std::string_view recommendationEndpoints = "orbinel_recommendation_endpoints";  // dictionary of texts
+
+/// Remote content has a store of its own: a record under the name of each variable, and this list of names.
+inline constexpr std::string_view contentSuite = "orbinel_content_optimizer";  // the name of the store
+inline constexpr std::string_view testContents = "OrbinelTestContents";
 
 }  // namespace orbinel::keys
