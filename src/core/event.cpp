@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "base/guard.hpp"
-#include "core/visit.hpp"
+#include "base/visit.hpp"
 #include "events/event_parameters.hpp"
 #include "events/event_recorder.hpp"
 

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/visit.hpp"
 #include "core/current_world.hpp"
-#include "core/visit.hpp"
 #include "core/world.hpp"
 
 namespace orbinel {
