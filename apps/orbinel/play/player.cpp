@@ -65,8 +65,7 @@ void Player::callChain(const CallStep& call) {
         std::vector<CallArgument> given;
         given.reserve(arguments.size());
         for (const auto& argument : arguments) given.push_back(resolved(argument));
-        const auto* event = std::get_if<std::shared_ptr<OrbinelEvent>>(&object);
-        result = operation->call(given, event != nullptr ? event->get() : nullptr, trace_);
+        result = operation->call(object, given, trace_);
         if (!isNothing(result)) object = result;
     }
     trace_.write(numbered(resultOf(result)));
@@ -98,10 +97,7 @@ void Player::inBackground(const std::function<void()>& work) {
 CallArgument Player::resolved(const Argument& argument) const {
     if (const auto* value = std::get_if<Value>(&argument)) return *value;
     if (const auto* callback = std::get_if<CallbackName>(&argument)) return *callback;
-    const auto& thing = kept(std::get<Reference>(argument).name);
-    if (const auto* target = std::get_if<std::shared_ptr<Target>>(&thing)) return *target;
-    const auto* value = std::get_if<Value>(&thing);
-    return value != nullptr ? *value : Value();
+    return kept(std::get<Reference>(argument).name);
 }
 
 /// Only a release in an earlier round of a repetition leaves a name without its thing.

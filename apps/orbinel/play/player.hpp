@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "apps/orbinel/play/operations.hpp"
+#include "apps/orbinel/play/operation.hpp"
 #include "apps/orbinel/play/play_host.hpp"
 #include "apps/orbinel/play/scenario.hpp"
 #include "apps/orbinel/play/trace.hpp"

@@ -11,7 +11,7 @@
 #include "apps/orbinel/play/device_facts.hpp"
 #include "apps/orbinel/play/expectation.hpp"
 #include "apps/orbinel/play/inspection.hpp"
-#include "apps/orbinel/play/operations.hpp"
+#include "apps/orbinel/play/operation.hpp"
 #include "orbinel/value.hpp"
 
 /// A scenario that has been read and checked as a whole: playing it can fail, but it cannot be misunderstood.

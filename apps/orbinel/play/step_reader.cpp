@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "apps/orbinel/play/argument_kinds.hpp"
 #include "orbinel/platform/notification_centre.hpp"
 
 namespace orbinel::tool {

@@ -1,0 +1,245 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "apps/orbinel/play/operation.hpp"
+#include "orbinel/optional_text.hpp"
+
+/// Makes operations of scenarios out of functions of the library: the kinds of arguments and result follow from the
+/// function's own type.
+namespace orbinel::tool {
+
+/// How an argument of type T is written in a scenario, and made of what the scenario gives. One specialisation for
+/// every type that the library's operations take.
+template <typename T>
+struct ArgumentOf;
+
+/// The value of an argument that is one, a kept one included.
+inline const Value& valueOf(const CallArgument& argument) {
+    const auto* thing = std::get_if<Thing>(&argument);
+    return thing != nullptr ? std::get<Value>(*thing) : std::get<Value>(argument);
+}
+
+template <>
+struct ArgumentOf<OptionalText> {
+    static constexpr auto kind = ArgumentKind::text;
+    static OptionalText make(const CallArgument& argument, Trace&) {
+        const auto* text = valueOf(argument).ifString();
+        return text != nullptr ? OptionalText(*text) : OptionalText(nullptr);
+    }
+};
+
+template <>
+struct ArgumentOf<std::int32_t> {
+    static constexpr auto kind = ArgumentKind::int32;
+    static std::int32_t make(const CallArgument& argument, Trace&) { return *valueOf(argument).ifInt32(); }
+};
+
+/// Codes of the library's enumerations: any number, also one that has no name.
+template <typename T>
+requires std::is_enum_v<T>
+struct ArgumentOf<T> {
+    static constexpr auto kind = ArgumentKind::int32;
+    static T make(const CallArgument& argument, Trace&) { return static_cast<T>(*valueOf(argument).ifInt32()); }
+};
+
+template <>
+struct ArgumentOf<double> {
+    static constexpr auto kind = ArgumentKind::number;
+    static double make(const CallArgument& argument, Trace&) { return valueOf(argument).number().value_or(0); }
+};
+
+template <>
+struct ArgumentOf<bool> {
+    static constexpr auto kind = ArgumentKind::boolean;
+    static bool make(const CallArgument& argument, Trace&) { return valueOf(argument).truth(); }
+};
+
+template <>
+struct ArgumentOf<std::optional<Date>> {
+    static constexpr auto kind = ArgumentKind::date;
+    static std::optional<Date> make(const CallArgument& argument, Trace&) {
+        const auto* date = valueOf(argument).ifDate();
+        return date != nullptr ? std::optional(*date) : std::nullopt;
+    }
+};
+
+template <>
+struct ArgumentOf<Array> {
+    static constexpr auto kind = ArgumentKind::array;
+    static const Array& make(const CallArgument& argument, Trace&) { return *valueOf(argument).ifArray(); }
+};
+
+template <>
+struct ArgumentOf<Dictionary> {
+    static constexpr auto kind = ArgumentKind::dictionary;
+    static const Dictionary& make(const CallArgument& argument, Trace&) { return *valueOf(argument).ifDictionary(); }
+};
+
+template <>
+struct ArgumentOf<std::optional<Dictionary>> {
+    static constexpr auto kind = ArgumentKind::anyDictionary;
+    static std::optional<Dictionary> make(const CallArgument& argument, Trace&) {
+        const auto* dictionary = valueOf(argument).ifDictionary();
+        return dictionary != nullptr ? std::optional(*dictionary) : std::nullopt;
+    }
+};
+
+template <>
+struct ArgumentOf<Value> {
+    static constexpr auto kind = ArgumentKind::any;
+    static const Value& make(const CallArgument& argument, Trace&) { return valueOf(argument); }
+};
+
+/// A callback with one argument: each call of it is traced.
+template <typename Content>
+struct ArgumentOf<std::function<void(Content)>> {
+    static constexpr auto kind = ArgumentKind::anyCallback;
+    static std::function<void(Content)> make(const CallArgument& argument, Trace& trace) {
+        const auto* callback = std::get_if<CallbackName>(&argument);
+        if (callback == nullptr) return nullptr;
+        return [&trace, name = callback->name](const std::decay_t<Content>& content) {
+            trace.write({{"callback", name}, {"args", Array{Value(content)}}});
+        };
+    }
+};
+
+/// How a result of type T appears in a scenario.
+template <typename T>
+struct ResultOf {
+    static constexpr auto kind = ThingKind::nothing;
+};
+template <>
+struct ResultOf<bool> {
+    static constexpr auto kind = ThingKind::boolean;
+};
+template <>
+struct ResultOf<std::int32_t> {
+    static constexpr auto kind = ThingKind::number;
+};
+template <>
+struct ResultOf<double> {
+    static constexpr auto kind = ThingKind::number;
+};
+template <>
+struct ResultOf<std::string> {
+    static constexpr auto kind = ThingKind::text;
+};
+template <>
+struct ResultOf<Array> {
+    static constexpr auto kind = ThingKind::array;
+};
+template <>
+struct ResultOf<Dictionary> {
+    static constexpr auto kind = ThingKind::dictionary;
+};
+template <typename T>
+struct ResultOf<std::optional<T>> : ResultOf<T> {};
+template <>
+struct ResultOf<OrbinelEvent> {
+    static constexpr auto kind = ThingKind::event;
+};
+
+/// Objects are kept by pointer, values as they are.
+template <typename Result>
+Thing thingOf(Result&& result) {
+    using Plain = std::decay_t<Result>;
+    if constexpr (std::is_constructible_v<Value, Plain>) {
+        return Value(std::forward<Result>(result));
+    } else {
+        return std::make_shared<Plain>(std::forward<Result>(result));
+    }
+}
+
+/// Calls the function with arguments made of what the scenario gives; nothing where it gives nothing back.
+template <typename... Arguments, typename Function, std::size_t... index>
+Thing callWith(Function&& function, std::span<const CallArgument> given, Trace& trace, std::index_sequence<index...>) {
+    const auto call = [&]() -> decltype(auto) {
+        return function(ArgumentOf<std::decay_t<Arguments>>::make(given[index], trace)...);
+    };
+    if constexpr (std::is_void_v<decltype(call())>) {
+        call();
+        return {};
+    } else {
+        return thingOf(call());
+    }
+}
+
+/// An operation of the facade.
+template <typename Result, typename... Arguments>
+Operation facade(std::string_view name, Result (*function)(Arguments...) noexcept) {
+    return {name,
+            {ArgumentOf<std::decay_t<Arguments>>::kind...},
+            ResultOf<Result>::kind,
+            [function](const Thing&, std::span<const CallArgument> given, Trace& trace) {
+                return callWith<Arguments...>(function, given, trace, std::index_sequence_for<Arguments...>());
+            }};
+}
+
+/// An operation that gives its own object, so that calls can be chained on it.
+template <typename Receiver, typename... Arguments>
+Operation chained(std::string_view name, Receiver& (Receiver::*method)(Arguments...) & noexcept) {
+    return {name,
+            {ArgumentOf<std::decay_t<Arguments>>::kind...},
+            ResultOf<Receiver>::kind,
+            [method](const Thing& receiver, std::span<const CallArgument> given, Trace& trace) {
+                auto& object = *std::get<std::shared_ptr<Receiver>>(receiver);
+                const auto call = [&](auto&&... arguments) { (object.*method)(arguments...); };
+                return callWith<Arguments...>(call, given, trace, std::index_sequence_for<Arguments...>());
+            }};
+}
+
+/// Any other operation of an object.
+template <typename Receiver, typename Result, typename... Arguments, typename Method>
+Operation methodOf(std::string_view name, Method method) {
+    return {name,
+            {ArgumentOf<std::decay_t<Arguments>>::kind...},
+            ResultOf<Result>::kind,
+            [method](const Thing& receiver, std::span<const CallArgument> given, Trace& trace) {
+                auto& object = *std::get<std::shared_ptr<Receiver>>(receiver);
+                const auto call = [&](auto&&... arguments) { return (object.*method)(arguments...); };
+                return callWith<Arguments...>(call, given, trace, std::index_sequence_for<Arguments...>());
+            }};
+}
+
+template <typename Receiver, typename Result, typename... Arguments>
+Operation method(std::string_view name, Result (Receiver::*function)(Arguments...) noexcept) {
+    return methodOf<Receiver, Result, Arguments...>(name, function);
+}
+
+template <typename Receiver, typename Result, typename... Arguments>
+Operation method(std::string_view name, Result (Receiver::*function)(Arguments...) const noexcept) {
+    return methodOf<Receiver, Result, Arguments...>(name, function);
+}
+
+/// Makes an object that a scenario can keep.
+template <typename Object>
+Operation maker(std::string_view name, ThingKind kind) {
+    return {name, {}, kind, [](const Thing&, std::span<const CallArgument>, Trace&) -> Thing {
+                return std::make_shared<Object>();
+            }};
+}
+
+/// A registration of a callback for a target. `registerIt` is called with the traced callback and the weak target.
+template <typename Content, typename Register>
+Operation registration(std::string_view name, Register registerIt) {
+    return {name,
+            {ArgumentKind::callback, ArgumentKind::target},
+            ThingKind::nothing,
+            [registerIt](const Thing&, std::span<const CallArgument> given, Trace& trace) -> Thing {
+                std::weak_ptr<Target> target;
+                if (const auto* thing = std::get_if<Thing>(&given[1]))
+                    target = std::get<std::shared_ptr<Target>>(*thing);
+                const auto callback = ArgumentOf<std::function<void(const Content&)>>::make(given[0], trace);
+                registerIt([callback](Target&, const Content& content) { callback(content); }, target);
+                return {};
+            }};
+}
+
+}  // namespace orbinel::tool
