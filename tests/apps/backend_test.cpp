@@ -30,6 +30,9 @@ using testing::Not;
 constexpr const char* stop = "/api/v3/session/stop";
 constexpr const char* start = "/api/v3/session/start";
 constexpr const char* identity = "/api/identity/v3/get";
+constexpr const char* messages = "/api/message_center/v2/sdk/get";
+constexpr const char* consentSet = "/api/v1/privacy/gdpr/consent/set";
+constexpr const char* consentGet = "/api/v1/privacy/gdpr/consent/get";
 constexpr const char* timestamp = "1767225690";
 
 rapidjson::Document parsed(const std::string& text) {
@@ -71,6 +74,18 @@ protected:
         return parsed(response ? response->body : "[]");
     }
 
+    /// Without the library's own taking apart of what looks like a query.
+    httplib::Result get(const std::string& target, const httplib::Headers& headers = usualHeaders()) {
+        return httplib::Client(origin_).Get(target, headers);
+    }
+
+    rapidjson::Document remembered(const std::string& name) { return parsed(get("/inspect/" + name)->body); }
+
+    std::string lastSummary() {
+        const auto requests = received();
+        return requests[requests.Size() - 1]["summary"].GetString();
+    }
+
     httplib::Result override(const std::string& json) {
         return httplib::Client(origin_).Put("/inspect/answer", json, "application/json");
     }
@@ -92,7 +107,7 @@ protected:
 TEST_F(Backend, DecodesWhatAClientScrambled) {
     const std::string json =
         R"({"partner_name":"acme","custom_events":[{"event_name":"ž"}],"session_duration":90,"reason":"default"})";
-    for (const std::string path : {stop, identity, "/api/message_center/v2/sdk/get", "/api//logging/sdk/v2"}) {
+    for (const std::string path : {stop, identity, messages, "/api//logging/sdk/v2"}) {
         const auto response = post(path, envelope(json));
         ASSERT_TRUE(response) << path;
         EXPECT_EQ(response->status, 200) << path;
@@ -104,10 +119,9 @@ TEST_F(Backend, DecodesWhatAClientScrambled) {
         EXPECT_STREQ(last["headers"]["ts"].GetString(), timestamp);
         EXPECT_FALSE(last.HasMember("problem")) << path;
     }
-    EXPECT_EQ(post("/api/message_center/v2/sdk/get", envelope("{}"))->body, "[]");
     EXPECT_EQ(post(stop, R"({"custom_events":[]})")->status, 200);
     EXPECT_THAT(end(), AllOf(HasSubstr("POST /api/v3/session/stop  acme  1 event, 90 s, reason default  ("),
-                             HasSubstr("  plain, 0 events  ("), HasSubstr("ended after 6 requests\n")));
+                             HasSubstr("  plain, 0 events  ("), HasSubstr("ended after 5 requests\n")));
 }
 
 // Whatever arrives: an answer, a clause that says what was wrong, and a backend that goes on.
@@ -125,13 +139,18 @@ TEST_F(Backend, SurvivesGarbageAndSaysWhatItWas) {
         {start, "", usual, 200, "the body is empty"},
         {start, "{\"a\":\n}", usual, 200, "line 2, offset"},
         {start, "[1]", usual, 200, "not a JSON object"},
-        {start, std::string(1'000'000, '['), usual, 200, "deeper"},
+        {start, std::string(100'000, '['), usual, 200, "deeper"},
         {start, "{\"a\":\"\xff\"}", usual, 200, "not JSON"},
         {start, "{}", {{"X-Requested-With", "a"}}, 200, "no ts header"},
         {start, "{}", {{"ts", "1"}}, 200, "no X-Requested-With header"},
         {start, "{}", {{"ts", "now"}, {"X-Requested-With", "a"}}, 200, "\"now\" is not a number of seconds"},
         {start, "{\"first_run\":3}", usual, 200, "\"first_run\" is not true or false"},
-        {feed, "{}", usual, 200, "no Authorization header"},
+        {feed, "{}", usual, 401, "no token"},
+        {feed, "[]", {{"Authorization", "Bearer t"}}, 404, "no connection is open"},
+        {consentSet, "[]", usual, 400, "no device"},
+        {consentSet, R"({"target":{"udid":{}}})", usual, 400, "no device"},
+        {consentGet, "{\"target\":{\"udid\":\"" + std::string(1000, 'u') + "\"}}", usual, 400, "no device"},
+        {"/recommend", "", usual, 404, "reached by GET"},
         {stop, envelope("{\"custom_events\":7}"), usual, 200, "\"custom_events\" is not a list"},
         {stop, envelope("[]"), usual, 200, "not a JSON object"},
         {stop, envelope("no JSON"), usual, 400, "unscrambled payload is not JSON"},
@@ -142,6 +161,8 @@ TEST_F(Backend, SurvivesGarbageAndSaysWhatItWas) {
         {stop, "\"text\"", usual, 400, "no envelope"},
         {identity, "{\"identifiers\":{}}", usual, 400, "no \"payload\""},
         {identity, envelope("{\"identifiers\":[],\"orbinel_id\":1}"), usual, 200, "\"identifiers\" is not an object"},
+        {"/api//logging/sdk/v2", envelope(R"({"logs":{"log_type":1}})"), usual, 200, "\"logs\" is not a list"},
+        {messages, envelope(R"({"limit":"ten"})"), usual, 200, "\"limit\" is not a whole number"},
         {"/api/logging/sdk/v2", "{}", usual, 404, "/api//logging/sdk/v2"},
         {"/api/v3/session/stop/", "{}", usual, 404, "unknown path"},
         {"/" + std::string(5000, 'x'), "{}", usual, 404, "unknown path"},
@@ -183,23 +204,187 @@ TEST_F(Backend, AnswersFromFilesAsTheyAreEdited) {
                 AllOf(HasSubstr("session_start.json is not used, line 2, offset 7"), HasSubstr("directory")));
 }
 
-TEST_F(Backend, GivesEachPersonOneIdentity) {
-    const auto idFor = [&](const std::string& json, const std::string& expected = "") {
-        const auto response = post(identity, envelope(json));
-        if (!expected.empty()) {
-            EXPECT_EQ(response->body, scrambled(expected, response->get_header_value("ts")));
-        }
-        ToolProcess decode({"decode", "--text", "--ts", response->get_header_value("ts")}, response->body);
-        return decode.out();
+TEST_F(Backend, PrefersTheFilesOfAPartner) {
+    writeAnswer("session_stop.json", R"({"to": "everybody"})");
+    std::filesystem::create_directory(answers_ / "acme");
+    writeAnswer("acme/session_stop.json", R"({"to": "acme"})");
+    const auto answerTo = [&](const std::string& partner) {
+        const auto response = post(stop, envelope("{}"), {{"ts", timestamp}, {"X-Requested-With", partner}});
+        return std::string(parsed(response->body)["to"].GetString());
     };
-    idFor(R"({"orbinel_id":"own-1","identifiers":{"em":"a"}})", "own-1");
-    const auto anna = idFor(R"({"identifiers":{"em":"a","pn":"1"}})");
-    EXPECT_THAT(anna, MatchesRegex("[0-9a-f-]{36}\n"));
-    EXPECT_EQ(idFor(R"({"identifiers":{"pn":"1","em":"a"}})"), anna);
-    EXPECT_NE(idFor(R"({"identifiers":{"em":"a","pn":"2"}})"), anna);
-    EXPECT_NE(idFor(R"({"identifiers":{}})"), idFor(R"({"identifiers":{}})"));
+    EXPECT_EQ(answerTo("acme"), "acme");
+    for (const auto* other : {"another", "../acme", "./acme", ".", "", "ACME", "acme/"}) {
+        EXPECT_EQ(answerTo(other), "everybody") << other;
+    }
+}
+
+TEST_F(Backend, GivesEachPersonOneIdentity) {
+    const auto idFor = [&](const std::string& json, const std::string& partner = "acme") {
+        const auto response = post(identity, envelope("{\"partner\":\"" + partner + "\"," + json.substr(1)));
+        ToolProcess decode({"decode", "--text", "--ts", response->get_header_value("ts")}, response->body);
+        auto id = decode.out();
+        id.pop_back();
+        return id;
+    };
+    const auto anna = idFor(R"({"identifiers":{"em":"a"}})");
+    EXPECT_THAT(anna, MatchesRegex("[0-9a-f-]{36}"));
+    const auto ben = idFor(R"({"orbinel_id":"own-1","identifiers":{"em":"b"}})");
+    EXPECT_NE(ben, anna) << "identifiers come before the request's own ID";
+    EXPECT_NE(idFor(R"({"identifiers":{"em":"a"}})", "another"), anna);
+    EXPECT_EQ(idFor(R"({"orbinel_id":"x","identifiers":{"pn":"1","em":"a"}})"), anna);
+    EXPECT_EQ(idFor(R"({"identifiers":{"pn":"1"}})"), anna);
+    EXPECT_EQ(idFor(R"({"identifiers":{"uuid":7}})"), idFor(R"({"identifiers":{"uuid":"7"}})"));
+    // Two who turn out to be one: both names, and all that either is known by, lead to whoever came first.
+    EXPECT_EQ(idFor(R"({"identifiers":{"em":"b","pn":"1"}})"), anna);
+    EXPECT_EQ(idFor(R"({"identifiers":{"em":"b"}})"), anna);
+    const auto people = remembered("identities");
+    ASSERT_EQ(people.Size(), 3u);
+    EXPECT_EQ(compact(people[0]["identifiers"]), R"({"em":["a","b"],"pn":["1"]})");
+
+    EXPECT_EQ(idFor(R"({"orbinel_id":"own-1.b","identifiers":{}})"), "own-1.b");
+    for (const auto* unusable :
+         {R"({"orbinel_id":"-x"})", R"({"orbinel_id":5})", R"({"identifiers":{"em":{},"pn":""}})"}) {
+        EXPECT_THAT(idFor(unusable), MatchesRegex("[0-9a-f-]{36}")) << unusable;
+    }
+    EXPECT_EQ(remembered("identities").Size(), 3u);
+    httplib::Client(origin_).Delete("/inspect/identities");
+    EXPECT_EQ(idFor(R"({"identifiers":{"em":"b"}})"), ben) << "the same in every run";
     writeAnswer("identity_get.json", R"({"id": "everybody"})");
-    idFor(R"({"orbinel_id":"own-1"})", "everybody");
+    EXPECT_EQ(idFor(R"({"identifiers":{"em":"a"}})"), "everybody");
+}
+
+TEST_F(Backend, RemembersTheConsentsOfEachDevice) {
+    const auto set = [&](const std::string& device, const std::string& consents) {
+        return post(consentSet, "{\"target\":{\"udid\":\"" + device + "\"}," + consents + "}")->status;
+    };
+    const auto consentsOf = [&](const std::string& device) {
+        return compact(parsed(post(consentGet, R"({"target":{"udid":")" + device + "\"}}")->body));
+    };
+    const std::string neutral = R"({"gdpr_consent":true,"mobile_gdpr_consent":true})";
+    EXPECT_EQ(consentsOf("a"), neutral);
+    EXPECT_EQ(set("a", R"("gdpr_consent":false)"), 200);
+    EXPECT_EQ(lastSummary(), "gdpr no, device a");
+    EXPECT_EQ(parsed(consentsOf("a"))["gdpr_consent"], rapidjson::Value(false));
+    EXPECT_EQ(parsed(consentsOf("a"))["mobile_gdpr_consent"], rapidjson::Value(true));
+    set("a", R"("mobile_gdpr_consent":0)");
+    set("a", R"("gdpr_consent":1,"mobile_gdpr_consent":"maybe")");
+    EXPECT_EQ(parsed(consentsOf("a"))["gdpr_consent"], rapidjson::Value(true));
+    EXPECT_EQ(parsed(consentsOf("a"))["mobile_gdpr_consent"], rapidjson::Value(false));
+    EXPECT_EQ(consentsOf("b"), neutral);
+
+    // A refused post is none.
+    override(R"({"path":"/api/v1/privacy/gdpr/consent/set","status":503,"times":1})");
+    EXPECT_EQ(set("b", R"("gdpr_consent":false)"), 503);
+    EXPECT_EQ(consentsOf("b"), neutral);
+    EXPECT_EQ(compact(remembered("consents")), R"([{"udid":"a","gdpr_consent":true,"mobile_gdpr_consent":false}])");
+    writeAnswer("consent_get.json", "[7]");
+    EXPECT_EQ(consentsOf("a"), "[7]");
+}
+
+TEST_F(Backend, RecommendsWhatTheParametersChoose) {
+    writeAnswer("recommendations.json", R"({"campaigns": {"1": {"products": ["a", "b", "d"]}, "2": {}, "bad": 5},
+        "products": [{"product_id": "a", "category": ["Mugs", "Kitchen"], "currency": "EUR"},
+                     {"product_id": "b", "category": "Lights", "currency": "EUR"},
+                     {"product_id": "c", "category": ["Kitchen"], "currency": "USD"},
+                     {"product_id": "d", "category": 5}, 7]})");
+    const auto chosen = [&](const std::string& query) {
+        const auto response = get("/recommend?" + query);
+        if (response->status != 200) return std::to_string(response->status);
+        std::string ids;
+        const auto answer = parsed(response->body);
+        for (const auto& product : answer["data"].GetArray()) ids += product["product_id"].GetString();
+        return ids;
+    };
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"id=1", "abd"},
+        {"id=2", "abcd"},
+        {"id=2&currency=EUR", "ab"},
+        {"id=2&currency=%7Bcurrency%7D&product=%7BproductID%7D&categories=%7Bcategory%7D", "abcd"},
+        {"id=2&product=a,c,none", "bd"},
+        {"id=2&filter=%5Bcategory%5D%5B=%5D%5BMugs%5D*%5BCATEGORY%5D%5B=%5D%5BLights%5D", "ab"},
+        {"id=2&filter=%5Bcategory%5D%5B!=%5D%5BKitchen%5D", "bd"},
+        {"id=2&filter=%5Bcategory%5D%5B=%5D%5B%7Bcategory%7D%5D", "abcd"},
+        {"id=2&filter=%5Bcategory%5D%5B=%5D%5B%20%5D&categories=%5B%22%20%22%5D", "abcd"},
+        {"id=2&categories=%5B%22Lights%22,%22Mugs%22%5D", "ab"},
+        {"id=2&currency=GBP", ""},
+        {"id=2&categories=Mugs", "400"},
+        {"id=2&filter=%5Bcategory%5D%5B~%5D%5BMugs%5D", "400"},
+        {"id=2&filter=%5Bcategory%5D%5B", "400"},
+        {"id=2&product=%ff", "400"},
+        {"id=3", "404"},
+        {"id=bad", "404"},
+        {"currency=EUR", "404"},
+    };
+    for (const auto& [query, expected] : cases) EXPECT_EQ(chosen(query), expected) << query;
+    chosen("id=1&currency=EUR");
+    EXPECT_EQ(lastSummary(), "campaign 1, 2 products");
+    const auto requests = received();
+    EXPECT_STREQ(requests[requests.Size() - 1]["query"].GetString(), "id=1&currency=EUR");
+    writeAnswer("recommendations.json", R"({"campaigns": {"1": {}}, "products": {}})");
+    EXPECT_EQ(chosen("id=1"), "");
+}
+
+TEST_F(Backend, SelectsTheMessagesOfAPeriod) {
+    writeAnswer("message_center.json",
+                R"([{"n":1,"sent_at":100},{"n":2,"sent_at":200.5},{"n":3},{"n":4,"sent_at":300}])");
+    const auto selected = [&](const std::string& json) {
+        std::string numbers;
+        const auto answer = parsed(post(messages, envelope(json))->body);
+        for (const auto& message : answer.GetArray()) numbers += std::to_string(message["n"].GetInt());
+        return numbers;
+    };
+    EXPECT_EQ(selected("{}"), "1234");
+    EXPECT_EQ(selected(R"({"start_date":100,"end_date":300,"limit":10})"), "1234");
+    EXPECT_EQ(selected(R"({"start_date":101,"end_date":299,"limit":10})"), "23");
+    EXPECT_EQ(lastSummary(), "limit 10, from 101 to 299, 2 of 4 messages");
+    EXPECT_EQ(selected(R"({"start_date":150,"limit":1})"), "2");
+    EXPECT_EQ(selected(R"({"limit":-1})"), "");
+    writeAnswer("message_center.json", R"({"error":"none"})");
+    EXPECT_EQ(post(messages, envelope("{}"))->body, R"({"error":"none"})");
+}
+
+TEST_F(Backend, ShowsWhatEachWizardTokenWasFed) {
+    const auto send = [&](const std::string& what, const std::string& token, const std::string& body) {
+        auto headers = usualHeaders();
+        headers.emplace("Authorization", "Bearer " + token);
+        return post("/api/wizard/v1/" + what, body, headers)->status;
+    };
+    EXPECT_EQ(send("init_new_integration", "", "{}"), 401);
+    EXPECT_EQ(send("feed_data", "one", "{}"), 404);
+    EXPECT_EQ(send("init_new_integration", "one", R"({"udid":"U","orbinel_attributes":{"model":"m"}})"), 200);
+    EXPECT_EQ(send("init_new_integration", "two", "[]"), 200);
+    EXPECT_EQ(send("feed_data", "one", R"({"method":"tagEvent","data":{"event_name":"a"}})"), 200);
+    EXPECT_EQ(lastSummary(), R"(tagEvent {"event_name":"a"})");
+    EXPECT_EQ(send("feed_data", "two", R"({"method":5,"data":[]})"), 200);
+    EXPECT_EQ(send("feed_data", "one", "{\"method\":\"" + std::string(100'000, 'm') + "\"}"), 200);
+    EXPECT_LT(lastSummary().size(), 200u);
+    EXPECT_EQ(send("disconnect", "one", "{}"), 200);
+    EXPECT_EQ(send("feed_data", "one", "{}"), 404);
+    EXPECT_EQ(send("disconnect", "one", "{}"), 404);
+
+    const auto connections = remembered("wizard");
+    ASSERT_EQ(connections.Size(), 2u);
+    EXPECT_STREQ(connections[0]["token"].GetString(), "one");
+    EXPECT_FALSE(connections[0]["connected"].GetBool());
+    EXPECT_TRUE(connections[1]["connected"].GetBool());
+    EXPECT_EQ(compact(connections[0]["attributes"]), R"({"model":"m"})");
+    ASSERT_EQ(connections[0]["feeds"].Size(), 2u);
+    EXPECT_EQ(compact(connections[0]["feeds"][0]["data"]), R"({"event_name":"a"})");
+    EXPECT_EQ(connections[1]["feeds"].Size(), 1u);
+}
+
+TEST_F(Backend, KeepsTheLastDiagnosticRecords) {
+    const std::string batch =
+        R"({"logs":[{"log_type":"inapp","message":"one"},{"log_type":"inapp"},{"log_type":""},9]})";
+    post("/api//logging/sdk/v2", envelope(batch));
+    EXPECT_EQ(lastSummary(), "4 records: 2 inapp, 2 without log_type");
+    EXPECT_STREQ(remembered("logs")[0]["record"]["message"].GetString(), "one");
+    EXPECT_EQ(remembered("logs")[3]["record"].GetInt(), 9);
+    std::string many = "1";
+    for (int i = 1; i < 10'000; ++i) many += ",1";
+    post("/api//logging/sdk/v2", envelope("{\"logs\":[" + many + "]}"));
+    EXPECT_EQ(remembered("logs").Size(), 10'000u);
+    EXPECT_EQ(remembered("logs")[0]["record"].GetInt(), 1);
 }
 
 TEST_F(Backend, OverridesAnswersOnRequest) {

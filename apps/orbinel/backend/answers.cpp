@@ -3,9 +3,10 @@
 #include <glib.h>
 
 #include <cstdio>
-#include <memory>
+#include <system_error>
 #include <variant>
 
+#include "apps/orbinel/backend/uuid.hpp"
 #include "apps/orbinel/decode/json_text.hpp"
 
 namespace orbinel::tool {
@@ -23,37 +24,44 @@ void complain(const std::filesystem::path& file, const std::string& clause) {
     std::fputs(sentence.c_str(), stderr);
 }
 
-}  // namespace
-
-std::string freshUuid() {
-    gchar* text = g_uuid_string_random();
-    std::string uuid(text);
-    g_free(text);
-    return uuid;
+/// Partner names as the API allows them: none of them leads out of the directory.
+bool isPartnerName(const std::string& text) {
+    return text.size() > 1 && text.size() <= 64 && text.front() != '_' &&
+           text.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789_") == std::string::npos;
 }
 
-std::string Answers::fileText(const Endpoint& endpoint) const {
-    const auto file = directory_ / endpoint.answerFile;
+std::string validFileText(const std::filesystem::path& file, std::string_view neutralAnswer) {
     gchar* content = nullptr;
     gsize size = 0;
     GError* error = nullptr;
     if (!g_file_get_contents(file.c_str(), &content, &size, &error)) {
         if (!g_error_matches(error, G_FILE_ERROR, G_FILE_ERROR_NOENT)) complain(file, error->message);
         g_error_free(error);
-        return std::string(endpoint.neutralAnswer);
+        return std::string(neutralAnswer);
     }
     std::string text(content, size);
     g_free(content);
     const auto parsed = parseJson(text);
     if (const auto* fault = std::get_if<JsonFault>(&parsed)) {
         complain(file, describeFault(*fault, text));
-        return std::string(endpoint.neutralAnswer);
+        return std::string(neutralAnswer);
     }
     return text;
 }
 
-std::string Answers::bodyFor(const Endpoint& endpoint, std::string_view origin) const {
-    auto text = fileText(endpoint);
+}  // namespace
+
+std::filesystem::path Answers::fileOf(const Endpoint& endpoint, const std::string& partner) const {
+    std::error_code ignored;
+    if (isPartnerName(partner)) {
+        auto own = directory_ / partner / endpoint.answerFile;
+        if (std::filesystem::exists(own, ignored)) return own;
+    }
+    return directory_ / endpoint.answerFile;
+}
+
+std::string Answers::bodyFor(const Endpoint& endpoint, const std::string& partner, std::string_view origin) const {
+    auto text = validFileText(fileOf(endpoint, partner), endpoint.neutralAnswer);
     // In the text rather than in its strings: neither value holds a character that JSON escapes.
     replaceAll(text, "${origin}", origin);
     if (text.find("${uuid}") != std::string::npos) replaceAll(text, "${uuid}", freshUuid());

@@ -1,52 +1,31 @@
 #include "apps/orbinel/backend/inspection.hpp"
 
-#include <glib.h>
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <array>
 #include <cstdio>
 #include <ctime>
 
+#include "apps/orbinel/backend/json_writing.hpp"
+
 namespace orbinel::tool {
 namespace {
 
-using Writer = rapidjson::Writer<rapidjson::StringBuffer>;
-
-std::string validUtf8(std::string_view text) {
-    gchar* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
-    std::string result(valid);
-    g_free(valid);
-    return result;
-}
-
-void writeText(Writer& writer, std::string_view text) {
-    const auto valid = validUtf8(text);
-    writer.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
-}
-
-void writeMember(Writer& writer, const char* name, std::string_view text) {
-    writer.Key(name);
-    writeText(writer, text);
-}
-
-void writeHeaders(Writer& writer, const Incoming& request) {
+void writeHeaders(JsonWriter& writer, const Incoming& request) {
     writer.Key("headers");
     writer.StartObject();
     for (const auto& [name, value] : request.headers) writeMember(writer, validUtf8(name).c_str(), value);
     writer.EndObject();
 }
 
-void writePayload(Writer& writer, const std::string& payload) {
+void writePayload(JsonWriter& writer, const std::string& payload) {
     writer.Key("payload");
     if (payload.empty()) {
         writer.Null();
     } else {
-        writer.RawValue(payload.data(), payload.size(), rapidjson::kObjectType);
+        writeJson(writer, payload);
     }
 }
 
-void writeRequest(Writer& writer, const ReceivedRequest& received) {
+void writeRequest(JsonWriter& writer, const ReceivedRequest& received) {
     writer.StartObject();
     writer.Key("id");
     writer.Uint64(received.id);
@@ -54,6 +33,7 @@ void writeRequest(Writer& writer, const ReceivedRequest& received) {
     writer.Double(received.at);
     writeMember(writer, "method", received.request.method);
     writeMember(writer, "path", received.request.path);
+    if (!received.request.query.empty()) writeMember(writer, "query", received.request.query);
     writer.Key("status");
     writer.Int(received.status);
     writeMember(writer, "partner", received.reading.partner);
@@ -92,12 +72,11 @@ std::string printable(std::string_view text) {
 }  // namespace
 
 std::string requestsAsJson(const std::vector<std::shared_ptr<const ReceivedRequest>>& requests) {
-    rapidjson::StringBuffer buffer;
-    Writer writer(buffer);
-    writer.StartArray();
-    for (const auto& request : requests) writeRequest(writer, *request);
-    writer.EndArray();
-    return {buffer.GetString(), buffer.GetSize()};
+    return jsonOf([&](JsonWriter& writer) {
+        writer.StartArray();
+        for (const auto& request : requests) writeRequest(writer, *request);
+        writer.EndArray();
+    });
 }
 
 std::string requestAsLine(const ReceivedRequest& received) {
@@ -109,15 +88,6 @@ std::string requestAsLine(const ReceivedRequest& received) {
     if (received.status != 200) line += "  -> " + std::to_string(received.status);
     if (!reading.problem.empty()) line += "  ! " + reading.problem;
     return printable(line);
-}
-
-std::string errorBody(std::string_view sentence) {
-    rapidjson::StringBuffer buffer;
-    Writer writer(buffer);
-    writer.StartObject();
-    writeMember(writer, "error", sentence);
-    writer.EndObject();
-    return {buffer.GetString(), buffer.GetSize()};
 }
 
 }  // namespace orbinel::tool

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "apps/orbinel/backend/request_log.hpp"
@@ -13,8 +12,5 @@ namespace orbinel::tool {
 
 /// One line for a terminal, without its end; what a sender wrote cannot move the cursor.
 [[nodiscard]] std::string requestAsLine(const ReceivedRequest& request);
-
-/// {"error": sentence}
-[[nodiscard]] std::string errorBody(std::string_view sentence);
 
 }  // namespace orbinel::tool

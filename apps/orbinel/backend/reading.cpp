@@ -7,12 +7,15 @@
 #include <variant>
 
 #include "apps/orbinel/backend/endpoints.hpp"
-#include "apps/orbinel/backend/summary.hpp"
+#include "apps/orbinel/backend/json_writing.hpp"
+#include "apps/orbinel/backend/payload_reader.hpp"
 #include "apps/orbinel/decode/json_text.hpp"
 #include "apps/orbinel/decode/scrambling.hpp"
 
 namespace orbinel::tool {
 namespace {
+
+constexpr std::size_t maxPartner = 80;  // bytes; a name in a header is bounded by the HTTP library
 
 using Payload = std::variant<rapidjson::Document, Failure>;
 
@@ -58,8 +61,9 @@ void checkTimestamp(const std::string& timestamp, Reading& reading) {
 
 void checkHeaders(const Endpoint& endpoint, const Incoming& request, Reading& reading) {
     for (const std::string_view name : {endpoint.requiredHeader, std::string_view("X-Requested-With")}) {
-        if (request.header(name) == nullptr) note(reading, "no " + std::string(name) + " header");
+        if (!name.empty() && request.header(name) == nullptr) note(reading, "no " + std::string(name) + " header");
     }
+    if (endpoint.form == BodyForm::none) return;
     if (const auto* timestamp = request.header("ts")) checkTimestamp(*timestamp, reading);
     const auto* type = request.header("Content-Type");
     if (type == nullptr || !type->starts_with("application/json")) {
@@ -71,18 +75,19 @@ std::string partnerOf(const Incoming& request, const rapidjson::Document* payloa
     if (const auto* header = request.header("X-Requested-With")) return *header;
     if (payload == nullptr) return {};
     PayloadReader reader(*payload);
-    auto name = reader.text("partner_name");
-    return name.empty() ? reader.text("partner") : name;
+    const auto name = reader.text("partner_name");
+    return shortened(name.empty() ? reader.text("partner") : name, maxPartner);
 }
 
-std::string refusal(const Incoming& request) {
-    if (findEndpoint(request.path) != nullptr) return "this path is reached by POST, not by " + request.method;
+std::string refusalOf(const Incoming& request) {
+    if (const auto* endpoint = findEndpoint(request.path)) {
+        return "this path is reached by " + std::string(endpoint->method()) + ", not by " + request.method;
+    }
     if (request.path == "/api/logging/sdk/v2") return "unknown path: this one has two slashes, /api//logging/sdk/v2";
     return "unknown path";
 }
 
-void readServed(const Endpoint& endpoint, const Incoming& request, Reading& reading) {
-    reading.served = true;
+void readBody(const Endpoint& endpoint, const Incoming& request, Reading& reading) {
     auto payload = readPayload(endpoint, request, reading);
     const auto* document = std::get_if<rapidjson::Document>(&payload);
     reading.partner = partnerOf(request, document);
@@ -97,7 +102,6 @@ void readServed(const Endpoint& endpoint, const Incoming& request, Reading& read
         reading.summary += summary;
         if (!members.problem().empty()) note(reading, members.problem());
     }
-    checkHeaders(endpoint, request, reading);
 }
 
 }  // namespace
@@ -112,12 +116,14 @@ const std::string* Incoming::header(std::string_view name) const {
 Reading readRequest(const Incoming& request) {
     Reading reading;
     const auto* endpoint = findEndpoint(request.path);
-    if (endpoint == nullptr || request.method != "POST") {
-        reading.partner = partnerOf(request, nullptr);
-        reading.problem = refusal(request);
-    } else {
-        readServed(*endpoint, request, reading);
+    reading.partner = partnerOf(request, nullptr);
+    if (endpoint == nullptr || request.method != endpoint->method()) {
+        reading.problem = refusalOf(request);
+        return reading;
     }
+    reading.served = true;
+    if (endpoint->form != BodyForm::none) readBody(*endpoint, request, reading);
+    checkHeaders(*endpoint, request, reading);
     return reading;
 }
 

@@ -10,7 +10,8 @@ namespace orbinel::tool {
 /// One request as it came in.
 struct Incoming {
     std::string method;
-    std::string path;
+    std::string path;   // unescaped
+    std::string query;  // as it stands, without the question mark
     std::vector<std::pair<std::string, std::string>> headers;
     std::string body;
 

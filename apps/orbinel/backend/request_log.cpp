@@ -2,6 +2,8 @@
 
 #include <glib.h>
 
+#include "apps/orbinel/backend/json_writing.hpp"
+
 namespace orbinel::tool {
 namespace {
 
@@ -9,7 +11,8 @@ constexpr std::size_t maxRequests = 10'000;
 constexpr std::size_t maxBytes = 256'000'000;
 
 std::size_t sizeOf(const ReceivedRequest& request) {
-    return request.request.body.size() + request.reading.payload.size();
+    return request.request.path.size() + request.request.query.size() + request.request.body.size() +
+           request.reading.payload.size();
 }
 
 }  // namespace
@@ -19,7 +22,7 @@ RequestLog::RequestLog() : run_(static_cast<std::uint64_t>(g_get_real_time())) {
 std::shared_ptr<const ReceivedRequest> RequestLog::add(ReceivedRequest request) {
     const MutexLock lock(mutex_);
     request.id = ++count_;
-    request.at = static_cast<double>(g_get_real_time() / 1000) / 1000.0;
+    request.at = now();
     bytes_ += sizeOf(request);
     requests_.push_back(std::make_shared<const ReceivedRequest>(std::move(request)));
     const auto added = requests_.back();

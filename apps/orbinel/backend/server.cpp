@@ -9,9 +9,9 @@
 #include <utility>
 
 #include "apps/orbinel/backend/endpoints.hpp"
-#include "apps/orbinel/backend/identity.hpp"
 #include "apps/orbinel/backend/inspection.hpp"
 #include "apps/orbinel/backend/inspector_page.hpp"
+#include "apps/orbinel/backend/json_writing.hpp"
 #include "apps/orbinel/decode/scrambling.hpp"
 
 namespace orbinel::tool {
@@ -25,6 +25,7 @@ constexpr std::size_t maxBody = 16'000'000;
 constexpr std::size_t threads = 32;
 constexpr time_t idleSeconds = 1;
 constexpr std::size_t maxShownPayload = 400;
+constexpr std::size_t maxNote = 160;
 
 /// A body that neither its length nor chunks announce is none: reading it would wait for the end of the connection.
 bool hasBody(const httplib::Request& request) {
@@ -44,7 +45,9 @@ bool readBody(const httplib::Request& request, const httplib::ContentReader& rea
 }
 
 Incoming incomingFrom(const httplib::Request& request, std::string body) {
-    Incoming incoming{request.method, request.path, {}, std::move(body)};
+    const auto mark = request.target.find('?');
+    auto query = mark == std::string::npos ? std::string() : request.target.substr(mark + 1);
+    Incoming incoming{request.method, request.path, std::move(query), {}, std::move(body)};
     for (const auto& [name, value] : request.headers) {
         // The HTTP library's own additions; the connection's ends are not part of what was sent.
         const bool added =
@@ -61,19 +64,7 @@ std::uint64_t sinceParameter(const httplib::Request& request) {
     return since;
 }
 
-std::string sentence(std::string clause) {
-    if (!clause.empty()) clause.front() = g_ascii_toupper(clause.front());
-    return clause + '.';
-}
-
-std::string nowInSeconds() { return std::to_string(g_get_real_time() / G_USEC_PER_SEC); }
-
-std::string shortened(const std::string& text) {
-    if (text.size() <= maxShownPayload) return text;
-    auto end = maxShownPayload;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;  // not inside a character
-    return text.substr(0, end) + " …";
-}
+constexpr std::string_view inspection = "/inspect/";
 
 void answerJson(httplib::Response& response, int status, const std::string& body) {
     response.status = status;
@@ -82,7 +73,7 @@ void answerJson(httplib::Response& response, int status, const std::string& body
 
 }  // namespace
 
-BackendServer::BackendServer(ServerOptions options) : options_(std::move(options)), answers_(options_.answers) {
+BackendServer::BackendServer(ServerOptions options) : options_(std::move(options)), service_(options_.answers) {
     server_.new_task_queue = [] { return new httplib::ThreadPool(threads); };
     server_.set_payload_max_length(maxBody);
     server_.set_keep_alive_timeout(idleSeconds);
@@ -154,7 +145,7 @@ void BackendServer::pause(std::chrono::milliseconds time) {
 }
 
 void BackendServer::serveRequest(const httplib::Request& request, std::string body, httplib::Response& response) {
-    if (request.path == "/" || request.path.starts_with("/inspect/")) {
+    if (request.path == "/" || request.path.starts_with(inspection)) {
         serveInspection(request, body, response);
     } else {
         serveApi(incomingFrom(request, std::move(body)), response);
@@ -182,59 +173,68 @@ void BackendServer::serveInspection(const httplib::Request& request, const std::
     } else if (asked == "DELETE /inspect/answer") {
         overrides_.clear();
         answerJson(response, 200, R"({"success": true})");
+    } else if (auto* remembered = service_.inspectable(std::string_view(request.path).substr(inspection.size()))) {
+        serveRemembered(request.method, *remembered, response);
     } else {
         answerJson(response, 404,
-                   errorBody("There is GET / and, below /inspect: GET and DELETE requests, PUT and DELETE answer."));
+                   errorBody("There is GET / and, below /inspect: PUT and DELETE answer, GET and DELETE of requests, "
+                             "identities, consents, wizard, logs."));
     }
+}
+
+void BackendServer::serveRemembered(const std::string& method, Inspectable& remembered, httplib::Response& response) {
+    if (method == "GET") return answerJson(response, 200, remembered.asJson());
+    if (method != "DELETE") return answerJson(response, 405, errorBody("There is GET and DELETE."));
+    remembered.clear();
+    answerJson(response, 200, R"({"success": true})");
 }
 
 void BackendServer::serveApi(Incoming incoming, httplib::Response& response) {
     auto reading = readRequest(incoming);
-    auto wanted = overrides_.take(incoming.path);
-    auto answer = wanted ? overriddenAnswer(*wanted, incoming, reading) : usualAnswer(incoming, reading);
+    const auto wanted = overrides_.take(incoming.path);
+    auto reply = wanted ? overriddenReply(*wanted, incoming, reading) : usualReply(incoming, reading);
     // A path of the person's own is none of the API's, but not a mistake either.
     if (wanted && !reading.served) reading.problem.clear();
-    record(std::move(incoming), std::move(reading), answer.status);
-    if (answer.delay.count() > 0) pause(answer.delay);
+    if (!reply.problem.empty()) reading.problem = reply.problem;
+    if (!reply.note.empty()) reading.summary += (reading.summary.empty() ? "" : ", ") + shortened(reply.note, maxNote);
+    record(std::move(incoming), std::move(reading), reply.status);
+    if (wanted && wanted->delay.count() > 0) pause(wanted->delay);
 
-    const bool typed = answer.headers.find("Content-Type") != answer.headers.end();
-    response.status = answer.status;
-    response.headers = std::move(answer.headers);
-    if (answer.status == 204 || answer.status == 304) return;
-    response.body = std::move(answer.body);
-    if (!typed) response.set_header("Content-Type", jsonType);
+    response.status = reply.status;
+    for (const auto& [name, value] : reply.headers) response.set_header(name, value);
+    if (reply.status == 204 || reply.status == 304) return;
+    response.body = std::move(reply.body);
+    if (!response.has_header("Content-Type")) response.set_header("Content-Type", jsonType);
 }
 
-BackendServer::Answer BackendServer::usualAnswer(const Incoming& incoming, const Reading& reading) const {
-    if (!reading.served) return {404, errorBody(sentence(reading.problem)), {}};
-    if (reading.unreadableEnvelope) return {400, errorBody(sentence(reading.problem)), {}};
-    auto body = answers_.bodyFor(*findEndpoint(incoming.path), origin_);
-    if (incoming.path != identityPath) return {200, std::move(body), {}};
-    const auto timestamp = nowInSeconds();
-    return {200,
-            scramble(identityFor(reading.payload, body), timestamp),
-            {{"ts", timestamp}, {"Content-Type", "text/plain"}}};
+Reply BackendServer::usualReply(const Incoming& incoming, const Reading& reading) {
+    if (!reading.served) return refusal(404, reading.problem);
+    if (reading.unreadableEnvelope) return refusal(400, reading.problem);
+    return service_.reply(*findEndpoint(incoming.path), incoming, reading, origin_);
 }
 
-BackendServer::Answer BackendServer::overriddenAnswer(const Override& wanted, const Incoming& incoming,
-                                                      const Reading& reading) const {
-    Answer answer;
-    if (!wanted.body) {
-        answer = usualAnswer(incoming, reading);
-    } else if (wanted.scrambled) {
-        const auto timestamp = nowInSeconds();
-        answer.body = scramble(*wanted.body, timestamp);
-        answer.headers.emplace("ts", timestamp);
+Reply BackendServer::overriddenReply(const Override& wanted, const Incoming& incoming, const Reading& reading) {
+    Reply reply;
+    if (wanted.body) {
+        reply.body = *wanted.body;
+    } else if (wanted.status < 300) {
+        reply = usualReply(incoming, reading);
     } else {
-        answer.body = *wanted.body;
+        reply.body = errorBody("This answer was asked for at /inspect/answer.");
     }
-    answer.status = wanted.status;
-    answer.delay = wanted.delay;
-    for (const auto& [name, value] : wanted.headers) {
-        answer.headers.erase(name);
-        answer.headers.emplace(name, value);
+    reply.status = wanted.status;
+    if (wanted.scrambled && wanted.body) {
+        const auto timestamp = secondsNow();
+        reply.body = scramble(reply.body, timestamp);
+        reply.headers.emplace_back("ts", timestamp);
     }
-    return answer;
+    for (const auto& header : wanted.headers) {
+        std::erase_if(reply.headers, [&](const auto& other) {
+            return g_ascii_strcasecmp(other.first.c_str(), header.first.c_str()) == 0;
+        });
+    }
+    reply.headers.insert(reply.headers.end(), wanted.headers.begin(), wanted.headers.end());
+    return reply;
 }
 
 void BackendServer::record(Incoming incoming, Reading reading, int status) {
@@ -242,7 +242,7 @@ void BackendServer::record(Incoming incoming, Reading reading, int status) {
     if (options_.quiet) return;
     auto text = requestAsLine(*received) + '\n';
     if (options_.payloads && !received->reading.payload.empty()) {
-        text += "          " + shortened(received->reading.payload) + '\n';
+        text += "          " + shortened(received->reading.payload, maxShownPayload) + '\n';
     }
     const MutexLock lock(outputMutex_);
     std::fputs(text.c_str(), stdout);

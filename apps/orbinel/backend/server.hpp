@@ -7,9 +7,10 @@
 #include <filesystem>
 #include <string>
 
-#include "apps/orbinel/backend/answers.hpp"
 #include "apps/orbinel/backend/overrides.hpp"
+#include "apps/orbinel/backend/reply.hpp"
 #include "apps/orbinel/backend/request_log.hpp"
+#include "apps/orbinel/backend/service.hpp"
 #include "base/mutex.hpp"
 
 namespace orbinel::tool {
@@ -41,28 +42,21 @@ public:
     [[nodiscard]] std::uint64_t requestCount() const { return log_.count(); }
 
 private:
-    struct Answer {
-        int status = 200;
-        std::string body;
-        httplib::Headers headers;
-        std::chrono::milliseconds delay{0};
-    };
-
     void addRoutes();
     void serveRequest(const httplib::Request& request, std::string body, httplib::Response& response);
     void serveInspection(const httplib::Request& request, const std::string& body, httplib::Response& response);
+    void serveRemembered(const std::string& method, Inspectable& remembered, httplib::Response& response);
     void serveApi(Incoming incoming, httplib::Response& response);
 
-    [[nodiscard]] Answer usualAnswer(const Incoming& incoming, const Reading& reading) const;
-    [[nodiscard]] Answer overriddenAnswer(const Override& wanted, const Incoming& incoming,
-                                          const Reading& reading) const;
+    [[nodiscard]] Reply usualReply(const Incoming& incoming, const Reading& reading);
+    [[nodiscard]] Reply overriddenReply(const Override& wanted, const Incoming& incoming, const Reading& reading);
     void record(Incoming incoming, Reading reading, int status);
     void pause(std::chrono::milliseconds time);
 
     const ServerOptions options_;
-    const Answers answers_;
     std::string origin_;
     RequestLog log_;
+    Service service_;
     Overrides overrides_;
     httplib::Server server_;
     std::atomic<bool> ended_ = false;

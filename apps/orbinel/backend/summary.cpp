@@ -1,7 +1,18 @@
 #include "apps/orbinel/backend/summary.hpp"
 
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "apps/orbinel/backend/json_writing.hpp"
+#include "apps/orbinel/decode/json_text.hpp"
+
 namespace orbinel::tool {
 namespace {
+
+constexpr std::size_t maxText = 80;  // bytes of one text
+constexpr std::size_t maxNames = 8;  // of one list
 
 /// Clauses joined by ", ", empty ones left out.
 class Clauses {
@@ -21,12 +32,59 @@ private:
     std::string text_;
 };
 
-std::string counted(std::size_t count, const std::string& noun) {
-    return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+std::string shortText(PayloadReader& payload, const char* name) { return shortened(payload.text(name), maxText); }
+
+std::string counted(std::size_t count, const std::string& noun, const std::string& nouns) {
+    return std::to_string(count) + ' ' + (count == 1 ? noun : nouns);
 }
 
-std::string countedIfAny(std::size_t count, const std::string& noun) {
-    return count == 0 ? std::string() : counted(count, noun);
+std::string countedIfAny(std::size_t count, const std::string& noun, const std::string& nouns) {
+    return count == 0 ? std::string() : counted(count, noun, nouns);
+}
+
+std::size_t listSize(PayloadReader& payload, const char* name) {
+    const auto* list = payload.list(name);
+    return list == nullptr ? 0 : list->Size();
+}
+
+std::size_t objectSize(PayloadReader& payload, const char* name) {
+    const auto* object = payload.object(name);
+    return object == nullptr ? 0 : object->MemberCount();
+}
+
+/// The names of an object's members.
+std::string names(PayloadReader& payload, const char* name) {
+    Clauses clauses;
+    const auto* object = payload.object(name);
+    if (object == nullptr) return {};
+    std::size_t count = 0;
+    for (const auto& entry : object->GetObject()) {
+        if (++count > maxNames) break;
+        clauses.add(shortened(textOf(entry.name), maxText));
+    }
+    if (count > maxNames) clauses.add("…");
+    return clauses.take();
+}
+
+/// How often each text stands under `name` in a list's elements: "2 view, 1 click".
+std::string tally(const rapidjson::Value* list, const char* name) {
+    if (list == nullptr) return {};
+    std::vector<std::pair<std::string, std::size_t>> counts;
+    for (const auto& element : list->GetArray()) {
+        const auto text = shortened(PayloadReader(element).text(name), maxText);
+        const auto found =
+            std::find_if(counts.begin(), counts.end(), [&](const auto& entry) { return entry.first == text; });
+        if (found != counts.end()) {
+            ++found->second;
+        } else if (counts.size() < maxNames) {
+            counts.emplace_back(text, 1);
+        }
+    }
+    Clauses clauses;
+    for (const auto& [text, count] : counts) {
+        clauses.add(std::to_string(count) + ' ' + (text.empty() ? "without " + std::string(name) : text));
+    }
+    return clauses.take();
 }
 
 std::string yesOrNo(std::optional<bool> value) {
@@ -34,83 +92,60 @@ std::string yesOrNo(std::optional<bool> value) {
     return *value ? "yes" : "no";
 }
 
+void addCommerce(Clauses& clauses, PayloadReader& payload) {
+    clauses.add(countedIfAny(listSize(payload, "purchased_items"), "purchase", "purchases"))
+        .add(countedIfAny(listSize(payload, "abandoned_items"), "product in the cart", "products in the cart"))
+        .add(countedIfAny(listSize(payload, "removed_items"), "product taken out", "products taken out"));
+}
+
+void addPerson(Clauses& clauses, PayloadReader& payload) {
+    clauses.add("identifiers", names(payload, "user_identifiers"))
+        .add("attributes", names(payload, "user_attributes"))
+        .add("custom attributes", names(payload, "custom_attributes"))
+        .add(countedIfAny(listSize(payload, "removed_attributes"), "removed attribute", "removed attributes"));
+}
+
 }  // namespace
-
-PayloadReader::PayloadReader(const rapidjson::Value& payload) : payload_(payload) {
-    if (!payload.IsObject()) problem_ = "the body is not a JSON object";
-}
-
-const rapidjson::Value* PayloadReader::member(const char* name, bool (rapidjson::Value::*isKind)() const,
-                                              const char* kind) {
-    if (!payload_.IsObject()) return nullptr;
-    const auto found = payload_.FindMember(name);
-    if (found == payload_.MemberEnd()) return nullptr;
-    if ((found->value.*isKind)()) return &found->value;
-    if (problem_.empty()) problem_ = std::string("\"") + name + "\" is not " + kind;
-    return nullptr;
-}
-
-std::string PayloadReader::text(const char* name) {
-    const auto* value = member(name, &rapidjson::Value::IsString, "a text");
-    return value == nullptr ? std::string() : std::string(value->GetString(), value->GetStringLength());
-}
-
-std::optional<std::int64_t> PayloadReader::integer(const char* name) {
-    const auto* value = member(name, &rapidjson::Value::IsInt64, "a whole number");
-    return value == nullptr ? std::nullopt : std::optional(value->GetInt64());
-}
-
-std::optional<bool> PayloadReader::boolean(const char* name) {
-    const auto* value = member(name, &rapidjson::Value::IsBool, "true or false");
-    return value == nullptr ? std::nullopt : std::optional(value->GetBool());
-}
-
-std::size_t PayloadReader::listSize(const char* name) {
-    const auto* value = member(name, &rapidjson::Value::IsArray, "a list");
-    return value == nullptr ? 0 : value->Size();
-}
-
-std::string PayloadReader::names(const char* name) {
-    Clauses clauses;
-    if (const auto* value = member(name, &rapidjson::Value::IsObject, "an object")) {
-        for (const auto& entry : value->GetObject()) {
-            clauses.add(std::string(entry.name.GetString(), entry.name.GetStringLength()));
-        }
-    }
-    return clauses.take();
-}
 
 std::string summariseStart(PayloadReader& payload) {
     Clauses clauses;
-    clauses.add("reason", payload.text("reason"));
+    clauses.add("reason", shortText(payload, "reason"));
     if (payload.boolean("first_run").value_or(false)) clauses.add("first run");
-    return clauses.add("id", payload.text("orbinel_id")).take();
+    return clauses.add("id", shortText(payload, "orbinel_id")).take();
 }
 
 std::string summariseStop(PayloadReader& payload) {
     Clauses clauses;
-    clauses.add(counted(payload.listSize("custom_events"), "event"));
+    clauses.add(counted(listSize(payload, "custom_events"), "event", "events"));
     if (const auto seconds = payload.integer("session_duration")) clauses.add(std::to_string(*seconds) + " s");
-    return clauses.add("reason", payload.text("reason"))
-        .add(countedIfAny(payload.listSize("purchased_items"), "purchase"))
-        .add(countedIfAny(payload.listSize("inapp_logs"), "in-app log"))
-        .add(countedIfAny(payload.listSize("push_logs"), "push log"))
+    clauses.add("reason", shortText(payload, "reason"));
+    addPerson(clauses, payload);
+    addCommerce(clauses, payload);
+    return clauses.add("contents", names(payload, "content_logs"))
+        .add(countedIfAny(objectSize(payload, "content_variables"), "content variable", "content variables"))
+        .add("recommendations", tally(payload.list("recommendation_logs"), "action"))
+        .add(countedIfAny(listSize(payload, "inapp_logs"), "in-app log", "in-app logs"))
+        .add(countedIfAny(listSize(payload, "push_logs"), "push log", "push logs"))
         .take();
 }
 
 std::string summariseIdentity(PayloadReader& payload) {
-    const auto names = payload.names("identifiers");
+    const auto identifiers = names(payload, "identifiers");
     return Clauses()
-        .add(names.empty() ? "no identifiers" : "identifiers " + names)
-        .add("id", payload.text("orbinel_id"))
+        .add(identifiers.empty() ? "no identifiers" : "identifiers " + identifiers)
+        .add("id", shortText(payload, "orbinel_id"))
         .take();
 }
 
 std::string summariseConsent(PayloadReader& payload) {
-    return Clauses()
-        .add("gdpr", yesOrNo(payload.boolean("gdpr_consent")))
-        .add("mobile gdpr", yesOrNo(payload.boolean("mobile_gdpr_consent")))
-        .take();
+    Clauses clauses;
+    clauses.add("gdpr", yesOrNo(payload.truth("gdpr_consent")))
+        .add("mobile gdpr", yesOrNo(payload.truth("mobile_gdpr_consent")));
+    if (const auto* target = payload.object("target")) {
+        PayloadReader device(*target);
+        clauses.add("device", shortText(device, "udid"));
+    }
+    return clauses.take();
 }
 
 std::string summariseMessageCenter(PayloadReader& payload) {
@@ -122,11 +157,27 @@ std::string summariseMessageCenter(PayloadReader& payload) {
     return clauses.take();
 }
 
-std::string summariseToken(PayloadReader& payload) { return Clauses().add("token", payload.text("token")).take(); }
+std::string summariseToken(PayloadReader& payload) {
+    return Clauses().add("token", shortText(payload, "token")).take();
+}
 
-std::string summariseLogs(PayloadReader& payload) { return counted(payload.listSize("logs"), "record"); }
+std::string summariseLogs(PayloadReader& payload) {
+    const auto* logs = payload.list("logs");
+    auto summary = counted(logs == nullptr ? 0 : logs->Size(), "record", "records");
+    const auto types = tally(logs, "log_type");
+    return types.empty() ? summary : summary + ": " + types;
+}
 
-std::string summariseFeed(PayloadReader& payload) { return payload.text("method"); }
+std::string summariseWizardDevice(PayloadReader& payload) {
+    return Clauses().add("device", shortText(payload, "udid")).take();
+}
+
+std::string summariseFeed(PayloadReader& payload) {
+    auto summary = shortText(payload, "method");
+    const auto* data = payload.object("data");
+    if (data != nullptr && data->MemberCount() > 0) summary += ' ' + shortened(compactJson(*data), maxText);
+    return summary;
+}
 
 std::string summariseNothing(PayloadReader&) { return {}; }
 
