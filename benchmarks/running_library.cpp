@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "core/current_world.hpp"
+#include "session/stored_keys.hpp"
 
 namespace orbinel::bench {
 
@@ -30,6 +31,9 @@ hosts::LinuxHostOptions optionsFor(const std::filesystem::path& folder) {
 }  // namespace
 
 RunningLibrary::RunningLibrary(const std::string& endpoint) : host(optionsFor(folder.path())) {
+    // As on a device that the backend knows; otherwise the first activation asks for both before it starts.
+    host.services().defaults->standard()->set(keys::gdprConsent, true);
+    host.services().defaults->standard()->set(keys::orbinelId, "known");
     start(host.services());
     Orbinel::initWithLaunchOptions(std::nullopt, "acme", "group.acme", endpoint);
 }

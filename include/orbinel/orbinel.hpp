@@ -1,15 +1,21 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
+#include "orbinel/content_variable_type.hpp"
 #include "orbinel/event.hpp"
 #include "orbinel/export.hpp"
 #include "orbinel/optional_text.hpp"
 #include "orbinel/platform/services.hpp"
+#include "orbinel/product.hpp"
 #include "orbinel/target_action.hpp"
+#include "orbinel/user.hpp"
 #include "orbinel/value.hpp"
 
 /// The library's public surface.
@@ -75,7 +81,26 @@ public:
     /// Records that the person signed up. Gated.
     static void signUpConfirmation() noexcept;
 
+    // --- Consent and collection ---
+
+    /// Whether the person consents to data processing (GDPR), and to it on this device. Kept across launches and posted
+    /// to the backend; a post that did not reach it is repeated when the application next becomes active. While either
+    /// is false, every gated operation does nothing and no session is started or stopped. Not gated.
+    static void setGDPRConsent(bool consent) noexcept;
+    static void setMobileGDPRConsent(bool consent) noexcept;
+
+    /// Which data of the device may be collected. Kept in memory only: an application sets them after each launch.
+    /// Without a call the advertising identifier is not collected and the others are. Not gated.
+    static void enableIDFACollection(bool enabled) noexcept;
+    static void enableIpCollection(bool enabled) noexcept;
+    static void enableLocationCollection(bool enabled) noexcept;
+    static void enableCarrierCollection(bool enabled) noexcept;
+
     // --- The user ---
+
+    /// The user, to describe and to log in or out. Begins with empty attributes: what was set before and has not left
+    /// with a session yet is dropped. While the gate is closed, the attributes stay as they are.
+    [[nodiscard]] static OrbinelUser getCurrentUser() noexcept;
 
     /// The backend's identifier for the person on this device; nothing while the gate is closed. Gated.
     [[nodiscard]] static std::optional<std::string> getOrbinelID() noexcept;
@@ -87,6 +112,103 @@ public:
     static void registerOrbinelIDListenerWithSelector(Selector selector, std::weak_ptr<Sender> sender) noexcept {
         setIdListener(TargetAction<const std::string&>(std::move(sender), std::move(selector)));
     }
+
+    // --- Products, cart, wishlist and pages. All gated. ---
+
+    /// A new product. `productID`, `name`, `imageURL` and `currency` (ISO 4217, not checked) are texts of at least one
+    /// byte, `taxonomy` the texts of its categories, at least one, and `price` the finite price of one unit, zero or
+    /// more. With any other argument, and while the gate is closed, the result is a product that is not valid: calls on
+    /// it and with it do nothing.
+    [[nodiscard]] static OrbinelProduct createNewProductWithID(OptionalText productID, OptionalText name,
+                                                               const Array& taxonomy, OptionalText imageURL,
+                                                               double price, OptionalText currency) noexcept;
+
+    /// Pages that the person saw. An empty list and products that are not valid are skipped.
+    static void visitHomepage() noexcept;
+    static void visitListingPageWithTaxonomy(const Array& taxonomy) noexcept;
+    static void visitProductDetailPageWithProduct(const OrbinelProduct& product) noexcept;
+    static void visitCartPageWithProducts(const std::vector<OrbinelProduct>& products) noexcept;
+    static void visitWishlistWithProducts(const std::vector<OrbinelProduct>& products) noexcept;
+
+    /// The cart. A product that is not valid and an empty ID are skipped.
+    static void itemAddedToCartWithProduct(const OrbinelProduct& product) noexcept;
+    static void itemRemovedFromCartWithProductID(OptionalText productID) noexcept;
+    static void cartCleared() noexcept;
+
+    /// One product of a purchase. Stores the sale's ID in the product, as `setSaleID` does.
+    static void itemPurchasedWithSaleID(OptionalText saleID, const OrbinelProduct& product) noexcept;
+
+    /// The wishlist, by the same rules as the cart.
+    static void itemAddedToWishlistWithProduct(const OrbinelProduct& product) noexcept;
+    static void itemRemovedFromWishlistWithProductID(OptionalText productID) noexcept;
+    static void wishlistCleared() noexcept;
+
+    // --- Remote content. Gated: while the gate is closed, the default is returned. ---
+
+    /// The value that the vendor set for the variable, or the default where there is none: the one that the latest
+    /// session start delivered, also in an earlier launch. A value of another kind is converted: to a text by its JSON
+    /// form; to a number and a switch by what it reads as from its beginning ("12 pieces" is 12, "yes" is true). Reads
+    /// memory only. Notes for the session which campaign was shown.
+    [[nodiscard]] static std::string getContentStringWithName(OptionalText name, OptionalText defaultString,
+                                                              OrbinelVariableType dataType) noexcept;
+    [[nodiscard]] static bool getContentBoolWithName(OptionalText name, bool defaultBool,
+                                                     OrbinelVariableType dataType) noexcept;
+    [[nodiscard]] static std::int32_t getContentIntWithName(OptionalText name, std::int32_t defaultInt,
+                                                            OrbinelVariableType dataType) noexcept;
+
+    /// The same, but only what the start of this session delivered.
+    [[nodiscard]] static std::string getContentStringWithoutCache(OptionalText name, OptionalText defaultString,
+                                                                  OrbinelVariableType dataType) noexcept;
+    [[nodiscard]] static bool getContentBoolWithoutCache(OptionalText name, bool defaultBool,
+                                                         OrbinelVariableType dataType) noexcept;
+    [[nodiscard]] static std::int32_t getContentIntWithoutCache(OptionalText name, std::int32_t defaultInt,
+                                                                OrbinelVariableType dataType) noexcept;
+
+    /// Removes the variables that were delivered as tests. Not gated.
+    static void removeTestVariables() noexcept;
+
+    // --- Recommendations. All gated. ---
+
+    /// Asks the vendor's service for the products of a recommendation campaign, for a language and a currency (as the
+    /// service knows them, such as "en_US" and "EUR"); none of the arguments may be empty. `smartRecommendation` gets
+    /// the answer as it came, on a background thread; an empty dictionary at once, on the caller's thread, where the
+    /// backend has set up no such campaign; and is not called at all when the service fails or takes longer than two
+    /// seconds, or an argument is refused.
+    static void getSmartRecommendationWithID(std::int32_t recommendationID, OptionalText locale, OptionalText currency,
+                                             std::function<void(const Dictionary&)> smartRecommendation) noexcept;
+
+    /// The same beside a product that the person looks at, in its currency.
+    static void getSmartRecommendationWithProduct(const OrbinelProduct& product, std::int32_t recommendationID,
+                                                  OptionalText locale,
+                                                  std::function<void(const Dictionary&)> smartRecommendation) noexcept;
+
+    /// The same beside products known by their IDs only; the first three that are not empty count.
+    static void getSmartRecommendationWithProductIDs(
+        const Array& productIDs, std::int32_t recommendationID, OptionalText locale, OptionalText currency,
+        std::function<void(const Dictionary&)> smartRecommendation) noexcept;
+
+    /// The person chose a recommended product: its later way into the cart and its purchase count for the campaign,
+    /// until the session ends. Skipped for ID 0, for a campaign whose answers held no products, and for a product that
+    /// is not valid.
+    static void clickSmartRecommendationProductWithID(std::int32_t recommendationID,
+                                                      const OrbinelProduct& product) noexcept;
+
+    // --- Message center ---
+
+    /// Asks the backend for the messages sent to this device between two moments, at most `limit` of them. `success`
+    /// gets them as they came, on the main queue; an empty list at once, on the caller's thread, where a date is
+    /// missing or the start is not before the end; and is not called at all when the backend cannot be reached. Not
+    /// gated.
+    static void getMessageCenterDataWithLimit(std::int32_t limit, std::optional<Date> startDate,
+                                              std::optional<Date> endDate,
+                                              std::function<void(const Array&)> success) noexcept;
+
+    // --- Testing one's integration ---
+
+    /// Takes a link of the vendor's panel that opened the application: "SCHEME://test_device/TOKEN" makes this a test
+    /// device, on which the library writes what it does on the console; "SCHEME://connect_wizard/TOKEN" connects it to
+    /// the panel, which then shows what the application calls. Any other link is ignored. Not gated.
+    static void handleUrl(OptionalText url) noexcept;
 
     // --- Callbacks ---
 

@@ -77,7 +77,7 @@ bool isValidJsonDeeply(const Value& value) noexcept {
     return (value.ifArray() != nullptr || value.ifDictionary() != nullptr) && isValid(value, maximumValueDepth);
 }
 
-void sanitizeDictionary(Dictionary& dictionary) { clean(dictionary, maximumValueDepth); }
+void sanitizeDictionary(Dictionary& dictionary, int depth) { clean(dictionary, depth); }
 void sanitizeArray(Array& array) { clean(array, maximumValueDepth); }
 
 }  // namespace orbinel

@@ -36,7 +36,12 @@ Initialisation::Initialisation(const Needs& needs)
       session_(needs.session),
       stop_(needs.stop),
       start_(needs.start),
+      privacy_(needs.privacy),
       identity_(needs.identity),
+      automaticIntegration_(needs.automaticIntegration),
+      wizard_(needs.wizard),
+      contents_(needs.contents),
+      recommendations_(needs.recommendations),
       lifecycle_(needs.lifecycle),
       features_(needs.features),
       lifetime_(needs.lifetime),
@@ -45,7 +50,7 @@ Initialisation::Initialisation(const Needs& needs)
 
 void Initialisation::disableAutoIntegration() noexcept {
     autoIntegration_ = false;
-    guarded(reports_, "+[Orbinel disableAutoIntegration]", [&] { features_.startAutoIntegration(false); });
+    guarded(reports_, "+[Orbinel disableAutoIntegration]", [&] { automaticIntegration_.startAutoIntegration(false); });
 }
 
 // --- Initialising ---
@@ -55,7 +60,7 @@ void Initialisation::initWithLaunchOptions(const Arguments& arguments) noexcept 
                                 ? "+[Orbinel initWithLaunchOptions:partnerName:appGroup:customEndpoint:]"
                                 : "+[Orbinel initWithLaunchOptions:partnerName:appGroup:]";
     guarded(reports_, operation, [&] {
-        if (autoIntegration_) features_.startAutoIntegration(true);
+        if (autoIntegration_) automaticIntegration_.startAutoIntegration(true);
         helper_.saveAppGroup(arguments.appGroup);
         if (arguments.customEndpoint) endpoints_.setCustomEndpoint(*arguments.customEndpoint);
         initSDK(arguments.partnerName, arguments.launchOptions);
@@ -74,11 +79,10 @@ void Initialisation::initSDK(const Value& partnerName, const std::optional<Dicti
         if (!partnerNameIsValid(partnerName)) return;
         if (helper_.sdkDisabled()) return reports_.note("Not initialised: the backend has switched the library off.");
         features_.callUserNotificationCenterSwizzlers();
-        helper_.setSessionGdprConsent(features_.checkCurrentGDPRConsent());
-        helper_.setMobileSessionGdprConsent(features_.checkCurrentMobileConsent());
+        privacy_.adoptRememberedConsents();
         session_.setPartnerName(partnerName.stringOrEmpty());
         features_.addObserverForEventInapps();
-        if (!features_.isAutoIntegrationEnabled()) {
+        if (!automaticIntegration_.isAutoIntegrationEnabled()) {
             features_.handlePushLogWithUserInfo(launchOptions.value_or(Dictionary()));
         }
         observePlatform();
@@ -174,9 +178,9 @@ void Initialisation::adoptPartner(const std::string& partnerName) {
 void Initialisation::flushSDKCache() noexcept {
     guarded(reports_, "+[Orbinel flushSDKCache]", [&] {
         identity_.removeCachedOrbinelID();
-        features_.removeTestVariables();
-        features_.clearEndpoints();
-        features_.terminateConnection();
+        contents_.removeTestVariables();
+        recommendations_.clearEndpoints();
+        wizard_.terminateConnection();
         auto& store = helper_.standardStore();
         store.set(keys::retryIdentityRequest, false);
         store.set(keys::inappFrequency, {});

@@ -12,11 +12,16 @@
 #include "core/pending_features.hpp"
 #include "orbinel/platform/notification_centre.hpp"
 #include "orbinel/platform/scheduler.hpp"
+#include "personalisation/content_optimizer.hpp"
+#include "personalisation/smart_recommendations.hpp"
+#include "privacy/consent.hpp"
 #include "session/endpoints.hpp"
 #include "session/helper.hpp"
 #include "session/session.hpp"
 #include "session/session_start.hpp"
 #include "session/session_stop.hpp"
+#include "tools/auto_integration.hpp"
+#include "tools/integration_wizard.hpp"
 #include "user/identity.hpp"
 
 namespace orbinel {
@@ -33,7 +38,12 @@ public:
         OrbinelSession& session;
         SessionStop& stop;
         OrbinelConfig& start;
+        OrbinelPrivacy& privacy;
         OrbinelIdentity& identity;
+        AutoIntegration& automaticIntegration;
+        IntegrationWizard& wizard;
+        OrbinelContentOptimizer& contents;
+        OrbinelRecommendation& recommendations;
         Lifecycle& lifecycle;
         PendingFeatures& features;
         const Lifetime& lifetime;
@@ -75,7 +85,12 @@ private:
     OrbinelSession& session_;
     SessionStop& stop_;
     OrbinelConfig& start_;
+    OrbinelPrivacy& privacy_;
     OrbinelIdentity& identity_;
+    AutoIntegration& automaticIntegration_;
+    IntegrationWizard& wizard_;
+    OrbinelContentOptimizer& contents_;
+    OrbinelRecommendation& recommendations_;
     Lifecycle& lifecycle_;
     PendingFeatures& features_;
     const Lifetime& lifetime_;

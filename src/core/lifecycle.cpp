@@ -45,8 +45,12 @@ Lifecycle::Lifecycle(const Needs& needs)
       session_(needs.session),
       stop_(needs.stop),
       start_(needs.start),
+      privacy_(needs.privacy),
       identity_(needs.identity),
       device_(needs.device),
+      testDevices_(needs.testDevices),
+      wizard_(needs.wizard),
+      contents_(needs.contents),
       features_(needs.features),
       lifetime_(needs.lifetime),
       application_(needs.application),
@@ -88,8 +92,8 @@ void Lifecycle::runApplicationDidBecomeActiveOperations() noexcept {
     guarded(reports_, "+[Orbinel runApplicationDidBecomeActiveOperations]", [&] {
         reports_.log(LogType::lifecycle, LogLevel::info, "resumeSession");
         reports_.feed("resumeSession", [&] { return Dictionary{{"sdk_version", device_.getSDKVersion()}}; });
-        features_.addWaitingTestDevice();
-        features_.importOrResendConsent();
+        testDevices_.addWaitingTestDevice();
+        privacy_.importOrResendConsent();
         session_.emptyReceivedInappData();
 
         Period period = 0;
@@ -193,7 +197,7 @@ void Lifecycle::runApplicationDidEnterBackgroundOperations() noexcept {
         features_.setTestInAppExistence(false);
         features_.cancelScheduledInapps();
         features_.removeInapp([] {});
-        features_.removeTestVariables();
+        contents_.removeTestVariables();
         assureSendingSession();
     });
 }
@@ -242,7 +246,7 @@ bool Lifecycle::sendSessionData(const Completion& completion) noexcept {
 void Lifecycle::appWillTerminate() noexcept {
     guarded(reports_, "+[Orbinel appWillTerminate]", [&] {
         reports_.log(LogType::lifecycle, LogLevel::info, "appWillTerminate");
-        features_.terminateConnection();
+        wizard_.terminateConnection();
     });
 }
 

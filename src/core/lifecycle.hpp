@@ -9,10 +9,14 @@
 #include "core/pending_features.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/notifications.hpp"
+#include "personalisation/content_optimizer.hpp"
+#include "privacy/consent.hpp"
 #include "session/helper.hpp"
 #include "session/session.hpp"
 #include "session/session_start.hpp"
 #include "session/session_stop.hpp"
+#include "tools/integration_wizard.hpp"
+#include "tools/test_devices.hpp"
 #include "user/device_attributes.hpp"
 #include "user/identity.hpp"
 
@@ -31,8 +35,12 @@ public:
         OrbinelSession& session;
         SessionStop& stop;
         OrbinelConfig& start;
+        OrbinelPrivacy& privacy;
         OrbinelIdentity& identity;
         OrbinelDeviceAttributes& device;
+        TestDevices& testDevices;
+        IntegrationWizard& wizard;
+        OrbinelContentOptimizer& contents;
         PendingFeatures& features;
         const Lifetime& lifetime;
         platform::Application& application;
@@ -78,8 +86,12 @@ private:
     OrbinelSession& session_;
     SessionStop& stop_;
     OrbinelConfig& start_;
+    OrbinelPrivacy& privacy_;
     OrbinelIdentity& identity_;
     OrbinelDeviceAttributes& device_;
+    TestDevices& testDevices_;
+    IntegrationWizard& wizard_;
+    OrbinelContentOptimizer& contents_;
     PendingFeatures& features_;
     const Lifetime& lifetime_;
     platform::Application& application_;

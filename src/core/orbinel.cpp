@@ -1,5 +1,6 @@
 #include "orbinel/orbinel.hpp"
 
+#include <exception>
 #include <utility>
 
 #include "base/guard.hpp"
@@ -48,6 +49,19 @@ void throughGate(const GuardedOperation& operation, Body&& body) noexcept {
 OrbinelEvent eventOf(const std::shared_ptr<World>& world, OptionalText name, bool isInternal) noexcept {
     return {std::shared_ptr<EventRecorder>(world, world != nullptr ? &world->eventRecorder : nullptr), name,
             isInternal};
+}
+
+/// What was read; the default where that is nothing, an absent one as the empty text.
+std::string textOrDefault(OptionalText fallback, std::optional<std::string> read) noexcept {
+    try {
+        return read ? std::move(*read) : std::string(fallback.view());
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+std::weak_ptr<const UserAccess> userAccessOf(const std::shared_ptr<World>& world) noexcept {
+    return std::shared_ptr<const UserAccess>(world, world != nullptr ? &world->userAccess : nullptr);
 }
 
 /// Launch options nested beyond the bound count as none.
@@ -154,7 +168,47 @@ void Orbinel::signUpConfirmation() noexcept {
 
 OrbinelEvent::OrbinelEvent(OptionalText name) noexcept : OrbinelEvent(eventOf(current_world::get(), name, false)) {}
 
+// --- Consent and collection ---
+
+void Orbinel::setGDPRConsent(bool consent) noexcept {
+    onWorld("+[Orbinel setGDPRConsent:]", [&](World& world) { world.privacy.setGDPRConsent(consent); });
+}
+
+void Orbinel::setMobileGDPRConsent(bool consent) noexcept {
+    onWorld("+[Orbinel setMobileGDPRConsent:]", [&](World& world) { world.privacy.setMobileGDPRConsent(consent); });
+}
+
+void Orbinel::enableIDFACollection(bool enabled) noexcept {
+    onWorld("+[Orbinel enableIDFACollection:]",
+            [&](World& world) { world.collectionSwitches.enableIDFACollection(enabled); });
+}
+
+void Orbinel::enableIpCollection(bool enabled) noexcept {
+    onWorld("+[Orbinel enableIpCollection:]",
+            [&](World& world) { world.collectionSwitches.enableIpCollection(enabled); });
+}
+
+void Orbinel::enableLocationCollection(bool enabled) noexcept {
+    onWorld("+[Orbinel enableLocationCollection:]",
+            [&](World& world) { world.collectionSwitches.enableLocationCollection(enabled); });
+}
+
+void Orbinel::enableCarrierCollection(bool enabled) noexcept {
+    onWorld("+[Orbinel enableCarrierCollection:]",
+            [&](World& world) { world.collectionSwitches.enableCarrierCollection(enabled); });
+}
+
 // --- The user ---
+
+OrbinelUser Orbinel::getCurrentUser() noexcept {
+    const auto world = current_world::get();
+    onWorld("+[Orbinel getCurrentUser]", [](World& running) {
+        if (running.helper.shouldProceed()) running.userAttributes.initUser();
+    });
+    return OrbinelUser(userAccessOf(world));
+}
+
+OrbinelIdentifiers::OrbinelIdentifiers() noexcept : OrbinelIdentifiers(userAccessOf(current_world::get())) {}
 
 std::optional<std::string> Orbinel::getOrbinelID() noexcept {
     return throughGate("+[Orbinel getOrbinelID]", std::optional<std::string>(),
@@ -164,6 +218,185 @@ std::optional<std::string> Orbinel::getOrbinelID() noexcept {
 void Orbinel::setIdListener(TargetAction<const std::string&> listener) noexcept {
     throughGate("+[Orbinel registerOrbinelIDListenerWithSelector:sender:]",
                 [&](World& world) { world.idListeners.registerOrbinelIDListener(std::move(listener)); });
+}
+
+// --- Products, cart, wishlist and pages: their owners ask the gate ---
+
+OrbinelProduct Orbinel::createNewProductWithID(OptionalText productID, OptionalText name, const Array& taxonomy,
+                                               OptionalText imageURL, double price, OptionalText currency) noexcept {
+    return onWorld(
+        "+[Orbinel createNewProductWithID:name:taxonomy:imageURL:price:currency:]", OrbinelProduct(),
+        [&](World& world) {
+            return world.productCreation.createNewProductWithID({productID, name, taxonomy, imageURL, price, currency});
+        });
+}
+
+void Orbinel::visitHomepage() noexcept {
+    onWorld("+[Orbinel visitHomepage]", [](World& world) {
+        world.pendingFeatures.removeInappOnProductPage();
+        world.pageVisits.visitHomepage();
+    });
+}
+
+void Orbinel::visitListingPageWithTaxonomy(const Array& taxonomy) noexcept {
+    onWorld("+[Orbinel visitListingPageWithTaxonomy:]", [&](World& world) {
+        world.pendingFeatures.removeInappOnProductPage();
+        world.pageVisits.visitListingPage(taxonomy);
+    });
+}
+
+void Orbinel::visitProductDetailPageWithProduct(const OrbinelProduct& product) noexcept {
+    onWorld("+[Orbinel visitProductDetailPageWithProduct:]", [&](World& world) {
+        world.pendingFeatures.removeInappOnProductPage();
+        world.pageVisits.visitProductDetailPage(product);
+    });
+}
+
+void Orbinel::visitCartPageWithProducts(const std::vector<OrbinelProduct>& products) noexcept {
+    onWorld("+[Orbinel visitCartPageWithProducts:]", [&](World& world) {
+        world.pendingFeatures.removeInappOnProductPage();
+        world.pageVisits.visitCartPage(products);
+    });
+}
+
+void Orbinel::visitWishlistWithProducts(const std::vector<OrbinelProduct>& products) noexcept {
+    onWorld("+[Orbinel visitWishlistWithProducts:]", [&](World& world) {
+        world.pendingFeatures.removeInappOnProductPage();
+        world.wishlist.visitWishlist(products);
+    });
+}
+
+void Orbinel::itemAddedToCartWithProduct(const OrbinelProduct& product) noexcept {
+    onWorld("+[Orbinel itemAddedToCartWithProduct:]",
+            [&](World& world) { world.cartReminder.itemAddedToCart(product); });
+}
+
+void Orbinel::itemRemovedFromCartWithProductID(OptionalText productID) noexcept {
+    onWorld("+[Orbinel itemRemovedFromCartWithProductID:]",
+            [&](World& world) { world.cartReminder.itemRemovedFromCart(productID); });
+}
+
+void Orbinel::cartCleared() noexcept {
+    onWorld("+[Orbinel cartCleared]", [](World& world) { world.cartReminder.cartCleared(); });
+}
+
+void Orbinel::itemPurchasedWithSaleID(OptionalText saleID, const OrbinelProduct& product) noexcept {
+    onWorld("+[Orbinel itemPurchasedWithSaleID:product:]",
+            [&](World& world) { world.cartReminder.itemPurchased(saleID, product); });
+}
+
+void Orbinel::itemAddedToWishlistWithProduct(const OrbinelProduct& product) noexcept {
+    onWorld("+[Orbinel itemAddedToWishlistWithProduct:]",
+            [&](World& world) { world.wishlist.itemAddedToWishlist(product); });
+}
+
+void Orbinel::itemRemovedFromWishlistWithProductID(OptionalText productID) noexcept {
+    onWorld("+[Orbinel itemRemovedFromWishlistWithProductID:]",
+            [&](World& world) { world.wishlist.itemRemovedFromWishlist(productID); });
+}
+
+void Orbinel::wishlistCleared() noexcept {
+    onWorld("+[Orbinel wishlistCleared]", [](World& world) { world.wishlist.wishlistCleared(); });
+}
+
+// --- Remote content: its owner asks the gate ---
+
+std::string Orbinel::getContentStringWithName(OptionalText name, OptionalText defaultString,
+                                              OrbinelVariableType dataType) noexcept {
+    return textOrDefault(
+        defaultString,
+        onWorld("+[Orbinel getContentStringWithName:defaultString:dataType:]", std::optional<std::string>(),
+                [&](World& world) { return world.contentOptimizer.getStringWithName(name, defaultString, dataType); }));
+}
+
+bool Orbinel::getContentBoolWithName(OptionalText name, bool defaultBool, OrbinelVariableType dataType) noexcept {
+    return onWorld("+[Orbinel getContentBoolWithName:defaultBool:dataType:]", defaultBool,
+                   [&](World& world) { return world.contentOptimizer.getBoolWithName(name, defaultBool, dataType); });
+}
+
+std::int32_t Orbinel::getContentIntWithName(OptionalText name, std::int32_t defaultInt,
+                                            OrbinelVariableType dataType) noexcept {
+    return onWorld("+[Orbinel getContentIntWithName:defaultInt:dataType:]", defaultInt,
+                   [&](World& world) { return world.contentOptimizer.getIntWithName(name, defaultInt, dataType); });
+}
+
+std::string Orbinel::getContentStringWithoutCache(OptionalText name, OptionalText defaultString,
+                                                  OrbinelVariableType dataType) noexcept {
+    return textOrDefault(defaultString, onWorld("+[Orbinel getContentStringWithoutCache:defaultString:dataType:]",
+                                                std::optional<std::string>(), [&](World& world) {
+                                                    return world.contentOptimizer.getStringFromSessionVariablesWithName(
+                                                        name, defaultString, dataType);
+                                                }));
+}
+
+bool Orbinel::getContentBoolWithoutCache(OptionalText name, bool defaultBool, OrbinelVariableType dataType) noexcept {
+    return onWorld("+[Orbinel getContentBoolWithoutCache:defaultBool:dataType:]", defaultBool, [&](World& world) {
+        return world.contentOptimizer.getBoolFromSessionVariablesWithName(name, defaultBool, dataType);
+    });
+}
+
+std::int32_t Orbinel::getContentIntWithoutCache(OptionalText name, std::int32_t defaultInt,
+                                                OrbinelVariableType dataType) noexcept {
+    return onWorld("+[Orbinel getContentIntWithoutCache:defaultInt:dataType:]", defaultInt, [&](World& world) {
+        return world.contentOptimizer.getIntFromSessionVariablesWithName(name, defaultInt, dataType);
+    });
+}
+
+void Orbinel::removeTestVariables() noexcept {
+    onWorld("+[Orbinel removeTestVariables]", [](World& world) { world.contentOptimizer.removeTestVariables(); });
+}
+
+// --- Recommendations: their owners ask the gate ---
+
+void Orbinel::getSmartRecommendationWithID(std::int32_t recommendationID, OptionalText locale, OptionalText currency,
+                                           std::function<void(const Dictionary&)> smartRecommendation) noexcept {
+    onWorld("+[Orbinel getSmartRecommendationWithID:locale:currency:smartRecommendation:]", [&](World& world) {
+        world.recommendations.getSmartRecommendationWithID(recommendationID, locale, currency,
+                                                           std::move(smartRecommendation));
+    });
+}
+
+void Orbinel::getSmartRecommendationWithProduct(const OrbinelProduct& product, std::int32_t recommendationID,
+                                                OptionalText locale,
+                                                std::function<void(const Dictionary&)> smartRecommendation) noexcept {
+    onWorld("+[Orbinel getSmartRecommendationWithProduct:recommendationID:locale:smartRecommendation:]",
+            [&](World& world) {
+                world.recommendations.getSmartRecommendationWithProduct(product, recommendationID, locale,
+                                                                        std::move(smartRecommendation));
+            });
+}
+
+void Orbinel::getSmartRecommendationWithProductIDs(
+    const Array& productIDs, std::int32_t recommendationID, OptionalText locale, OptionalText currency,
+    std::function<void(const Dictionary&)> smartRecommendation) noexcept {
+    onWorld("+[Orbinel getSmartRecommendationWithProductIDs:recommendationID:locale:currency:smartRecommendation:]",
+            [&](World& world) {
+                world.recommendations.getSmartRecommendationWithProductIDs(productIDs, recommendationID, locale,
+                                                                           currency, std::move(smartRecommendation));
+            });
+}
+
+void Orbinel::clickSmartRecommendationProductWithID(std::int32_t recommendationID,
+                                                    const OrbinelProduct& product) noexcept {
+    onWorld("+[Orbinel clickSmartRecommendationProductWithID:product:]", [&](World& world) {
+        world.recommendationLogger.clickSmartRecommendationProductWithID(recommendationID, product);
+    });
+}
+
+// --- Message center ---
+
+void Orbinel::getMessageCenterDataWithLimit(std::int32_t limit, std::optional<Date> startDate,
+                                            std::optional<Date> endDate,
+                                            std::function<void(const Array&)> success) noexcept {
+    onWorld("+[Orbinel getMessageCenterDataWithLimit:startDate:endDate:success:]", [&](World& world) {
+        world.messageCenter.getMessageCenterData(limit, startDate, endDate, std::move(success));
+    });
+}
+
+// --- Testing one's integration ---
+
+void Orbinel::handleUrl(OptionalText url) noexcept {
+    onWorld("+[Orbinel handleUrl:]", [&](World& world) { world.toolLinks.handleUrl(url.view()); });
 }
 
 // --- Callbacks ---

@@ -19,19 +19,45 @@ World::World(platform::Services given)
       sessionStop({reports, session, requestSender, endpoints, collaborators}),
       sessionStart({reports, helper, session, requestSender, offlineQueue, endpoints, collaborators, ownLifetime,
                     *services.scheduler, *services.device}),
+      collectionSwitches(reports),
+      privacy({reports, helper, session, requestSender, endpoints, collaborators}),
       validation(reports),
       eventRecorder({reports, helper, session, validation, eventBudget, *services.json, ownLifetime}),
       idListeners(reports),
-      identity({reports, helper, session, idListeners}),
-      deviceAttributes(
-          {reports, helper, ownLifetime, *services.device, *services.application, *services.notifications}),
+      deviceAttributes({reports, helper, collectionSwitches, ownLifetime, *services.device, *services.application,
+                        *services.notifications}),
+      userAttributes({reports, helper, validation, deviceAttributes}),
+      identityRequest({reports, session, requestSender, endpoints}),
+      identity({reports, helper, session, idListeners, identityRequest, userAttributes}),
+      login({reports, helper, identity, userAttributes, sessionStop, sessionStart, ownLifetime, *services.scheduler}),
+      userAccess{reports, validation, userAttributes, identity, login, ownLifetime},
+      testDevices({reports, helper, session, endpoints, requestSender}),
+      autoIntegration({reports, helper}),
+      wizard({reports, helper, session, deviceAttributes, testDevices, endpoints, ownLifetime, *services.http,
+              *services.json, *services.console}),
+      toolLinks({reports, testDevices, wizard}),
+      messageCenter({reports, helper, session, identity, endpoints, requestSender, ownLifetime, *services.scheduler}),
+      logger({reports, helper, session, identity, deviceAttributes, testDevices, endpoints, encryptor, ownLifetime,
+              *services.scheduler, *services.http, *services.json, *services.console}),
+      productAccess{reports, helper, validation, ownLifetime},
+      productCreation({reports, helper}),
+      commerceEvents({reports, helper, eventRecorder}),
+      pageVisits({commerceEvents}),
+      cartReminder({commerceEvents, session}),
+      wishlist({commerceEvents}),
+      contentOptimizer({reports, helper, session, validation, *services.json, *services.defaults, testDevices}),
+      recommendationLogger({reports, helper, session, eventRecorder, recommendedIds, ownLifetime, *services.scheduler}),
+      recommendations({reports, helper, session, productCreation, recommendedIds, recommendationLogger, ownLifetime,
+                       *services.http, *services.json}),
       crashHandler({reports, session, deviceAttributes}),
       pendingFeatures(reports),
       sessionEvents(eventRecorder, validation, eventBudget),
-      lifecycle({reports, helper, session, sessionStop, sessionStart, identity, deviceAttributes, pendingFeatures,
-                 ownLifetime, *services.application, *services.notifications}),
-      initialisation({reports, helper, endpoints, session, sessionStop, sessionStart, identity, lifecycle,
-                      pendingFeatures, ownLifetime, *services.scheduler, *services.notificationCentre}) {}
+      lifecycle({reports, helper, session, sessionStop, sessionStart, privacy, identity, deviceAttributes, testDevices,
+                 wizard, contentOptimizer, pendingFeatures, ownLifetime, *services.application,
+                 *services.notifications}),
+      initialisation({reports, helper, endpoints, session, sessionStop, sessionStart, privacy, identity,
+                      autoIntegration, wizard, contentOptimizer, recommendations, lifecycle, pendingFeatures,
+                      ownLifetime, *services.scheduler, *services.notificationCentre}) {}
 
 std::shared_ptr<World> World::create(platform::Services services) {
     // The deleter owns nothing: late work that still waits in the scheduler keeps the deleter in memory.
@@ -44,6 +70,7 @@ std::shared_ptr<World> World::create(platform::Services services) {
         }
     });
     world->bind();
+    world->productCreation.begin(std::shared_ptr<ProductAccess>(world, &world->productAccess));
     world->ownLifetime.begin(world);
     world->offlineQueue.reclaim();
     world->services.defaults->setProblemHandler(
@@ -56,22 +83,26 @@ std::shared_ptr<World> World::create(platform::Services services) {
 }
 
 void World::bind() {
+    reports.diagnosticLog.bind(logger);
+    reports.wizardFeed.bind(wizard);
     reports.crashReports.bind(crashHandler);
     collaborators.identity.bind(identity);
     collaborators.device.bind(deviceAttributes);
-    collaborators.attributes.bind(pendingFeatures);
+    collaborators.attributes.bind(userAttributes);
     collaborators.events.bind(sessionEvents);
     collaborators.campaigns.bind(pendingFeatures);
-    collaborators.contents.bind(pendingFeatures);
-    collaborators.recommendations.bind(pendingFeatures);
-    collaborators.logSwitches.bind(pendingFeatures);
-    collaborators.failedConsent.bind(pendingFeatures);
+    collaborators.contents.bind(contentOptimizer);
+    collaborators.recommendations.bind(recommendations);
+    collaborators.logSwitches.bind(logger);
+    collaborators.failedConsent.bind(privacy);
     eventRecorder.campaigns.bind(pendingFeatures);
-    deviceAttributes.collection.bind(pendingFeatures);
+    login.displayedInapp.bind(pendingFeatures);
+    cartReminder.recommendations.bind(recommendationLogger);
 }
 
 void World::unbind() noexcept {
-    deviceAttributes.collection.unbind();
+    cartReminder.recommendations.unbind();
+    login.displayedInapp.unbind();
     eventRecorder.campaigns.unbind();
     collaborators.failedConsent.unbind();
     collaborators.logSwitches.unbind();
@@ -83,6 +114,8 @@ void World::unbind() noexcept {
     collaborators.device.unbind();
     collaborators.identity.unbind();
     reports.crashReports.unbind();
+    reports.wizardFeed.unbind();
+    reports.diagnosticLog.unbind();
 }
 
 // The stores' problem handler stays: it does nothing any more, and taking it away would wait for one that is running.
@@ -90,6 +123,9 @@ void World::end(std::chrono::milliseconds limit) {
     ownLifetime.end();
     sessionStart.cancelAll();
     requestSender.cancelAll();
+    wizard.cancelAll();
+    logger.cancelAll();
+    recommendations.cancelAll();
     ownLifetime.waitUntilQuiet(limit);
 }
 

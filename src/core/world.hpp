@@ -6,15 +6,28 @@
 
 #include "base/lifetime.hpp"
 #include "base/reports.hpp"
+#include "commerce/cart_reminder.hpp"
+#include "commerce/commerce_events.hpp"
+#include "commerce/page_visits.hpp"
+#include "commerce/product_access.hpp"
+#include "commerce/product_creation.hpp"
+#include "commerce/wishlist.hpp"
 #include "core/crash_handler.hpp"
 #include "core/initialisation.hpp"
 #include "core/lifecycle.hpp"
 #include "core/pending_features.hpp"
 #include "core/session_events.hpp"
+#include "diagnostics/logger.hpp"
 #include "events/event_budget.hpp"
 #include "events/event_recorder.hpp"
 #include "events/validation.hpp"
 #include "orbinel/platform/services.hpp"
+#include "personalisation/content_optimizer.hpp"
+#include "personalisation/recommendation_logger.hpp"
+#include "personalisation/recommended_ids.hpp"
+#include "personalisation/smart_recommendations.hpp"
+#include "privacy/collection_switches.hpp"
+#include "privacy/consent.hpp"
 #include "session/encryptor.hpp"
 #include "session/endpoints.hpp"
 #include "session/helper.hpp"
@@ -23,9 +36,17 @@
 #include "session/session.hpp"
 #include "session/session_start.hpp"
 #include "session/session_stop.hpp"
+#include "tools/auto_integration.hpp"
+#include "tools/integration_wizard.hpp"
+#include "tools/message_center.hpp"
+#include "tools/test_devices.hpp"
+#include "tools/tool_links.hpp"
 #include "user/device_attributes.hpp"
 #include "user/id_listeners.hpp"
 #include "user/identity.hpp"
+#include "user/login.hpp"
+#include "user/user_access.hpp"
+#include "user/user_attributes.hpp"
 
 namespace orbinel {
 
@@ -67,6 +88,10 @@ public:
     SessionStop sessionStop;
     OrbinelConfig sessionStart;
 
+    // privacy
+    CollectionSwitches collectionSwitches;
+    OrbinelPrivacy privacy;
+
     // events
     Validation validation;
     EventBudget eventBudget;
@@ -74,8 +99,36 @@ public:
 
     // user
     OrbinelListeners idListeners;
-    OrbinelIdentity identity;
     OrbinelDeviceAttributes deviceAttributes;
+    OrbinelUserInternal userAttributes;
+    IdentityRequest identityRequest;
+    OrbinelIdentity identity;
+    Login login;
+    UserAccess userAccess;
+
+    // tools
+    TestDevices testDevices;
+    AutoIntegration autoIntegration;
+    IntegrationWizard wizard;
+    ToolLinks toolLinks;
+    MessageCenter messageCenter;
+
+    // diagnostics
+    OrbinelLogger logger;
+
+    // commerce
+    ProductAccess productAccess;
+    ProductCreation productCreation;
+    CommerceEvents commerceEvents;
+    OrbinelPageVisit pageVisits;
+    OrbinelCartReminder cartReminder;
+    OrbinelWishlist wishlist;
+
+    // personalisation
+    OrbinelContentOptimizer contentOptimizer;
+    RecommendedIds recommendedIds;
+    OrbinelRecommendationLogger recommendationLogger;
+    OrbinelRecommendation recommendations;
 
     // core
     OrbinelCrashHandler crashHandler;

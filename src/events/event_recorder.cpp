@@ -88,6 +88,14 @@ void EventRecorder::build(std::string_view name, const std::shared_ptr<EventPara
     });
 }
 
+void EventRecorder::recordInternalEvent(std::string_view name, const Dictionary& parameters) noexcept {
+    guarded(reports_, "-[OrbinelEvent addParameters]", [&] {
+        const auto taken = std::make_shared<EventParameters>();
+        addAll(*taken, parameters);
+        build(name, taken);
+    });
+}
+
 void EventRecorder::reportInvalid(const Dictionary& parameters) const noexcept {
     if (!validation_.isParametersValid(parameters)) {
         validation_.logInvalidEvent(parameters, "Invalid parameters structure.");

@@ -52,6 +52,9 @@ public:
     /// Stores the event in the session's record as it stands now. May be called again, and then stores it again.
     void build(std::string_view name, const std::shared_ptr<EventParameters>& parameters) noexcept;
 
+    /// Builds an event of the library's own: its parameters are taken by the rules of `addAll`.
+    void recordInternalEvent(std::string_view name, const Dictionary& parameters) noexcept;
+
 private:
     void addDetected(EventParameters& parameters, const std::string& key, const Value& value) const;
     void reportInvalid(const Dictionary& parameters) const noexcept;

@@ -32,6 +32,7 @@ struct OrbinelRequest::Outgoing {
     bool gdprConsent = false;        // the caller's "gdpr_consent"
     std::optional<Element> element;  // where the offline queue keeps a stop
     Answer success;
+    Completion taken;  // for a status of success, with whatever body
 
     // What a stop still waits for: being written down, and its body. The two are done on different threads; whichever
     // comes last goes on, so neither touches what the other has written before that.
@@ -63,13 +64,18 @@ void OrbinelRequest::sendRequest(Dictionary payload, std::string url, Answer suc
     send(std::move(payload), std::move(url), std::move(success), std::nullopt);
 }
 
-void OrbinelRequest::send(Dictionary payload, std::string url, Answer success,
-                          std::optional<Element> element) noexcept {
+void OrbinelRequest::sendUntilTaken(Dictionary payload, std::string url, Completion taken) noexcept {
+    send(std::move(payload), std::move(url), {}, std::nullopt, std::move(taken));
+}
+
+void OrbinelRequest::send(Dictionary payload, std::string url, Answer success, std::optional<Element> element,
+                          Completion taken) noexcept {
     std::shared_ptr<Outgoing> request;
     const bool sent =
         guarded(reports_, {"-[OrbinelRequest sendRequest:url:success:]", DescriptionForm::functionAndLine}, [&] {
             request = std::make_shared<Outgoing>();
             request->success = std::move(success);
+            request->taken = std::move(taken);
             request->timestamp = helper_.getTimestampAsString();
             request->isStop = url.find(endpoints_.sessionStop()) != std::string::npos;
             request->url = std::move(url);
@@ -189,6 +195,7 @@ void OrbinelRequest::noteFailure(const Outgoing& request, const platform::HttpOu
 }
 
 void OrbinelRequest::answered(Outgoing& request, const platform::HttpResponse& response) {
+    if (request.taken) request.taken();
     if (!request.isStop) return request.answer(reports_, response.body ? decode(request, response) : Value());
     if (request.element) queue_.delivered(*request.element);
     request.answer(reports_, {});

@@ -52,6 +52,10 @@ public:
     /// plain, under that time stamp.
     void sendRequest(Dictionary payload, std::string url, Answer success) noexcept;
 
+    /// The same for a caller who only needs to know that the backend has taken the payload: `taken` is called for a
+    /// status of success whatever the body, also without one, and for nothing else.
+    void sendUntilTaken(Dictionary payload, std::string url, Completion taken) noexcept;
+
     /// Sends every queued stop at once and calls the completion when all are answered. A stop whose sending ends
     /// without a verdict keeps the completion from ever being called.
     void sendQueuedRequests(Completion completion) noexcept;
@@ -63,7 +67,8 @@ private:
     struct Outgoing;
     using Element = OfflineQueue::Element;
 
-    void send(Dictionary payload, std::string url, Answer success, std::optional<Element> element) noexcept;
+    void send(Dictionary payload, std::string url, Answer success, std::optional<Element> element,
+              Completion taken = {}) noexcept;
     void prepareAndSend(Dictionary payload, const std::shared_ptr<Outgoing>& request);
     [[nodiscard]] bool travelsPlain(Dictionary& payload, Outgoing& request) const;
     Dictionary scramble(Outgoing& request) const;

@@ -86,6 +86,7 @@ SessionRecord OrbinelSession::takeRecord(const SessionRecord& filled) {
     SessionRecord taken;
     const MutexLock lock(mutex_);
     std::swap(taken, record_);
+    ++recordNumber_;
     for (auto* record : {&taken, &record_}) {
         record->orbinel_id = filled.orbinel_id;
         record->udid = filled.udid;

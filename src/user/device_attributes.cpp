@@ -32,6 +32,7 @@ void write(Dictionary& attributes, std::string_view key, Value value) {
 OrbinelDeviceAttributes::OrbinelDeviceAttributes(const Needs& needs)
     : reports_(needs.reports),
       helper_(needs.helper),
+      collection_(needs.collection),
       lifetime_(needs.lifetime),
       device_(needs.device),
       application_(needs.application),
@@ -80,12 +81,12 @@ void OrbinelDeviceAttributes::describeScreen(Dictionary& attributes) const {
 }
 
 void OrbinelDeviceAttributes::describePrivacy(Dictionary& attributes) const {
-    write(attributes, "is_location_disabled", collection->getLocationCollectionStatus());
-    write(attributes, "is_ip_disabled", collection->getIpCollectionStatus());
-    const auto advertisingIdentifier = collection->getIDFACollectionStatus() ? getIDFA() : std::optional<std::string>();
+    write(attributes, "is_location_disabled", collection_.getLocationCollectionStatus());
+    write(attributes, "is_ip_disabled", collection_.getIpCollectionStatus());
+    const auto advertisingIdentifier = collection_.getIDFACollectionStatus() ? getIDFA() : std::optional<std::string>();
     if (advertisingIdentifier && !advertisingIdentifier->empty()) write(attributes, "idfa", advertisingIdentifier);
     write(attributes, "carrier",
-          collection->getCarrierCollectionStatus() ? getCarrier() : std::string(VALUE_NOT_AVAILABLE));
+          collection_.getCarrierCollectionStatus() ? getCarrier() : std::string(VALUE_NOT_AVAILABLE));
 }
 
 void OrbinelDeviceAttributes::describePermissions(Dictionary& attributes) {

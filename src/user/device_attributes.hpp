@@ -5,27 +5,17 @@
 #include <string>
 #include <string_view>
 
-#include "base/late.hpp"
 #include "base/lifetime.hpp"
 #include "base/mutex.hpp"
 #include "base/reports.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/device.hpp"
 #include "orbinel/platform/notifications.hpp"
+#include "privacy/collection_switches.hpp"
 #include "session/collaborators.hpp"
 #include "session/helper.hpp"
 
 namespace orbinel {
-
-/// Which kinds of device data may be collected; bound by core.
-class CollectionStatus {
-public:
-    virtual ~CollectionStatus() = default;
-    [[nodiscard]] virtual bool getLocationCollectionStatus() const noexcept = 0;  // true: switched off
-    [[nodiscard]] virtual bool getIpCollectionStatus() const noexcept = 0;        // true: switched off
-    [[nodiscard]] virtual bool getIDFACollectionStatus() const noexcept = 0;      // true: switched on
-    [[nodiscard]] virtual bool getCarrierCollectionStatus() const noexcept = 0;   // true: switched on
-};
 
 /// Describes the device, the application and its permissions to the backend.
 ///
@@ -35,6 +25,7 @@ public:
     struct Needs {
         Reports& reports;
         OrbinelHelper& helper;
+        const CollectionSwitches& collection;
         const Lifetime& lifetime;
         platform::Device& device;
         platform::Application& application;
@@ -42,8 +33,6 @@ public:
     };
 
     explicit OrbinelDeviceAttributes(const Needs& needs);
-
-    Late<CollectionStatus> collection;
 
     /// Everything that is known, under the backend's keys; an empty dictionary where it could not be sent as JSON.
     [[nodiscard]] Value getDeviceAttributes() noexcept override;
@@ -109,6 +98,7 @@ private:
 
     Reports& reports_;
     OrbinelHelper& helper_;
+    const CollectionSwitches& collection_;
     const Lifetime& lifetime_;
     platform::Device& device_;
     platform::Application& application_;

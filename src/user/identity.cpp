@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "base/guard.hpp"
+#include "events/data_types.hpp"
 #include "session/stored_keys.hpp"
+#include "user/attribute_codes.hpp"
 
 namespace orbinel {
 
@@ -21,7 +23,14 @@ bool hasFormOfId(std::string_view text) noexcept {
 }  // namespace
 
 OrbinelIdentity::OrbinelIdentity(const Needs& needs)
-    : reports_(needs.reports), helper_(needs.helper), session_(needs.session), listeners_(needs.listeners) {}
+    : reports_(needs.reports),
+      helper_(needs.helper),
+      session_(needs.session),
+      listeners_(needs.listeners),
+      request_(needs.request),
+      user_(needs.user) {}
+
+// --- The Orbinel ID ---
 
 Value OrbinelIdentity::storedOrbinelId() const noexcept {
     return guarded(reports_, "-[OrbinelIdentity storedOrbinelId]", Value(),
@@ -92,6 +101,41 @@ void OrbinelIdentity::removeCachedOrbinelID() noexcept {
     });
 }
 
+// --- The identifiers ---
+
+Dictionary OrbinelIdentity::getIdentifiers() const noexcept {
+    return guarded(reports_, "-[OrbinelIdentity getIdentifiers]", Dictionary(), [&] {
+        auto stored = helper_.standardStore().value(keys::userIdentifiers);
+        auto* identifiers = stored.ifDictionary();
+        if (identifiers == nullptr) return Dictionary();
+        identifiers->eraseIf([](const Dictionary::Entry& entry) { return entry.second.ifString() == nullptr; });
+        return std::move(*identifiers);
+    });
+}
+
+Dictionary OrbinelIdentity::getIdentifiersForStopPayload() noexcept {
+    return shouldRetryIdentification() ? Dictionary() : getIdentifiers();
+}
+
+bool OrbinelIdentity::areIdentifiersAlreadyCached(const Dictionary& identifiers) const noexcept {
+    const auto cached = getIdentifiers();
+    return !cached.empty() && cached == identifiers;
+}
+
+void OrbinelIdentity::storeUserIdentifiers(const Dictionary& identifiers) noexcept {
+    guarded(reports_, "-[OrbinelIdentity storeUserIdentifiers:]", [&] {
+        helper_.standardStore().set(keys::userIdentifiers, identifiers);
+        helper_.standardStore().synchronize();
+    });
+}
+
+void OrbinelIdentity::unsetUserIdentifiers() noexcept {
+    guarded(reports_, "-[OrbinelIdentity unsetUserIdentifiers]", [&] {
+        helper_.standardStore().set(keys::userIdentifiers, {});
+        helper_.standardStore().synchronize();
+    });
+}
+
 bool OrbinelIdentity::shouldRetryIdentification() const noexcept {
     return guarded(reports_, "-[OrbinelIdentity shouldRetryIdentification]", false,
                    [&] { return helper_.standardStore().value(keys::retryIdentityRequest).truth(); });
@@ -104,30 +148,88 @@ void OrbinelIdentity::setRetryIdentityRequestStatus(bool retry) noexcept {
     });
 }
 
-Dictionary OrbinelIdentity::getIdentifiers() const noexcept {
-    return guarded(reports_, "-[OrbinelIdentity getIdentifiers]", Dictionary(), [&] {
-        auto stored = helper_.standardStore().value(keys::userIdentifiers);
-        auto* identifiers = stored.ifDictionary();
-        return identifiers != nullptr ? std::move(*identifiers) : Dictionary();
+// --- Asking the backend ---
+
+std::optional<std::string> OrbinelIdentity::validId() {
+    auto current = getOrbinelID();
+    if (!isOrbinelIdValid(current)) current.reset();
+    return current;
+}
+
+void OrbinelIdentity::sendIdentityRequest(const Dictionary& identifiers, IdentityAnswer success) noexcept {
+    const GuardedOperation operation("-[OrbinelIdentity sendIdentityRequest:success:]");
+    const bool asked = guarded(reports_, operation, [&] { request_.send(identifiers, validId(), success); });
+    if (!asked) guarded(reports_, operation, [&] { success({}); });
+}
+
+void OrbinelIdentity::identityRequestSuccessHandler(const std::string& orbinelId,
+                                                    const Dictionary& identifiers) noexcept {
+    guarded(reports_, "-[OrbinelIdentity identityRequestSuccessHandler:identifiers:]", [&] {
+        if (orbinelId.empty()) return;
+        reports_.log(LogType::common, LogLevel::info, "Login success.");
+        user_.setLoginStatus(true);
+        setUnifiedOrbinelID(orbinelId);
+        setRetryIdentityRequestStatus(false);
+        if (!identifiers.empty()) setIdentifiersAsAttributes(identifiers);
+        reports_.feed("setUserIdentifierSuccess", [&] { return Dictionary{{"orbinelID", orbinelId}}; });
     });
 }
 
-Dictionary OrbinelIdentity::getIdentifiersForStopPayload() noexcept {
-    return shouldRetryIdentification() ? Dictionary() : getIdentifiers();
+void OrbinelIdentity::setIdentifiersAsAttributes(const Dictionary& identifiers) {
+    namespace codes = attribute_codes;
+    for (const auto& [key, value] : identifiers) {
+        if (key == codes::EMAIL || key == codes::PHONE_NUMBER || key == codes::UUID) {
+            user_.setUserAttributeWithString(key, value.stringOrEmpty());
+        } else {
+            user_.setCustomAttributeWithString(removeCustomPrefix(key), value.stringOrEmpty());
+        }
+    }
+    reports_.feed(
+        "setUserIdentifier", [&] { return identifiers; }, false, true);
 }
 
 void OrbinelIdentity::resetOrbinelIdWithCompletionBlock(Completion completion) noexcept {
-    guarded(reports_, "-[OrbinelIdentity resetOrbinelIdWithCompletionBlock:]", [&] {
-        reports_.note("Identity requests are not sent yet: the Orbinel ID stays as it is.");
-        completion();
-    });
+    if (getIdentifiers().empty()) return getBrandNewOrbinelIdWithCompletionBlock(std::move(completion));
+    sendIdentityRequestWithCachedIdentifiers(std::move(completion));
 }
 
 void OrbinelIdentity::sendIdentityRequestWithCachedIdentifiers(Completion completion) noexcept {
-    guarded(reports_, "-[OrbinelIdentity sendIdentityRequestWithCachedIdentifiers:]", [&] {
-        reports_.note("Identity requests are not sent yet: the Orbinel ID stays as it is.");
-        completion();
+    resolveAgain("Getting correct orbinelId for logged in user.", getIdentifiers(), completion);
+}
+
+void OrbinelIdentity::getBrandNewOrbinelIdWithCompletionBlock(Completion completion) noexcept {
+    resolveAgain("Getting brand new orbinlId for logged out user.", {}, completion);
+}
+
+void OrbinelIdentity::resolveAgain(std::string_view message, const Dictionary& identifiers,
+                                   const Completion& completion) noexcept {
+    const GuardedOperation operation("-[OrbinelIdentity resetOrbinelIdWithCompletionBlock:]");
+    const bool asked = guarded(reports_, operation, [&] {
+        reports_.log(LogType::inapp, LogLevel::info, message, [] { return Dictionary(); });
+        const auto change = beginChange();
+        sendIdentityRequest(identifiers, [this, change, identifiers, completion](const std::string& orbinelId) {
+            if (!orbinelId.empty() && mayTakeEffect(change)) identityRequestSuccessHandler(orbinelId, identifiers);
+            completion();
+        });
     });
+    if (!asked) guarded(reports_, operation, [&] { completion(); });
+}
+
+void OrbinelIdentity::logoutUser() noexcept {
+    guarded(reports_, "-[OrbinelIdentity logoutUser]", [&] {
+        if (!mayTakeEffect(beginChange())) return;
+        unsetUserIdentifiers();
+        user_.setLoginStatus(false);
+    });
+}
+
+bool OrbinelIdentity::mayTakeEffect(Change change) noexcept {
+    auto last = lastInEffect_.load();
+    while (last <= change) {
+        if (lastInEffect_.compare_exchange_weak(last, change)) return true;
+    }
+    reports_.note("Left an answer of the identity service: the identity has changed since it was asked for.");
+    return false;
 }
 
 }  // namespace orbinel

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <functional>
+#include <atomic>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,12 +12,16 @@
 #include "session/helper.hpp"
 #include "session/session.hpp"
 #include "user/id_listeners.hpp"
+#include "user/identity_request.hpp"
+#include "user/user_attributes.hpp"
 
 namespace orbinel {
 
-/// The backend's identity for the person who uses the application on this device.
+/// The backend's identity for the person who uses the application on this device: the Orbinel ID, the identifiers of
+/// the last login, and whether the backend still owes an ID for them.
 ///
-/// Threads: any.
+/// Threads: any. Answers are applied on the thread on which they come. A late answer never undoes what began after it:
+/// see `Change`.
 class OrbinelIdentity final : public SessionIdentity {
 public:
     struct Needs {
@@ -24,9 +29,13 @@ public:
         OrbinelHelper& helper;
         OrbinelSession& session;
         OrbinelListeners& listeners;
+        IdentityRequest& request;
+        OrbinelUserInternal& user;
     };
 
     explicit OrbinelIdentity(const Needs& needs);
+
+    // --- The Orbinel ID. ---
 
     /// The stored ID, or the device's identifier where none is stored. Shows it to the application's extensions.
     [[nodiscard]] std::optional<std::string> getOrbinelID() noexcept override;
@@ -41,28 +50,65 @@ public:
     void setUnifiedOrbinelID(const std::string& orbinelId) noexcept override;
     void removeCachedOrbinelID() noexcept;
 
-    /// Whether an identity request gave no ID and is to be repeated before the next session start.
-    [[nodiscard]] bool shouldRetryIdentification() const noexcept;
-    void setRetryIdentityRequestStatus(bool retry) noexcept override;
+    // --- The identifiers of the last login. ---
 
-    /// The identifiers of the last login, or an empty dictionary.
+    /// An empty dictionary where there are none. What is stored but no text is left out.
     [[nodiscard]] Dictionary getIdentifiers() const noexcept;
 
     /// The same for the session stop: empty while a retry is pending.
     [[nodiscard]] Dictionary getIdentifiersForStopPayload() noexcept override;
 
-    // Identity requests are not sent yet: these two call their completion at once and leave the ID as it is.
+    /// Whether these are the stored ones; never where none are stored.
+    [[nodiscard]] bool areIdentifiersAlreadyCached(const Dictionary& identifiers) const noexcept;
+
+    void storeUserIdentifiers(const Dictionary& identifiers) noexcept;
+    void unsetUserIdentifiers() noexcept;
+
+    /// Whether an identity request gave no ID and is to be repeated before the next session start.
+    [[nodiscard]] bool shouldRetryIdentification() const noexcept;
+    void setRetryIdentityRequestStatus(bool retry) noexcept override;
+
+    // --- Asking the backend. ---
+
+    void sendIdentityRequest(const Dictionary& identifiers, IdentityAnswer success) noexcept;
+
+    /// Applies an answer with the identifiers that it was asked for; without an ID nothing happens.
+    void identityRequestSuccessHandler(const std::string& orbinelId, const Dictionary& identifiers) noexcept;
+
+    /// Asks for the ID again, for the stored identifiers or else for nobody in particular. The completion is called
+    /// once, whatever the answer, unless the world ends before.
     void resetOrbinelIdWithCompletionBlock(Completion completion) noexcept override;
     void sendIdentityRequestWithCachedIdentifiers(Completion completion) noexcept;
+    void getBrandNewOrbinelIdWithCompletionBlock(Completion completion) noexcept;
+
+    /// Forgets the identifiers and marks the user as logged out. The ID stays until the backend gives another.
+    void logoutUser() noexcept;
+
+    // --- The order of changes. ---
+
+    /// Logins, logouts and re-resolutions are numbered as they begin. One whose answer comes when a later one has
+    /// already taken effect is too late, and is left.
+    using Change = std::uint64_t;
+    [[nodiscard]] Change beginChange() noexcept { return ++lastBegun_; }
+    /// To be asked before the change takes effect; false where it is too late.
+    [[nodiscard]] bool mayTakeEffect(Change change) noexcept;
 
 private:
     [[nodiscard]] std::optional<std::string> currentId();
+    [[nodiscard]] std::optional<std::string> validId();
     void mirror(const std::string& orbinelId);
+    void resolveAgain(std::string_view message, const Dictionary& identifiers, const Completion& completion) noexcept;
+    void setIdentifiersAsAttributes(const Dictionary& identifiers);
 
     Reports& reports_;
     OrbinelHelper& helper_;
     OrbinelSession& session_;
     OrbinelListeners& listeners_;
+    IdentityRequest& request_;
+    OrbinelUserInternal& user_;
+
+    std::atomic<Change> lastBegun_{0};
+    std::atomic<Change> lastInEffect_{0};
 
     struct Mirrored {
         std::string group;

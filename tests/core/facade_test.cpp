@@ -187,6 +187,7 @@ TEST_F(FacadeTest, TakesEventsFromManyThreadsWhileSessionsCome) {
 
 TEST_F(FacadeTest, EndsWithinItsBoundWhileRequestsHangAndKeepsTheirStops) {
     initialise();
+    host.defaults->standard()->set(keys::orbinelId, "id-1");
     backend.answer("/session/stop", {.never = true});
     runSession([] { Orbinel::tagEvent("one").build(); });
     shutdown();

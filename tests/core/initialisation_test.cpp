@@ -73,7 +73,8 @@ TEST_F(InitialisationTest, SwitchesThePartnerByAChainOfRequests) {
 
     Orbinel::reinitWithPartnerName("globex");
     host.settle();
-    EXPECT_THAT(backend.paths(), ElementsAre("/api/v3/session/stop", "/api/v3/session/start"));
+    EXPECT_THAT(backend.paths(), ElementsAre("/api/v3/session/stop", "/api/wizard/v1/disconnect",
+                                             "/api/identity/v3/get", "/api/v3/session/start"));
     EXPECT_EQ(backend.stops().at(0).payload["partner_name"], "acme");
     EXPECT_EQ(backend.stops().at(0).payload["reason"], "reinit");
     EXPECT_EQ(backend.starts().at(0).payload["partner_name"], "globex");
@@ -91,7 +92,7 @@ TEST_F(InitialisationTest, SwitchesThePartnerWithoutRequestsWhileConsentIsWithhe
     world().helper.setMobileSessionGdprConsent(false);
     Orbinel::reinitWithPartnerName("globex");
     host.settle();
-    EXPECT_THAT(backend.paths(), IsEmpty());
+    EXPECT_THAT(backend.paths(), ElementsAre("/api/wizard/v1/disconnect"));
     EXPECT_EQ(world().session.partnerName(), "globex");
     EXPECT_EQ(sinks.count("Reinit GDPR false. Skipping session stop/start."), 1U);
 }

@@ -51,6 +51,7 @@ TEST_F(LifecycleTest, KeepsOneSessionForEachForegroundPeriod) {
 }
 
 TEST_F(LifecycleTest, SendsNothingWhileAConsentIsWithheldAndBeginsAnewOnceItIsGiven) {
+    host.defaults->standard()->set(keys::orbinelId, "id-1");
     world().helper.setSessionGdprConsent(false);
     becomeActive();
     enterBackground();

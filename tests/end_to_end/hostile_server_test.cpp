@@ -131,8 +131,10 @@ TEST_P(HostileServer, NextSessionsWorkAndEachStopIsDeliveredOnce) {
     EXPECT_EQ(taken.back(), 3);
     const auto arrivals = backend.arrivals();
     std::vector<std::string> paths;
-    std::transform(arrivals.begin() + before, arrivals.end(), std::back_inserter(paths),
-                   [](const auto& arrival) { return arrival.path; });
+    for (auto arrival = arrivals.begin() + before; arrival != arrivals.end(); ++arrival) {
+        // What counted as an ID may have to be asked for again.
+        if (arrival->path != identityPath) paths.push_back(arrival->path);
+    }
     if (hostility.delivers) {
         EXPECT_THAT(paths, ElementsAre(startPath, stopPath));
     } else {

@@ -12,6 +12,7 @@
 #include "orbinel/linux/linux_host.hpp"
 #include "orbinel/orbinel.hpp"
 #include "platform/forwarding_http.hpp"
+#include "session/stored_keys.hpp"
 #include "tests/end_to_end/loopback_backend.hpp"
 
 namespace orbinel::testing {
@@ -60,6 +61,9 @@ public:
         host.emplace(options);
         services = host->services();
         services.http = std::make_shared<WatchedHttp>(services, network);
+        // As on a device that the backend knows; otherwise the first activation asks for both before it starts.
+        services.defaults->standard()->set(keys::gdprConsent, true);
+        services.defaults->standard()->set(keys::orbinelId, "known");
     }
     ~LinuxLibrary() {
         shutdown();

@@ -20,6 +20,7 @@ namespace orbinel::testing {
 
 inline constexpr const char* startPath = "/api/v3/session/start";
 inline constexpr const char* stopPath = "/api/v3/session/stop";
+inline constexpr const char* identityPath = "/api/identity/v3/get";
 
 /// The parameter by which the events of these tests are told apart: a whole number above zero.
 inline constexpr const char* sessionNumber = "session_number";
@@ -35,7 +36,8 @@ public:
     struct Arrival {
         std::string path;
         bool taken = false;                 // by the answer
-        std::vector<std::int64_t> numbers;  // of the events in a stop that can be decoded, in order
+        Dictionary payload;                 // empty where it cannot be decoded
+        std::vector<std::int64_t> numbers;  // of the events in a stop, in order
     };
 
     LoopbackBackend() {
@@ -72,6 +74,11 @@ public:
         return arrivals_;
     }
 
+    void forget() {
+        const MutexLock lock(mutex_);
+        arrivals_.clear();
+    }
+
     /// Of the events in all stops that were taken, in order of arrival.
     std::vector<std::int64_t> takenNumbers() const {
         std::vector<std::int64_t> numbers;
@@ -85,7 +92,7 @@ public:
 
 private:
     void handle(const httplib::Request& request, httplib::Response& response) {
-        const auto numbers = numbersOf(unscrambled(request));
+        const auto payload = unscrambled(request);
         Answer answer;
         {
             const MutexLock lock(mutex_);
@@ -93,16 +100,18 @@ private:
         }
         const bool taken = answer(request.path, response);
         const MutexLock lock(mutex_);
-        arrivals_.push_back({request.path, taken, numbers});
+        arrivals_.push_back({request.path, taken, payload, numbersOf(payload)});
     }
 
     static Dictionary unscrambled(const httplib::Request& request) {
         headless::HeadlessConsole console;
         Reports silent(console);
         const hosts::GlibBase64 base64;
-        const auto payload = parsed(request.body)["payload"].stringOrEmpty();
+        auto body = parsed(request.body);
+        const auto* scrambled = body["payload"].ifString();
+        if (scrambled == nullptr) return body;
         const OrbinelEncryptor encryptor(silent, base64);
-        return parsed(encryptor.decryptPayload(payload, request.get_header_value("ts")).value_or(""));
+        return parsed(encryptor.decryptPayload(*scrambled, request.get_header_value("ts")).value_or(""));
     }
     static Dictionary parsed(const std::string& json) {
         const auto outcome = hosts::RapidJson().parse(json);

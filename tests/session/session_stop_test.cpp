@@ -16,6 +16,7 @@ protected:
 
 // What a user must never see: a session that was closed offline and then lost.
 TEST_F(SessionStopTest, OfflineStopsArriveInOrderBeforeTheNextStart) {
+    host.defaults->standard()->set(keys::orbinelId, "id-1");
     backend.answer("/session/stop", {.status = std::nullopt});
     for (const char* name : {"one", "two", "three"}) {
         runSession([&] { Orbinel::tagEvent(name).build(); });

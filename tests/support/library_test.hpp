@@ -9,6 +9,7 @@
 #include "core/current_world.hpp"
 #include "core/world.hpp"
 #include "orbinel/orbinel.hpp"
+#include "session/stored_keys.hpp"
 #include "support/recording_sinks.hpp"
 #include "support/scripted_backend.hpp"
 
@@ -17,7 +18,12 @@ namespace orbinel::testing {
 /// A started library over a headless host, a virtual clock and a scripted backend. Every record and feed is taken.
 class LibraryTest : public ::testing::Test {
 protected:
-    LibraryTest() { launch(); }
+    LibraryTest() {
+        // As on a device whose user was asked; without it, every first activation asks the backend for the consent.
+        host.defaults->standard()->set(keys::gdprConsent, true);
+        backend.answer("/v1/privacy/gdpr/consent/get", {.body = R"({"gdpr_consent": true, "mobile_gdpr_consent": true})"});
+        launch();
+    }
     ~LibraryTest() override { shutdown(); }
 
     /// Starts the library over the host's services, or over ones that a test has changed.
@@ -25,13 +31,15 @@ protected:
         auto services = host.services();
         if (change) change(services);
         ASSERT_TRUE(start(services));
-        world().reports.diagnosticLog.bind(sinks);
-        world().reports.wizardFeed.bind(sinks);
+        reportTo(sinks, sinks);
     }
     void relaunch(const std::function<void(platform::Services&)>& change = {}) {
         shutdown();
         launch(change);
     }
+
+    /// Takes back that the user was asked.
+    void forgetConsent() { host.defaults->standard()->set(keys::gdprConsent, {}); }
 
     static void initialise(OptionalText partner = "acme") {
         Orbinel::initWithLaunchOptions(std::nullopt, partner, "group.acme", "https://api.test");
@@ -53,6 +61,15 @@ protected:
     }
 
     static World& world() { return *current_world::get(); }
+
+    /// Has records and feeds of the running library taken by others than its own log and wizard.
+    static void reportTo(DiagnosticLog& log, WizardFeed& feed) {
+        auto& reports = world().reports;
+        reports.diagnosticLog.unbind();
+        reports.diagnosticLog.bind(log);
+        reports.wizardFeed.unbind();
+        reports.wizardFeed.bind(feed);
+    }
     Value stored(std::string_view key) { return host.defaults->standard()->value(key); }
     std::size_t queuedStops() {
         const auto queue = stored("orbinelQueue");

@@ -52,6 +52,9 @@ const std::array kindRules{
     KindRule{Kind::callback, "a {\"$callback\"}", never, neverKept},
     KindRule{Kind::anyCallback, "a {\"$callback\"} or null", isAbsent, neverKept},
     KindRule{Kind::target, "a {\"$ref\"} to a target or null", isAbsent, isKept<ThingKind::target>},
+    KindRule{Kind::identifiers, "a {\"$ref\"} to identifiers or null", isAbsent, isKept<ThingKind::identifiers>},
+    KindRule{Kind::product, "a {\"$ref\"} to a product or null", isAbsent, isKept<ThingKind::product>},
+    KindRule{Kind::products, "a list of {\"$ref\"} to products", never, neverKept},
 };
 
 }  // namespace

@@ -59,6 +59,24 @@ Argument ArgumentReader::argument(const Value& json) {
     return value(json);
 }
 
+References ArgumentReader::references(const Value& json, std::string_view what) {
+    const auto refuse = [&] { throw Unusable(std::string(what) + " must be a list of {\"$ref\"} or null"); };
+    const auto* elements = json.ifArray();
+    if (elements == nullptr) refuse();
+    References references;
+    for (const auto& element : *elements) {
+        const auto* entry = onlySpecialEntry(element);
+        if (element.isNull()) {
+            references.emplace_back();
+        } else if (entry != nullptr && entry->first == "$ref") {
+            references.push_back(Reference{requireText(entry->second, "the content of $ref")});
+        } else {
+            refuse();
+        }
+    }
+    return references;
+}
+
 Value ArgumentReader::value(const Value& json) { return json.isNull() ? Value() : element(json); }
 
 Value ArgumentReader::element(const Value& json) {

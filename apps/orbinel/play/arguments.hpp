@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
+#include <vector>
 
 #include "orbinel/value.hpp"
 
@@ -18,8 +21,11 @@ struct Reference {
     std::string name;
 };
 
+/// A list in which each element is a reference or nothing.
+using References = std::vector<std::optional<Reference>>;
+
 /// One argument of an operation as the scenario gives it.
-using Argument = std::variant<Value, CallbackName, Reference>;
+using Argument = std::variant<Value, CallbackName, Reference, References>;
 
 /// Turns the JSON of a scenario into values: whole numbers that fit become 32-bit integers, and the special one-key
 /// objects ($int64, $double, $date, $bytes, $repeat, $ref, $callback) become what they stand for. Throws `Unusable`.
@@ -27,6 +33,9 @@ class ArgumentReader {
 public:
     /// A whole argument: null at its own position is an absent value.
     [[nodiscard]] Argument argument(const Value& json);
+
+    /// A list of references, where null is nothing.
+    [[nodiscard]] static References references(const Value& json, std::string_view what);
 
     /// A value that cannot be a callback or a reference; null is an absent value.
     [[nodiscard]] Value value(const Value& json);

@@ -97,6 +97,44 @@ struct ArgumentOf<Value> {
     static const Value& make(const CallArgument& argument, Trace&) { return valueOf(argument); }
 };
 
+/// An object kept under a name; null stands for one of no library.
+template <typename Object, ArgumentKind objectKind>
+struct ObjectArgument {
+    static constexpr auto kind = objectKind;
+    static Object make(const CallArgument& argument, Trace&) {
+        const auto* thing = std::get_if<Thing>(&argument);
+        return thing != nullptr ? of(*thing) : Object();
+    }
+    static Object of(const Thing& thing) {
+        const auto* object = std::get_if<std::shared_ptr<Object>>(&thing);
+        return object != nullptr ? **object : Object();
+    }
+};
+template <>
+struct ArgumentOf<OrbinelIdentifiers> : ObjectArgument<OrbinelIdentifiers, ArgumentKind::identifiers> {};
+template <>
+struct ArgumentOf<std::vector<OrbinelProduct>> {
+    static constexpr auto kind = ArgumentKind::products;
+    static std::vector<OrbinelProduct> make(const CallArgument& argument, Trace&) {
+        std::vector<OrbinelProduct> products;
+        for (const auto& thing : std::get<std::vector<Thing>>(argument)) {
+            products.push_back(ObjectArgument<OrbinelProduct, ArgumentKind::product>::of(thing));
+        }
+        return products;
+    }
+};
+
+/// The scenario's own product, not a copy: what an operation stores in it stays there.
+template <>
+struct ArgumentOf<OrbinelProduct> {
+    static constexpr auto kind = ArgumentKind::product;
+    static const OrbinelProduct& make(const CallArgument& argument, Trace&) {
+        static const OrbinelProduct absent;
+        const auto* thing = std::get_if<Thing>(&argument);
+        return thing != nullptr ? *std::get<std::shared_ptr<OrbinelProduct>>(*thing) : absent;
+    }
+};
+
 /// A callback with one argument: each call of it is traced.
 template <typename Content>
 struct ArgumentOf<std::function<void(Content)>> {
@@ -144,6 +182,18 @@ struct ResultOf<std::optional<T>> : ResultOf<T> {};
 template <>
 struct ResultOf<OrbinelEvent> {
     static constexpr auto kind = ThingKind::event;
+};
+template <>
+struct ResultOf<OrbinelUser> {
+    static constexpr auto kind = ThingKind::user;
+};
+template <>
+struct ResultOf<OrbinelIdentifiers> {
+    static constexpr auto kind = ThingKind::identifiers;
+};
+template <>
+struct ResultOf<OrbinelProduct> {
+    static constexpr auto kind = ThingKind::product;
 };
 
 /// Objects are kept by pointer, values as they are.

@@ -8,6 +8,7 @@
 #include "apps/orbinel/play/remembering_secure_items.hpp"
 #include "core/world.hpp"
 #include "hosts/common/rapidjson_json.hpp"
+#include "session/stored_keys.hpp"
 
 namespace orbinel::tool {
 
@@ -53,14 +54,18 @@ Value gate(World& world, const RememberingSecureItems&) {
                       {"sdk_disabled", helper.sdkDisabled()}};
 }
 
+Value contentCache(World& world, const RememberingSecureItems&) {
+    return contentOf(*world.services.defaults->suite(keys::contentSuite));
+}
+
 constexpr std::array<std::pair<std::string_view, Inspection>, 8> inspections{{
     {"session_record", sessionRecord},
     {"defaults", defaults},
     {"app_group", appGroup},
     {"secure", secure},
     {"gate", gate},
-    {"content_cache", nullptr},  // the last three do not exist yet
-    {"screen", nullptr},
+    {"content_cache", contentCache},
+    {"screen", nullptr},  // the last two do not exist yet
     {"campaigns", nullptr},
 }};
 

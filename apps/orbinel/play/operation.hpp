@@ -29,6 +29,9 @@ enum class ArgumentKind {
     callback,
     anyCallback,  // may be absent
     target,       // may be absent
+    identifiers,  // may be absent
+    product,      // may be absent
+    products,     // a list of those
 };
 
 /// One operation of the library as scenarios call it.

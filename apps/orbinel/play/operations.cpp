@@ -36,12 +36,49 @@ std::vector<Operation> facadeOperations() {
         facade("hybridApplicationDidBecomeActive", &Orbinel::hybridApplicationDidBecomeActive),
         facade("tagEvent:", &Orbinel::tagEvent),
         facade("signUpConfirmation", &Orbinel::signUpConfirmation),
+        facade("setGDPRConsent:", &Orbinel::setGDPRConsent),
+        facade("setMobileGDPRConsent:", &Orbinel::setMobileGDPRConsent),
+        facade("enableIDFACollection:", &Orbinel::enableIDFACollection),
+        facade("enableIpCollection:", &Orbinel::enableIpCollection),
+        facade("enableLocationCollection:", &Orbinel::enableLocationCollection),
+        facade("enableCarrierCollection:", &Orbinel::enableCarrierCollection),
+        facade("getCurrentUser", &Orbinel::getCurrentUser),
         facade("getOrbinelID", &Orbinel::getOrbinelID),
         registration<std::string>("registerOrbinelIDListenerWithSelector:sender:", registerIdListener),
         registration<Dictionary>("registerOrbinelCallbackWithSelector:sender:", registerCallback),
+        facade("createNewProductWithID:name:taxonomy:imageURL:price:currency:", &Orbinel::createNewProductWithID),
+        facade("visitHomepage", &Orbinel::visitHomepage),
+        facade("visitListingPageWithTaxonomy:", &Orbinel::visitListingPageWithTaxonomy),
+        facade("visitProductDetailPageWithProduct:", &Orbinel::visitProductDetailPageWithProduct),
+        facade("visitCartPageWithProducts:", &Orbinel::visitCartPageWithProducts),
+        facade("visitWishlistWithProducts:", &Orbinel::visitWishlistWithProducts),
+        facade("itemAddedToCartWithProduct:", &Orbinel::itemAddedToCartWithProduct),
+        facade("itemRemovedFromCartWithProductID:", &Orbinel::itemRemovedFromCartWithProductID),
+        facade("cartCleared", &Orbinel::cartCleared),
+        facade("itemPurchasedWithSaleID:product:", &Orbinel::itemPurchasedWithSaleID),
+        facade("itemAddedToWishlistWithProduct:", &Orbinel::itemAddedToWishlistWithProduct),
+        facade("itemRemovedFromWishlistWithProductID:", &Orbinel::itemRemovedFromWishlistWithProductID),
+        facade("wishlistCleared", &Orbinel::wishlistCleared),
+        facade("getContentStringWithName:defaultString:dataType:", &Orbinel::getContentStringWithName),
+        facade("getContentBoolWithName:defaultBool:dataType:", &Orbinel::getContentBoolWithName),
+        facade("getContentIntWithName:defaultInt:dataType:", &Orbinel::getContentIntWithName),
+        facade("getContentStringWithoutCache:defaultString:dataType:", &Orbinel::getContentStringWithoutCache),
+        facade("getContentBoolWithoutCache:defaultBool:dataType:", &Orbinel::getContentBoolWithoutCache),
+        facade("getContentIntWithoutCache:defaultInt:dataType:", &Orbinel::getContentIntWithoutCache),
+        facade("removeTestVariables", &Orbinel::removeTestVariables),
+        facade("getSmartRecommendationWithID:locale:currency:smartRecommendation:",
+               &Orbinel::getSmartRecommendationWithID),
+        facade("getSmartRecommendationWithProduct:recommendationID:locale:smartRecommendation:",
+               &Orbinel::getSmartRecommendationWithProduct),
+        facade("getSmartRecommendationWithProductIDs:recommendationID:locale:currency:smartRecommendation:",
+               &Orbinel::getSmartRecommendationWithProductIDs),
+        facade("clickSmartRecommendationProductWithID:product:", &Orbinel::clickSmartRecommendationProductWithID),
+        facade("getMessageCenterDataWithLimit:startDate:endDate:success:", &Orbinel::getMessageCenterDataWithLimit),
+        facade("handleUrl:", &Orbinel::handleUrl),
         facade("sendError:desc:", &Orbinel::sendError),
         facade("getSDKVersion", &Orbinel::getSDKVersion),
         facade("setDevelopmentLog:", &Orbinel::setDevelopmentLog),
+        maker<OrbinelIdentifiers>("new:OrbinelIdentifiers", ThingKind::identifiers),
         maker<Target>("new:Target", ThingKind::target),
     };
 }
@@ -61,15 +98,117 @@ std::vector<Operation> eventOperations() {
     };
 }
 
+std::vector<Operation> userOperations() {
+    using GenderByCode = OrbinelUser& (OrbinelUser::*)(std::int32_t)& noexcept;
+    using Login = void (OrbinelUser::*)(const OrbinelIdentifiers&) const noexcept;
+    using LoginWithResult =
+        void (OrbinelUser::*)(const OrbinelIdentifiers&, std::function<void(const std::string&)>) const noexcept;
+    return {
+        chained("setName", &OrbinelUser::setName),
+        chained("setSurname", &OrbinelUser::setSurname),
+        chained("setLanguage", &OrbinelUser::setLanguage),
+        chained("setLocale", &OrbinelUser::setLocale),
+        chained("setFacebookID", &OrbinelUser::setFacebookID),
+        chained("setTwitterID", &OrbinelUser::setTwitterID),
+        chained("setGender", GenderByCode(&OrbinelUser::setGender)),
+        chained("setBirthday", &OrbinelUser::setBirthday),
+        chained("setAge", &OrbinelUser::setAge),
+        chained("setEmail", &OrbinelUser::setEmail),
+        chained("setPhoneNumber", &OrbinelUser::setPhoneNumber),
+        chained("setEmailOptin", &OrbinelUser::setEmailOptin),
+        chained("setSMSOptin", &OrbinelUser::setSMSOptin),
+        chained("setWhatsappOptin", &OrbinelUser::setWhatsappOptin),
+        chained("setPushOptin", &OrbinelUser::setPushOptin),
+        chained("setLocationOptin", &OrbinelUser::setLocationOptin),
+        chained("setCustomAttributeWithString", &OrbinelUser::setCustomAttributeWithString),
+        chained("setCustomAttributeWithInt", &OrbinelUser::setCustomAttributeWithInt),
+        chained("setCustomAttributeWithDouble", &OrbinelUser::setCustomAttributeWithDouble),
+        chained("setCustomAttributeWithBoolean", &OrbinelUser::setCustomAttributeWithBoolean),
+        chained("setCustomAttributeWithDate", &OrbinelUser::setCustomAttributeWithDate),
+        chained("setCustomAttributeWithArray", &OrbinelUser::setCustomAttributeWithArray),
+        chained("unsetCustomAttribute", &OrbinelUser::unsetCustomAttribute),
+        method("login:", Login(&OrbinelUser::login)),
+        method("login:orbinelIDResult:", LoginWithResult(&OrbinelUser::login)),
+        method("logout", &OrbinelUser::logout),
+        method("areIdentifiersAlreadyCached:", &OrbinelUser::areIdentifiersAlreadyCached),
+    };
+}
+
+std::vector<Operation> identifiersOperations() {
+    return {
+        chained("addEmail", &OrbinelIdentifiers::addEmail),
+        chained("addPhoneNumber", &OrbinelIdentifiers::addPhoneNumber),
+        chained("addUserID", &OrbinelIdentifiers::addUserID),
+        chained("addCustomIdentifier", &OrbinelIdentifiers::addCustomIdentifier),
+        method("getOrbinelIdentifiers", &OrbinelIdentifiers::getOrbinelIdentifiers),
+    };
+}
+
+std::vector<Operation> productOperations() {
+    return {
+        chained("setSaleID", &OrbinelProduct::setSaleID),
+        chained("setProductID", &OrbinelProduct::setProductID),
+        chained("setName", &OrbinelProduct::setName),
+        chained("setTaxonomy", &OrbinelProduct::setTaxonomy),
+        chained("setProductImageURL", &OrbinelProduct::setProductImageURL),
+        chained("setUnitPrice", &OrbinelProduct::setUnitPrice),
+        chained("setSalePrice", &OrbinelProduct::setSalePrice),
+        chained("setCurrency", &OrbinelProduct::setCurrency),
+        chained("setStock", &OrbinelProduct::setStock),
+        chained("setInStock", &OrbinelProduct::setInStock),
+        chained("setQuantity", &OrbinelProduct::setQuantity),
+        chained("setColor", &OrbinelProduct::setColor),
+        chained("setSize", &OrbinelProduct::setSize),
+        chained("setShippingCost", &OrbinelProduct::setShippingCost),
+        chained("setVoucherName", &OrbinelProduct::setVoucherName),
+        chained("setVoucherDiscount", &OrbinelProduct::setVoucherDiscount),
+        chained("setPromotionName", &OrbinelProduct::setPromotionName),
+        chained("setPromotionDiscount", &OrbinelProduct::setPromotionDiscount),
+        chained("setGroupCode", &OrbinelProduct::setGroupCode),
+        chained("setCustomAttributeWithString", &OrbinelProduct::setCustomAttributeWithString),
+        chained("setCustomAttributeWithInt", &OrbinelProduct::setCustomAttributeWithInt),
+        chained("setCustomAttributeWithDouble", &OrbinelProduct::setCustomAttributeWithDouble),
+        chained("setCustomAttributeWithBoolean", &OrbinelProduct::setCustomAttributeWithBoolean),
+        chained("setCustomAttributeWithDate", &OrbinelProduct::setCustomAttributeWithDate),
+        chained("setCustomAttributeWithArray", &OrbinelProduct::setCustomAttributeWithArray),
+        method("isProductValid", &OrbinelProduct::isProductValid),
+        method("getProductControlSuccess", &OrbinelProduct::getProductControlSuccess),
+        method("getProductSummary", &OrbinelProduct::getProductSummary),
+        method("getProductID", &OrbinelProduct::getProductID),
+        method("getName", &OrbinelProduct::getName),
+        method("getTaxonomy", &OrbinelProduct::getTaxonomy),
+        method("getImageURL", &OrbinelProduct::getImageURL),
+        method("getCurrency", &OrbinelProduct::getCurrency),
+        method("getGroupCode", &OrbinelProduct::getGroupCode),
+        method("getUnitPrice", &OrbinelProduct::getUnitPrice),
+        method("getQuantity", &OrbinelProduct::getQuantity),
+        method("getCustomAttributeString:", &OrbinelProduct::getCustomAttributeString),
+        method("getCustomAttributeInt:", &OrbinelProduct::getCustomAttributeInt),
+        method("getCustomAttributeDouble:", &OrbinelProduct::getCustomAttributeDouble),
+        method("getCustomAttributeBoolean:", &OrbinelProduct::getCustomAttributeBoolean),
+        method("getCustomAttributeDate:", &OrbinelProduct::getCustomAttributeDate),
+        method("getCustomAttributeArray:", &OrbinelProduct::getCustomAttributeArray),
+    };
+}
+
 const std::vector<Operation>& operationsOf(ThingKind receiver) {
     static const std::vector<Operation> none;
     static const auto ofFacade = facadeOperations();
     static const auto ofEvent = eventOperations();
+    static const auto ofUser = userOperations();
+    static const auto ofIdentifiers = identifiersOperations();
+    static const auto ofProduct = productOperations();
     switch (receiver) {
         case ThingKind::nothing:
             return ofFacade;
         case ThingKind::event:
             return ofEvent;
+        case ThingKind::user:
+            return ofUser;
+        case ThingKind::identifiers:
+            return ofIdentifiers;
+        case ThingKind::product:
+            return ofProduct;
         default:
             return none;
     }
@@ -93,6 +232,12 @@ std::string_view inWords(ThingKind kind) {
             return "a dictionary";
         case ThingKind::event:
             return "an event";
+        case ThingKind::user:
+            return "a user";
+        case ThingKind::identifiers:
+            return "identifiers";
+        case ThingKind::product:
+            return "a product";
         case ThingKind::target:
             return "a target";
     }

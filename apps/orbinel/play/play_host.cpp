@@ -12,6 +12,7 @@
 #include "orbinel/headless/headless_console.hpp"
 #include "orbinel/linux/linux_host.hpp"
 #include "orbinel/orbinel.hpp"
+#include "session/stored_keys.hpp"
 
 namespace orbinel::tool {
 
@@ -72,6 +73,7 @@ void PlayHost::write(const Preset& preset) {
     };
     fill(*defaults_->standard(), preset.defaults);
     if (!preset.appGroup.empty()) fill(*defaults_->appGroup(preset.appGroupName), preset.appGroup);
+    if (!preset.contentCache.empty()) fill(*defaults_->suite(keys::contentSuite), preset.contentCache);
     for (const auto& [key, value] : preset.secure) {
         const auto data = json_->serialise(value, platform::JsonStyle::compact);
         if (data) secureItems_->store(key, key, *data);

@@ -97,6 +97,11 @@ void Player::inBackground(const std::function<void()>& work) {
 CallArgument Player::resolved(const Argument& argument) const {
     if (const auto* value = std::get_if<Value>(&argument)) return *value;
     if (const auto* callback = std::get_if<CallbackName>(&argument)) return *callback;
+    if (const auto* list = std::get_if<References>(&argument)) {
+        std::vector<Thing> things;
+        for (const auto& reference : *list) things.push_back(reference ? kept(reference->name) : Thing());
+        return things;
+    }
     return kept(std::get<Reference>(argument).name);
 }
 

@@ -89,6 +89,7 @@ struct Preset {
     std::string appGroupName;
     Dictionary appGroup;
     Dictionary secure;
+    Dictionary contentCache;
 };
 
 struct Scenario {

@@ -70,7 +70,9 @@ Preset readPreset(const Value& json, ArgumentReader& arguments) {
         parts.expectNoOthers();
     }
     if (const auto* secure = fields.find("secure")) preset.secure = readValues(*secure, "\"secure\"", arguments);
-    if (fields.find("content_cache") != nullptr) throw Unusable("the preset \"content_cache\" does not exist yet");
+    if (const auto* cache = fields.find("content_cache")) {
+        preset.contentCache = readValues(*cache, "\"content_cache\"", arguments);
+    }
     fields.expectNoOthers();
     return preset;
 }

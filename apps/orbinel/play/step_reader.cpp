@@ -196,10 +196,20 @@ Invocation StepReader::readInvocation(Fields& fields, ThingKind receiver) {
 }
 
 Argument StepReader::readArgument(const Value& json, ArgumentKind wanted, std::string_view what) {
+    if (wanted == ArgumentKind::products) return readProducts(json, what);
     auto argument = arguments_.argument(json);
     const auto* reference = std::get_if<Reference>(&argument);
     checkArgument(argument, reference != nullptr ? kindOf(reference->name) : ThingKind::nothing, wanted, what);
     return argument;
+}
+
+Argument StepReader::readProducts(const Value& json, std::string_view what) {
+    auto references = ArgumentReader::references(json, what);
+    for (const auto& reference : references) {
+        const auto element = "an element of " + std::string(what);
+        if (reference) checkArgument(*reference, kindOf(reference->name), ArgumentKind::product, element);
+    }
+    return references;
 }
 
 NotifyStep StepReader::readNotification(Fields& fields) {

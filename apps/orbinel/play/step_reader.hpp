@@ -31,6 +31,7 @@ private:
     [[nodiscard]] CallStep readCall(Fields& fields);
     [[nodiscard]] Invocation readInvocation(Fields& fields, ThingKind receiver);
     [[nodiscard]] Argument readArgument(const Value& json, ArgumentKind wanted, std::string_view what);
+    [[nodiscard]] Argument readProducts(const Value& json, std::string_view what);
     [[nodiscard]] NotifyStep readNotification(Fields& fields);
     [[nodiscard]] AdvanceStep readAdvance(Fields& fields) const;
     [[nodiscard]] WaitForStep readWaitFor(Fields& fields);

@@ -1,0 +1,50 @@
+#include "commerce/product_internal.hpp"
+
+#include <string>
+
+#include "commerce/product_codes.hpp"
+
+namespace orbinel {
+
+OrbinelProductInternal::OrbinelProductInternal(const RequiredProductFields& fields)
+    : mSummary_{{std::string(product_code::PRODUCT_ID), fields.productId.view()},
+                {std::string(product_code::NAME), fields.name.view()},
+                {std::string(product_code::TAXONOMY), fields.taxonomy},
+                {std::string(product_code::PRODUCT_IMAGE_URL), fields.imageUrl.view()},
+                {std::string(product_code::UNIT_PRICE), fields.price},
+                {std::string(product_code::CURRENCY), fields.currency.view()},
+                {std::string(product_code::QUANTITY), 1}},
+      mIsProductValid_(true) {}
+
+OrbinelProductInternal::OrbinelProductInternal(const OrbinelProductInternal& other) {
+    const MutexLock lock(other.mutex_);
+    mSummary_ = other.mSummary_;
+    mIsProductValid_ = other.mIsProductValid_;
+}
+
+void OrbinelProductInternal::setProuctSummary(Dictionary summary) {
+    const MutexLock lock(mutex_);
+    mSummary_ = std::move(summary);
+}
+
+Dictionary OrbinelProductInternal::getProuctSummary() const {
+    const MutexLock lock(mutex_);
+    return mSummary_;
+}
+
+void OrbinelProductInternal::setProuctValidity(bool valid) {
+    const MutexLock lock(mutex_);
+    mIsProductValid_ = valid;
+}
+
+bool OrbinelProductInternal::isValid() const {
+    const MutexLock lock(mutex_);
+    return mIsProductValid_;
+}
+
+void OrbinelProductInternal::set(std::string_view key, Value value) {
+    const MutexLock lock(mutex_);
+    mSummary_.set(key, std::move(value));
+}
+
+}  // namespace orbinel

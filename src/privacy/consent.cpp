@@ -1,0 +1,195 @@
+#include "privacy/consent.hpp"
+
+#include <utility>
+
+#include "base/guard.hpp"
+#include "session/stored_keys.hpp"
+
+namespace orbinel {
+
+namespace {
+
+constexpr std::string_view gdprConsentKey = "gdpr_consent";
+constexpr std::string_view mobileConsentKey = "mobile_gdpr_consent";
+
+/// Both payloads are reported under this one text.
+constexpr const char* payloadOperation = "OrbinelPrivacy - getGDPRPayload";
+
+}  // namespace
+
+OrbinelPrivacy::OrbinelPrivacy(const Needs& needs)
+    : reports_(needs.reports),
+      helper_(needs.helper),
+      session_(needs.session),
+      sender_(needs.sender),
+      endpoints_(needs.endpoints),
+      collaborators_(needs.collaborators) {}
+
+// --- Setting ---
+
+void OrbinelPrivacy::setGDPRConsent(bool consent) noexcept {
+    guarded(reports_, "+[Orbinel setGDPRConsent:]", [&] {
+        ++timesSet_;
+        helper_.setSessionGdprConsent(consent);
+        saveGdprConsent(consent);
+        sendGDPRPayload();
+        reports_.feed(
+            "setGDPRConsent",
+            [&] {
+                return Dictionary{{"value", consent}};
+            },
+            false, true);
+    });
+}
+
+void OrbinelPrivacy::setMobileGDPRConsent(bool consent) noexcept {
+    guarded(reports_, "+[Orbinel setMobileGDPRConsent:]", [&] {
+        ++timesSet_;
+        helper_.setMobileSessionGdprConsent(consent);
+        saveMobileConsent(consent);
+        sendMobileGDPRPayload();
+        reports_.feed(
+            "setMobileGDPRConsent",
+            [&] {
+                return Dictionary{{"value", consent}};
+            },
+            false, true);
+    });
+}
+
+// --- Remembering ---
+
+void OrbinelPrivacy::store(std::string_view key, Value value) {
+    helper_.standardStore().set(key, std::move(value));
+    helper_.standardStore().synchronize();
+}
+
+void OrbinelPrivacy::saveGdprConsent(bool consent) noexcept {
+    guarded(reports_, "+[OrbinelPrivacy saveGdprConsent:]", [&] {
+        privacyConsent_ = consent;
+        store(keys::gdprConsent, consent);
+    });
+}
+
+void OrbinelPrivacy::saveMobileConsent(bool consent) noexcept {
+    guarded(reports_, "+[OrbinelPrivacy saveMobileConsent:]", [&] { store(keys::mobileConsent, consent); });
+}
+
+void OrbinelPrivacy::saveFailedGdprPost(bool consent) noexcept {
+    guarded(reports_, "+[OrbinelPrivacy saveFailedGdprPost:]", [&] {
+        ++timesFailed_;
+        store(keys::savedGdprConsent, consent);
+    });
+}
+
+Value OrbinelPrivacy::checkGDPRConsent() noexcept {
+    return guarded(reports_, "+[OrbinelPrivacy checkGDPRConsent]", Value(), [&] {
+        if (helper_.sdkDisabled()) return Value();
+        auto stored = helper_.standardStore().value(keys::gdprConsent);
+        if (stored.isAbsent()) return stored;
+        privacyConsent_ = stored.truth();
+        reports_.feed("checkGDPRConsent", [&] { return Dictionary{{"value", stored.truth() ? "1" : "0"}}; });
+        return stored;
+    });
+}
+
+Value OrbinelPrivacy::checkFailedGDPRConsent() const noexcept {
+    return guarded(reports_, "+[OrbinelPrivacy checkFailedGDPRConsent]", Value(), [&] {
+        return helper_.sdkDisabled() ? Value() : helper_.standardStore().value(keys::savedGdprConsent);
+    });
+}
+
+bool OrbinelPrivacy::checkCurrentGDPRConsent() noexcept {
+    return guarded(reports_, "+[OrbinelPrivacy checkCurrentGDPRConsent]", true, [&] {
+        auto remembered = checkGDPRConsent();
+        if (remembered.isAbsent()) remembered = checkFailedGDPRConsent();
+        if (!remembered.isAbsent()) privacyConsent_ = remembered.truth();
+        return privacyConsent_.load();
+    });
+}
+
+bool OrbinelPrivacy::checkCurrentMobileConsent() const noexcept {
+    return guarded(reports_, "+[OrbinelPrivacy checkCurrentMobileConsent]", true, [&] {
+        const auto stored = helper_.standardStore().value(keys::mobileConsent);
+        return stored.isAbsent() || stored.truth();
+    });
+}
+
+// --- In the course of a launch ---
+
+void OrbinelPrivacy::adoptRememberedConsents() noexcept {
+    helper_.setSessionGdprConsent(checkCurrentGDPRConsent());
+    helper_.setMobileSessionGdprConsent(checkCurrentMobileConsent());
+}
+
+void OrbinelPrivacy::importOrResendConsent() noexcept {
+    if (checkGDPRConsent().isAbsent()) importGDPRPayload();
+    if (!checkFailedGDPRConsent().isAbsent()) sendCachedGDPRPayload();
+}
+
+// --- The privacy service ---
+
+void OrbinelPrivacy::sendGDPRPayload() noexcept {
+    guarded(reports_, "+[OrbinelPrivacy sendGDPRPayload]",
+            [&] { sender_.sendRequest(getGDPRPayload(), endpoints_.sendGDPRConsent(), {}); });
+}
+
+void OrbinelPrivacy::sendMobileGDPRPayload() noexcept {
+    guarded(reports_, "+[OrbinelPrivacy sendMobileGDPRPayload]",
+            [&] { sender_.sendRequest(getMobileGDPRPayload(), endpoints_.sendGDPRConsent(), {}); });
+}
+
+void OrbinelPrivacy::sendCachedGDPRPayload() noexcept {
+    guarded(reports_, "+[OrbinelPrivacy sendCachedGDPRPayload]", [&] {
+        sender_.sendUntilTaken(getGDPRPayload(), endpoints_.sendGDPRConsent(), [this, failed = timesFailed_.load()] {
+            if (failed == timesFailed_) store(keys::savedGdprConsent, {});
+        });
+    });
+}
+
+void OrbinelPrivacy::importGDPRPayload() noexcept {
+    guarded(reports_, "+[OrbinelPrivacy importGDPRPayload]", [&] {
+        auto payload = getGDPRPayload();
+        payload.erase(gdprConsentKey);
+        sender_.sendRequest(std::move(payload), endpoints_.getGDPRConsent(),
+                            [this, asked = timesSet_.load()](const Value& answer) {
+                                if (asked == timesSet_) return adoptImported(answer);
+                                reports_.note("Left the backend's consent: the application has set one meanwhile.");
+                            });
+    });
+}
+
+/// As if the application had set both: a missing one counts as withheld.
+void OrbinelPrivacy::adoptImported(const Value& answer) {
+    const auto* consents = answer.ifDictionary();
+    if (consents == nullptr) return;
+    setGDPRConsent((*consents)[gdprConsentKey].truth());
+    setMobileGDPRConsent((*consents)[mobileConsentKey].truth());
+}
+
+Dictionary OrbinelPrivacy::getGDPRPayload() noexcept {
+    return guarded(reports_, {payloadOperation, DescriptionForm::nameOnly}, Dictionary(),
+                   [&] { return makePayload(gdprConsentKey, privacyConsent_.load()); });
+}
+
+Dictionary OrbinelPrivacy::getMobileGDPRPayload() noexcept {
+    return guarded(reports_, {payloadOperation, DescriptionForm::nameOnly}, Dictionary(),
+                   [&] { return makePayload(mobileConsentKey, helper_.standardStore().value(keys::mobileConsent)); });
+}
+
+/// The payload ends at the first value that is missing: nothing after it is sent.
+Dictionary OrbinelPrivacy::makePayload(std::string_view consentKey, Value consent) {
+    Dictionary payload;
+    const auto partner = session_.partnerName();
+    if (partner.empty()) return payload;
+    payload.set("partner_name", partner);
+    if (consent.isAbsent()) return payload;
+    payload.set(consentKey, std::move(consent));
+    Dictionary target;
+    if (auto udid = helper_.getUdid()) target.set("udid", std::move(*udid));
+    payload.set("target", std::move(target));
+    if (auto orbinelId = collaborators_.identity->getOrbinelID()) payload.set("orbinel_id", std::move(*orbinelId));
+    return payload;
+}
+
+}  // namespace orbinel

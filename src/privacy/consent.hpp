@@ -1,0 +1,95 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <string_view>
+
+#include "base/reports.hpp"
+#include "session/collaborators.hpp"
+#include "session/endpoints.hpp"
+#include "session/helper.hpp"
+#include "session/request_sender.hpp"
+#include "session/session.hpp"
+
+namespace orbinel {
+
+/// Whether the person consents to the processing of data: two switches, remembered on the device, reported to the
+/// vendor's privacy service and copied into the flags of the gate.
+///
+/// Nothing here passes the gate: consent is what opens it. Threads: any.
+class OrbinelPrivacy final : public FailedConsent {
+public:
+    struct Needs {
+        Reports& reports;
+        OrbinelHelper& helper;
+        OrbinelSession& session;
+        OrbinelRequest& sender;
+        const OrbinelEndpoints& endpoints;
+        SessionCollaborators& collaborators;
+    };
+
+    explicit OrbinelPrivacy(const Needs& needs);
+
+    // --- What the application calls. ---
+
+    void setGDPRConsent(bool consent) noexcept;
+    void setMobileGDPRConsent(bool consent) noexcept;
+
+    // --- What the library calls in the course of a launch. ---
+
+    /// At the start: sets the gate's flags to the consents that are remembered.
+    void adoptRememberedConsents() noexcept;
+
+    /// When the application has become active: asks the backend for the consent where the application never set one on
+    /// this device, and then sends a consent again whose post failed.
+    void importOrResendConsent() noexcept;
+
+    // --- The consents. ---
+
+    void saveGdprConsent(bool consent) noexcept;
+    void saveMobileConsent(bool consent) noexcept;
+
+    /// Remembers a consent whose post did not reach the backend.
+    void saveFailedGdprPost(bool consent) noexcept override;
+
+    /// What is stored, as it stands; absent where nothing is, and while the backend has switched the library off. The
+    /// first also takes the stored consent into memory.
+    [[nodiscard]] Value checkGDPRConsent() noexcept;
+    [[nodiscard]] Value checkFailedGDPRConsent() const noexcept;
+
+    /// The consents in force: what is stored, else one that waits to be sent again, else the one in memory; without
+    /// any of them, given.
+    [[nodiscard]] bool checkCurrentGDPRConsent() noexcept;
+    [[nodiscard]] bool checkCurrentMobileConsent() const noexcept;
+
+    // --- The privacy service. ---
+
+    void sendGDPRPayload() noexcept;
+    void sendMobileGDPRPayload() noexcept;
+    void sendCachedGDPRPayload() noexcept;
+    void importGDPRPayload() noexcept;
+
+    [[nodiscard]] Dictionary getGDPRPayload() noexcept;
+    [[nodiscard]] Dictionary getMobileGDPRPayload() noexcept;
+
+private:
+    void store(std::string_view key, Value value);
+    [[nodiscard]] Dictionary makePayload(std::string_view consentKey, Value consent);
+    void adoptImported(const Value& answer);
+
+    Reports& reports_;
+    OrbinelHelper& helper_;
+    OrbinelSession& session_;
+    OrbinelRequest& sender_;
+    const OrbinelEndpoints& endpoints_;
+    SessionCollaborators& collaborators_;
+
+    std::atomic<bool> privacyConsent_{true};
+
+    // How often a consent was set, and how often a post failed: an answer that was asked for before that is too old to
+    // change what came after it.
+    std::atomic<std::uint32_t> timesSet_{0};
+    std::atomic<std::uint32_t> timesFailed_{0};
+};
+
+}  // namespace orbinel

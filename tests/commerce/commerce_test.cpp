@@ -1,0 +1,179 @@
+#include <algorithm>
+#include <set>
+#include <thread>
+
+#include "commerce/shop.hpp"
+#include "support/library_test.hpp"
+
+namespace orbinel::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+class CommerceTest : public LibraryTest {
+protected:
+    CommerceTest() {
+        shop.cart.recommendations.unbind();
+        shop.cart.recommendations.bind(attribution);
+    }
+
+    SessionRecord record() {
+        return world().session.read([](const SessionRecord& all) { return all; });
+    }
+    std::vector<std::string> eventNames() {
+        std::vector<std::string> names;
+        for (const auto& event : record().custom_events) names.push_back(event.event_name);
+        return names;
+    }
+    Dictionary parametersOfLastEvent() { return record().custom_events.back().event_params->snapshot(); }
+    std::vector<std::string> abandoned() {
+        std::vector<std::string> ids;
+        for (const auto& item : record().abandoned_items) {
+            ids.push_back((*item.ifDictionary())["product_id"].stringOrEmpty());
+        }
+        return ids;
+    }
+
+    Shop shop{world()};
+    KeptAttribution attribution;
+    const OrbinelProduct dummy = shop.product("sku", {});
+};
+
+TEST_F(CommerceTest, KeepsBooksOfTheCart) {
+    const auto shoe = shop.product("shoe");
+    shop.cart.itemRemovedFromCart("shoe");
+    shop.cart.itemRemovedFromCart("hat");
+    shop.cart.itemRemovedFromCart("");
+    EXPECT_EQ(record().removed_items, (Array{"shoe", "hat"}));
+    shop.cart.itemAddedToCart(shoe);
+    shop.cart.itemAddedToCart(shoe);
+    EXPECT_EQ(record().removed_items, (Array{"hat"}));
+    EXPECT_EQ(record().abandoned_items, (Array{Dictionary{{"product_id", "shoe"},
+                                                          {"image_url", "https://img/shoe"},
+                                                          {"title", "Name shoe"},
+                                                          {"currency", "EUR"},
+                                                          {"price", 9.5}}}));
+    EXPECT_EQ(parametersOfLastEvent(), shoe.getProductSummary());
+    shop.cart.itemRemovedFromCart("shoe");
+    EXPECT_THAT(record().abandoned_items, IsEmpty());
+    EXPECT_EQ(record().removed_items, (Array{"hat"}));
+    EXPECT_EQ(parametersOfLastEvent(), (Dictionary{{"pid", "shoe"}}));
+
+    shop.cart.itemAddedToCart(shoe);
+    shop.cart.cartCleared();
+    EXPECT_THAT(record().abandoned_items, IsEmpty());
+    EXPECT_THAT(record().removed_items, IsEmpty());
+    EXPECT_THAT(eventNames(),
+                ElementsAre("item_removed_from_cart", "item_removed_from_cart", "item_added_to_cart",
+                            "item_added_to_cart", "item_removed_from_cart", "item_added_to_cart", "cart_cleared"));
+    EXPECT_THAT(attribution.told(), ElementsAre("cart shoe", "cart shoe", "cart shoe"));
+    EXPECT_EQ(sinks.feeds("itemAddedToCart")[0].data, shoe.getProductSummary());
+    EXPECT_EQ(sinks.feeds("itemRemovedFromCart")[1].data, (Dictionary{{"value", "hat"}}));
+    EXPECT_TRUE(sinks.feeds("cartCleared")[0].shouldFeed);
+}
+
+TEST_F(CommerceTest, APurchaseMarksItsProductAndEmptiesTheCart) {
+    auto shoe = shop.product("shoe").setQuantity(2);
+    const auto copy = shoe;
+    shop.cart.itemAddedToCart(shop.product("hat"));
+    shop.cart.itemRemovedFromCart("scarf");
+    for (int i = 0; i < 120; ++i) shop.visits.visitHomepage();  // beyond the budget of ordinary events
+    shop.cart.itemPurchased("sale-1", shoe);
+    EXPECT_EQ(record().purchased_items, (Array{Dictionary{{"sale_id", "sale-1"},
+                                                          {"name", "Name shoe"},
+                                                          {"category", "[a, b]"},
+                                                          {"price", 9.5},
+                                                          {"currency", "EUR"},
+                                                          {"product_id", "shoe"},
+                                                          {"quantity", 2}}}));
+    EXPECT_THAT(record().abandoned_items, IsEmpty());
+    EXPECT_THAT(record().removed_items, IsEmpty());
+    EXPECT_EQ(eventNames().back(), "confirmation_page_view");
+    EXPECT_EQ(parametersOfLastEvent()["e_guid"], "sale-1");
+    EXPECT_EQ(shoe.getProductSummary()["e_guid"], "sale-1");
+    EXPECT_FALSE(copy.getProductSummary().contains("e_guid"));
+    EXPECT_EQ(sinks.feeds("itemPurchased")[0].data, shoe.getProductSummary());
+    EXPECT_THAT(attribution.told(), ElementsAre("cart hat", "purchase shoe"));
+    shop.cart.itemPurchased(nullptr, shop.product("hat", {"", 1, "b"}));
+    EXPECT_EQ((*record().purchased_items[1].ifDictionary())["category"], "[, b]");
+}
+
+TEST_F(CommerceTest, RefusesProductsThatAreNotValid) {
+    shop.cart.itemAddedToCart(dummy);
+    shop.cart.itemPurchased("sale", OrbinelProduct());
+    shop.wishlist.itemAddedToWishlist(dummy);
+    shop.visits.visitProductDetailPage(dummy);
+    shop.visits.visitListingPage({});
+    shop.visits.visitCartPage({dummy});
+    shop.visits.visitCartPage({});
+    shop.wishlist.itemRemovedFromWishlist("");
+    EXPECT_THAT(record().custom_events, IsEmpty());
+    EXPECT_THAT(record().purchased_items, IsEmpty());
+    const auto records = sinks.records();
+    ASSERT_THAT(records, SizeIs(3));
+    EXPECT_EQ(records[0].message, "The product used for the itemAddedToCart method is invalid.");
+    EXPECT_EQ(records[0].type, LogType::cartReminder);
+    EXPECT_EQ(records[1].message, "The product used for the itemPurchased method is invalid.");
+    EXPECT_EQ(records[2].message, "The product used for the itemAddedToWishlist method is invalid.");
+    EXPECT_EQ(textOf(records[2].type), "");
+    EXPECT_EQ(records[2].customAttributes, (Dictionary{{"product_id", ""}}));
+
+    sinks.clear();
+    const auto valid = shop.product("sku");
+    world().helper.setSdkDisabled(true);
+    shop.cart.itemAddedToCart(valid);
+    shop.visits.visitHomepage();
+    EXPECT_THAT(sinks.records(), SizeIs(2));  // the gate's own, one a call
+    EXPECT_THAT(record().custom_events, IsEmpty());
+    EXPECT_THAT(sinks.feeds("visitHomepage"), IsEmpty());
+}
+
+TEST_F(CommerceTest, TellsOfVisitsAndWishes) {
+    const auto shoe = shop.product("shoe");
+    const auto hat = shop.product("hat");
+    shop.visits.visitHomepage();
+    shop.visits.visitListingPage({"a", 1, "b"});
+    EXPECT_EQ(parametersOfLastEvent(), (Dictionary{{"ta", Array{"a", "b"}}}));
+    shop.visits.visitProductDetailPage(shoe);
+    EXPECT_EQ(parametersOfLastEvent(), shoe.getProductSummary());
+    shop.visits.visitCartPage({shoe, dummy, hat});
+    shop.wishlist.itemAddedToWishlist(shoe);
+    shop.wishlist.itemRemovedFromWishlist("shoe");
+    shop.wishlist.wishlistCleared();
+    shop.wishlist.visitWishlist({dummy, hat});
+    EXPECT_THAT(eventNames(), ElementsAre("homepage_view", "listing_page_view", "product_detail_page_view",
+                                          "cart_page_view", "cart_page_view", "item_added_to_wishlist",
+                                          "item_removed_from_wishlist", "wishlist_clear", "wishlist_page_view"));
+    EXPECT_EQ(sinks.feeds("visitListingPage")[0].data, (Dictionary{{"ta", Array{"a", 1, "b"}}}));
+    EXPECT_EQ(sinks.feeds("visitProductDetailPage")[0].data, (Dictionary{{"value", "shoe"}}));
+    EXPECT_THAT(sinks.feeds("visitCartPage;"), SizeIs(2));
+    EXPECT_THAT(sinks.feeds("visitWishlist"), SizeIs(1));
+    EXPECT_THAT(sinks.feeds("wishlistCleared"), SizeIs(1));
+}
+
+// A product is never in both lists, and never twice among the abandoned ones, whatever threads do.
+TEST_F(CommerceTest, BooksStayTrueFromSeveralThreads) {
+    std::vector<std::thread> people;
+    for (int person = 0; person < 4; ++person) {
+        people.emplace_back([&, person] {
+            for (int i = 0; i < 200; ++i) {
+                const auto id = std::to_string((i * (person + 1)) % 7);
+                if ((i + person) % 3 == 0) {
+                    shop.cart.itemRemovedFromCart(id);
+                } else {
+                    shop.cart.itemAddedToCart(shop.product(id));
+                }
+            }
+        });
+    }
+    for (auto& person : people) person.join();
+    const auto all = record();
+    const auto ids = abandoned();
+    EXPECT_EQ(std::set<std::string>(ids.begin(), ids.end()).size(), ids.size());
+    for (const auto& id : ids) EXPECT_EQ(std::count(all.removed_items.begin(), all.removed_items.end(), Value(id)), 0);
+}
+
+}  // namespace
+}  // namespace orbinel::testing
