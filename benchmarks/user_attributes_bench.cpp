@@ -1,14 +1,10 @@
 #include <array>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <string>
 
 #include "benchmarks/ratio_table.hpp"
 #include "benchmarks/running_library.hpp"
-#include "orbinel/user.hpp"
-#include "user/login.hpp"
-#include "user/user_access.hpp"
 
 namespace orbinel::bench {
 namespace {
@@ -38,12 +34,7 @@ void PlainAttributes(benchmark::State& state) {
 
 void UserAttributes(benchmark::State& state) {
     RunningLibrary library;
-    auto& w = library.world();
-    Login login({w.reports, w.helper, w.identity, w.userAttributes, w.sessionStop, w.sessionStart, w.ownLifetime,
-                 *w.services.scheduler});
-    const auto access = std::make_shared<const UserAccess>(
-        UserAccess{w.reports, w.validation, w.userAttributes, w.identity, login, w.ownLifetime});
-    OrbinelUser user(access);
+    OrbinelUser user = Orbinel::getCurrentUser();
     for (auto _ : state) {
         for (const auto& [name, value] : attributes) user.setCustomAttributeWithString(name, value);
     }
