@@ -45,7 +45,7 @@ public:
     [[nodiscard]] Dictionary getOrbinelIdentifiers() const noexcept;
 
 private:
-    void set(std::string_view key, OptionalText identifier) noexcept;
+    void set(std::string_view prefix, OptionalText key, OptionalText identifier) noexcept;
     void refuseKey(std::string_view key) const noexcept;
 
     std::weak_ptr<const UserAccess> access_;

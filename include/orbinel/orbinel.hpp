@@ -85,7 +85,8 @@ public:
 
     /// Whether the person consents to data processing (GDPR), and to it on this device. Kept across launches and posted
     /// to the backend; a post that did not reach it is repeated when the application next becomes active. While either
-    /// is false, every gated operation does nothing and no session is started or stopped. Not gated.
+    /// is false, every gated operation does nothing and no session is started or stopped. Before initialisation the
+    /// backend cannot be told: such a consent is in force and kept, but has to be set again afterwards. Not gated.
     static void setGDPRConsent(bool consent) noexcept;
     static void setMobileGDPRConsent(bool consent) noexcept;
 
@@ -106,7 +107,7 @@ public:
     [[nodiscard]] static std::optional<std::string> getOrbinelID() noexcept;
 
     /// Performs `selector` (a member function of the sender that takes a `const std::string&`, or a function that takes
-    /// the sender and that) whenever the Orbinel ID changes, on whichever thread changes it. The sender is held weakly;
+    /// the sender and that) whenever an Orbinel ID is set, on whichever thread sets it. The sender is held weakly;
     /// registering it again replaces its selector. Gated.
     template <typename Selector, typename Sender>
     static void registerOrbinelIDListenerWithSelector(Selector selector, std::weak_ptr<Sender> sender) noexcept {
@@ -148,7 +149,7 @@ public:
     /// The value that the vendor set for the variable, or the default where there is none: the one that the latest
     /// session start delivered, also in an earlier launch. A value of another kind is converted: to a text by its JSON
     /// form; to a number and a switch by what it reads as from its beginning ("12 pieces" is 12, "yes" is true). Reads
-    /// memory only. Notes for the session which campaign was shown.
+    /// memory only, once the store has been read. Notes for the session which campaign was shown.
     [[nodiscard]] static std::string getContentStringWithName(OptionalText name, OptionalText defaultString,
                                                               OrbinelVariableType dataType) noexcept;
     [[nodiscard]] static bool getContentBoolWithName(OptionalText name, bool defaultBool,
@@ -197,8 +198,8 @@ public:
 
     /// Asks the backend for the messages sent to this device between two moments, at most `limit` of them. `success`
     /// gets them as they came, on the main queue; an empty list at once, on the caller's thread, where a date is
-    /// missing or the start is not before the end; and is not called at all when the backend cannot be reached. Not
-    /// gated.
+    /// missing, the start is not before the end, or the library is not initialised; and is not called at all when the
+    /// backend cannot be reached. Not gated.
     static void getMessageCenterDataWithLimit(std::int32_t limit, std::optional<Date> startDate,
                                               std::optional<Date> endDate,
                                               std::function<void(const Array&)> success) noexcept;

@@ -20,9 +20,11 @@ public:
 
     template <typename Target, typename Action>
     requires std::invocable<Action&, Target&, Arguments...> TargetAction(std::weak_ptr<Target> target, Action action)
-        : target_(target), perform_([action = std::move(action)](void* locked, Arguments... arguments) mutable {
-              std::invoke(action, *static_cast<Target*>(locked), std::forward<Arguments>(arguments)...);
-          }) {}
+        : target_(std::move(target)),
+          perform_(std::make_shared<Perform>(
+              [action = std::move(action)](void* locked, Arguments... arguments) mutable {
+                  std::invoke(action, *static_cast<Target*>(locked), std::forward<Arguments>(arguments)...);
+              })) {}
 
     /// Whether there is a target, and it still lives.
     [[nodiscard]] bool isAlive() const noexcept { return perform_ != nullptr && !target_.expired(); }
@@ -33,12 +35,14 @@ public:
     /// Performs the action where the target still lives, and keeps the target alive meanwhile.
     void perform(Arguments... arguments) const {
         if (!perform_) return;
-        if (const auto locked = target_.lock()) perform_(locked.get(), std::forward<Arguments>(arguments)...);
+        if (const auto locked = target_.lock()) (*perform_)(locked.get(), std::forward<Arguments>(arguments)...);
     }
 
 private:
+    using Perform = std::function<void(void*, Arguments...)>;
+
     std::weak_ptr<void> target_;
-    std::function<void(void*, Arguments...)> perform_;
+    std::shared_ptr<Perform> perform_;  // one action for all copies, which cost nothing of the application's
 };
 
 }  // namespace orbinel

@@ -25,6 +25,8 @@ enum class OrbinelGender : std::int32_t { male = 0, female = 1, other = 2 };
 /// A handle: every user object and every copy of it speaks of the one user of the library that it came from. What is
 /// told gathers until the running session ends, and is sent with it; a later value replaces an earlier one. A value
 /// that is refused is skipped silently, except where a record is named; `Orbinel::setDevelopmentLog` may tell why.
+/// Attributes pass no gate. What is set before a login that finds another person leaves with the session of the person
+/// before: set attributes in the login's result. `Orbinel::getCurrentUser` begins with empty ones.
 /// Nothing is thrown; before the library's start and after its shutdown nothing happens.
 ///
 /// Threads: any.

@@ -14,12 +14,9 @@ void CommerceEvents::tagEachValid(const std::vector<OrbinelProduct>& products, s
     }
 }
 
-void CommerceEvents::reportInvalid(const OrbinelProduct& product, LogType type,
-                                   std::string_view operation) const noexcept {
-    guarded(reports_, "+[OrbinelProduct reportInvalid]", [&] {
-        const auto message = "The product used for the " + std::string(operation) + " method is invalid.";
-        reports_.log(type, LogLevel::info, message, [&] { return Dictionary{{"product_id", product.getProductID()}}; });
-    });
+void CommerceEvents::reportInvalid(const OrbinelProduct& product, LogType type, std::string_view operation) const {
+    const auto message = "The product used for the " + std::string(operation) + " method is invalid.";
+    reports_.log(type, LogLevel::info, message, [&] { return Dictionary{{"product_id", product.getProductID()}}; });
 }
 
 }  // namespace orbinel

@@ -54,7 +54,7 @@ public:
                       std::string_view methodType) const;
 
     /// Leaves a record of a product that an operation refused.
-    void reportInvalid(const OrbinelProduct& product, LogType type, std::string_view operation) const noexcept;
+    void reportInvalid(const OrbinelProduct& product, LogType type, std::string_view operation) const;
 
 private:
     Reports& reports_;

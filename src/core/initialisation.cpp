@@ -37,6 +37,7 @@ Initialisation::Initialisation(const Needs& needs)
       stop_(needs.stop),
       start_(needs.start),
       privacy_(needs.privacy),
+      user_(needs.user),
       identity_(needs.identity),
       automaticIntegration_(needs.automaticIntegration),
       wizard_(needs.wizard),
@@ -79,6 +80,7 @@ void Initialisation::initSDK(const Value& partnerName, const std::optional<Dicti
         if (!partnerNameIsValid(partnerName)) return;
         if (helper_.sdkDisabled()) return reports_.note("Not initialised: the backend has switched the library off.");
         features_.callUserNotificationCenterSwizzlers();
+        user_.initUser();
         privacy_.adoptRememberedConsents();
         session_.setPartnerName(partnerName.stringOrEmpty());
         features_.addObserverForEventInapps();

@@ -23,6 +23,7 @@
 #include "tools/auto_integration.hpp"
 #include "tools/integration_wizard.hpp"
 #include "user/identity.hpp"
+#include "user/user_attributes.hpp"
 
 namespace orbinel {
 
@@ -39,6 +40,7 @@ public:
         SessionStop& stop;
         OrbinelConfig& start;
         OrbinelPrivacy& privacy;
+        OrbinelUserInternal& user;
         OrbinelIdentity& identity;
         AutoIntegration& automaticIntegration;
         IntegrationWizard& wizard;
@@ -86,6 +88,7 @@ private:
     SessionStop& stop_;
     OrbinelConfig& start_;
     OrbinelPrivacy& privacy_;
+    OrbinelUserInternal& user_;
     OrbinelIdentity& identity_;
     AutoIntegration& automaticIntegration_;
     IntegrationWizard& wizard_;

@@ -220,7 +220,8 @@ void Orbinel::setIdListener(TargetAction<const std::string&> listener) noexcept 
                 [&](World& world) { world.idListeners.registerOrbinelIDListener(std::move(listener)); });
 }
 
-// --- Products, cart, wishlist and pages: their owners ask the gate ---
+// --- Products, cart, wishlist and pages: their owners ask the gate, except where a message on screen has to go first
+// ---
 
 OrbinelProduct Orbinel::createNewProductWithID(OptionalText productID, OptionalText name, const Array& taxonomy,
                                                OptionalText imageURL, double price, OptionalText currency) noexcept {
@@ -232,35 +233,35 @@ OrbinelProduct Orbinel::createNewProductWithID(OptionalText productID, OptionalT
 }
 
 void Orbinel::visitHomepage() noexcept {
-    onWorld("+[Orbinel visitHomepage]", [](World& world) {
+    throughGate("+[Orbinel visitHomepage]", [](World& world) {
         world.pendingFeatures.removeInappOnProductPage();
         world.pageVisits.visitHomepage();
     });
 }
 
 void Orbinel::visitListingPageWithTaxonomy(const Array& taxonomy) noexcept {
-    onWorld("+[Orbinel visitListingPageWithTaxonomy:]", [&](World& world) {
+    throughGate("+[Orbinel visitListingPageWithTaxonomy:]", [&](World& world) {
         world.pendingFeatures.removeInappOnProductPage();
         world.pageVisits.visitListingPage(taxonomy);
     });
 }
 
 void Orbinel::visitProductDetailPageWithProduct(const OrbinelProduct& product) noexcept {
-    onWorld("+[Orbinel visitProductDetailPageWithProduct:]", [&](World& world) {
+    throughGate("+[Orbinel visitProductDetailPageWithProduct:]", [&](World& world) {
         world.pendingFeatures.removeInappOnProductPage();
         world.pageVisits.visitProductDetailPage(product);
     });
 }
 
 void Orbinel::visitCartPageWithProducts(const std::vector<OrbinelProduct>& products) noexcept {
-    onWorld("+[Orbinel visitCartPageWithProducts:]", [&](World& world) {
+    throughGate("+[Orbinel visitCartPageWithProducts:]", [&](World& world) {
         world.pendingFeatures.removeInappOnProductPage();
         world.pageVisits.visitCartPage(products);
     });
 }
 
 void Orbinel::visitWishlistWithProducts(const std::vector<OrbinelProduct>& products) noexcept {
-    onWorld("+[Orbinel visitWishlistWithProducts:]", [&](World& world) {
+    throughGate("+[Orbinel visitWishlistWithProducts:]", [&](World& world) {
         world.pendingFeatures.removeInappOnProductPage();
         world.wishlist.visitWishlist(products);
     });

@@ -55,7 +55,7 @@ World::World(platform::Services given)
       lifecycle({reports, helper, session, sessionStop, sessionStart, privacy, identity, deviceAttributes, testDevices,
                  wizard, contentOptimizer, pendingFeatures, ownLifetime, *services.application,
                  *services.notifications}),
-      initialisation({reports, helper, endpoints, session, sessionStop, sessionStart, privacy, identity,
+      initialisation({reports, helper, endpoints, session, sessionStop, sessionStart, privacy, userAttributes, identity,
                       autoIntegration, wizard, contentOptimizer, recommendations, lifecycle, pendingFeatures,
                       ownLifetime, *services.scheduler, *services.notificationCentre}) {}
 

@@ -16,10 +16,11 @@ namespace {
 
 using std::chrono::milliseconds;
 
+constexpr double shortestInterval = 1;                   // seconds: a slip of the backend must not drain a battery
 constexpr double longestInterval = 10 * 365 * 86'400.0;  // seconds: as good as never, and within every clock's range
 
 milliseconds intervalOf(double seconds) noexcept {
-    return milliseconds(static_cast<milliseconds::rep>(std::min(seconds, longestInterval) * 1000));
+    return milliseconds(static_cast<milliseconds::rep>(std::clamp(seconds, shortestInterval, longestInterval) * 1000));
 }
 
 }  // namespace

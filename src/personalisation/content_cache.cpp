@@ -85,6 +85,7 @@ void ContentCache::addTestVariable(const std::string& name) {
 
 void ContentCache::removeTestVariables() {
     const auto names = store_->value(keys::testContents);
+    if (names.isAbsent()) return;
     if (const auto* list = names.ifArray()) remove(*list);
     store_->set(keys::testContents, Value());
     store_->synchronize();

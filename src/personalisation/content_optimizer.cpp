@@ -209,6 +209,8 @@ void OrbinelContentOptimizer::addAsNewContentVariable(std::string_view name, typ
         registerVariable<Rules>(name, fallback, dataType);
     } catch (const std::exception& exception) {
         if (validation_.isNameValid(name)) reportException(reports_, operation, exception.what());
+    } catch (...) {
+        if (validation_.isNameValid(name)) reportException(reports_, operation, "unknown exception");
     }
 }
 

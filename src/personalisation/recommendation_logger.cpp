@@ -4,6 +4,7 @@
 
 #include "base/guard.hpp"
 #include "commerce/product_codes.hpp"
+#include "events/data_types.hpp"
 
 namespace orbinel {
 
@@ -19,11 +20,19 @@ void addProductAttributes(const OrbinelProduct& product, const Dictionary& summa
     log.set("product_id", product.getProductID());
     log.set("name", product.getName());
     log.set("price", product.getUnitPrice());
-    log.set("taxonomy", product.getTaxonomy());
+    log.set("taxonomy", makeArrayValid(product.getTaxonomy()));
     log.set("currency", product.getCurrency());
     log.set("image_url", product.getImageURL());
     const auto& groupCode = summary[product_code::GROUP_CODE];
     if (!groupCode.isAbsent() && !groupCode.isNull()) log.set("groupcode", groupCode);
+}
+
+Dictionary productLogOf(std::int32_t recommendationId, std::string_view action, const OrbinelProduct& product,
+                        const Dictionary& summary) {
+    auto log = logOf(recommendationId, action);
+    log.set("product", summary);
+    addProductAttributes(product, summary, log);
+    return log;
 }
 
 }  // namespace
@@ -68,8 +77,10 @@ void OrbinelRecommendationLogger::logClickWithRecommendationID(std::int32_t reco
                                                                const OrbinelProduct& product) noexcept {
     guarded(reports_, {"logClickWithRecommendationID", DescriptionForm::nameOnly}, [&] {
         if (!recommendationIDsThatHasProductsContainsRecomendationID(recommendationId)) return;
+        const auto summary = product.getProductSummary();
+        append(productLogOf(recommendationId, "click", product, summary));
         addToClickedProductsWithProduct(product, recommendationId);
-        logProduct(recommendationId, "click", product);
+        customEventFeederWithRecommendationID(recommendationId, "click", summary, nullptr);
     });
 }
 
@@ -124,10 +135,7 @@ std::optional<std::set<std::int32_t>> OrbinelRecommendationLogger::getRecommenda
 void OrbinelRecommendationLogger::logProduct(std::int32_t recommendationId, std::string_view action,
                                              const OrbinelProduct& product) {
     auto summary = product.getProductSummary();
-    auto log = logOf(recommendationId, action);
-    log.set("product", summary);
-    addProductAttributes(product, summary, log);
-    append(std::move(log));
+    append(productLogOf(recommendationId, action, product, summary));
     customEventFeederWithRecommendationID(recommendationId, action, std::move(summary), nullptr);
 }
 

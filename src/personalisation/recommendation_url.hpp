@@ -8,8 +8,8 @@
 /// Makes the address of a recommendation request from the template that the backend gives for it.
 ///
 /// A template holds "{language}", "{currency}", "{category}" and "{productID}", and segments that filter by category:
-/// "[category][=][{category}]", with one to three characters of an operator. Time is linear in the texts given; a text
-/// that would grow beyond 1 MiB is refused with an exception (std::length_error).
+/// "[category][=][{category}]", with one to three characters of an operator. Time is linear in the texts given and the
+/// result; a text that would grow beyond 1 MiB is refused with an exception (std::length_error).
 namespace orbinel::recommendation_url {
 
 /// Replaces every occurrence, from left to right and without looking at what was put in.

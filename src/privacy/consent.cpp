@@ -29,32 +29,52 @@ OrbinelPrivacy::OrbinelPrivacy(const Needs& needs)
 
 void OrbinelPrivacy::setGDPRConsent(bool consent) noexcept {
     guarded(reports_, "+[Orbinel setGDPRConsent:]", [&] {
-        ++timesSet_;
-        helper_.setSessionGdprConsent(consent);
-        saveGdprConsent(consent);
-        sendGDPRPayload();
-        reports_.feed(
-            "setGDPRConsent",
-            [&] {
-                return Dictionary{{"value", consent}};
-            },
-            false, true);
+        {
+            const MutexLock lock(settingMutex_);
+            ++timesSet_;
+            adoptGdprConsent(consent);
+        }
+        announceGdprConsent(consent);
     });
 }
 
 void OrbinelPrivacy::setMobileGDPRConsent(bool consent) noexcept {
     guarded(reports_, "+[Orbinel setMobileGDPRConsent:]", [&] {
-        ++timesSet_;
-        helper_.setMobileSessionGdprConsent(consent);
-        saveMobileConsent(consent);
-        sendMobileGDPRPayload();
-        reports_.feed(
-            "setMobileGDPRConsent",
-            [&] {
-                return Dictionary{{"value", consent}};
-            },
-            false, true);
+        {
+            const MutexLock lock(settingMutex_);
+            ++timesSet_;
+            adoptMobileConsent(consent);
+        }
+        announceMobileConsent(consent);
     });
+}
+
+void OrbinelPrivacy::adoptGdprConsent(bool consent) {
+    helper_.setSessionGdprConsent(consent);
+    privacyConsent_ = consent;
+    store(keys::gdprConsent, consent);
+}
+
+void OrbinelPrivacy::adoptMobileConsent(bool consent) {
+    helper_.setMobileSessionGdprConsent(consent);
+    store(keys::mobileConsent, consent);
+}
+
+void OrbinelPrivacy::announceGdprConsent(bool consent) noexcept {
+    sendGDPRPayload();
+    feedConsent("setGDPRConsent", consent);
+}
+
+void OrbinelPrivacy::announceMobileConsent(bool consent) noexcept {
+    sendMobileGDPRPayload();
+    feedConsent("setMobileGDPRConsent", consent);
+}
+
+void OrbinelPrivacy::feedConsent(std::string_view methodType, bool consent) noexcept {
+    constexpr bool isError = false;
+    constexpr bool shouldFeed = true;
+    const auto data = [&] { return Dictionary{{"value", consent}}; };
+    reports_.feed(methodType, data, isError, shouldFeed);
 }
 
 // --- Remembering ---
@@ -151,20 +171,35 @@ void OrbinelPrivacy::importGDPRPayload() noexcept {
     guarded(reports_, "+[OrbinelPrivacy importGDPRPayload]", [&] {
         auto payload = getGDPRPayload();
         payload.erase(gdprConsentKey);
+        std::uint32_t asked = 0;
+        {
+            const MutexLock lock(settingMutex_);
+            asked = timesSet_;
+        }
         sender_.sendRequest(std::move(payload), endpoints_.getGDPRConsent(),
-                            [this, asked = timesSet_.load()](const Value& answer) {
-                                if (asked == timesSet_) return adoptImported(answer);
-                                reports_.note("Left the backend's consent: the application has set one meanwhile.");
-                            });
+                            [this, asked](const Value& answer) { adoptImported(answer, asked); });
     });
 }
 
-/// As if the application had set both: a missing one counts as withheld.
-void OrbinelPrivacy::adoptImported(const Value& answer) {
+/// As if the application had set both: a missing one counts as withheld. What the application itself has set since the
+/// backend was asked stays.
+void OrbinelPrivacy::adoptImported(const Value& answer, std::uint32_t asked) {
     const auto* consents = answer.ifDictionary();
     if (consents == nullptr) return;
-    setGDPRConsent((*consents)[gdprConsentKey].truth());
-    setMobileGDPRConsent((*consents)[mobileConsentKey].truth());
+    const bool gdpr = (*consents)[gdprConsentKey].truth();
+    const bool mobile = (*consents)[mobileConsentKey].truth();
+    bool inTime = false;
+    {
+        const MutexLock lock(settingMutex_);
+        inTime = asked == timesSet_;
+        if (inTime) {
+            adoptGdprConsent(gdpr);
+            adoptMobileConsent(mobile);
+        }
+    }
+    if (!inTime) return reports_.note("Left the backend's consent: the application has set one meanwhile.");
+    announceGdprConsent(gdpr);
+    announceMobileConsent(mobile);
 }
 
 Dictionary OrbinelPrivacy::getGDPRPayload() noexcept {

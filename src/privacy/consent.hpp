@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "base/mutex.hpp"
 #include "base/reports.hpp"
 #include "session/collaborators.hpp"
 #include "session/endpoints.hpp"
@@ -75,7 +76,12 @@ public:
 private:
     void store(std::string_view key, Value value);
     [[nodiscard]] Dictionary makePayload(std::string_view consentKey, Value consent);
-    void adoptImported(const Value& answer);
+    void adoptGdprConsent(bool consent) ORBINEL_REQUIRES(settingMutex_);
+    void adoptMobileConsent(bool consent) ORBINEL_REQUIRES(settingMutex_);
+    void announceGdprConsent(bool consent) noexcept;
+    void announceMobileConsent(bool consent) noexcept;
+    void feedConsent(std::string_view methodType, bool consent) noexcept;
+    void adoptImported(const Value& answer, std::uint32_t asked);
 
     Reports& reports_;
     OrbinelHelper& helper_;
@@ -86,9 +92,12 @@ private:
 
     std::atomic<bool> privacyConsent_{true};
 
-    // How often a consent was set, and how often a post failed: an answer that was asked for before that is too old to
-    // change what came after it.
-    std::atomic<std::uint32_t> timesSet_{0};
+    // Keeps the gate's flag and what is stored in step, whoever sets them at once. The store neither waits nor calls
+    // back.
+    Mutex settingMutex_;
+    std::uint32_t timesSet_ ORBINEL_GUARDED_BY(settingMutex_) = 0;
+
+    // How often a post failed: a resend that was sent before that says nothing of what came after it.
     std::atomic<std::uint32_t> timesFailed_{0};
 };
 

@@ -20,13 +20,12 @@ void OfflineQueue::reclaim() {
 }
 
 void OfflineQueue::reportReclaimed(const platform::ReclaimedElements& reclaimed) noexcept {
-    constexpr std::size_t shownBytes = 2000;
     if (reclaimed.returned > 0) {
         reports_.note([&] { return std::to_string(reclaimed.returned) + " session stops are queued again."; });
     }
     for (const auto& stop : reclaimed.dropped) {
         reports_.log(LogType::common, LogLevel::error, "Dropped a queued request that can not be sent.", [&] {
-            return Dictionary{{"request_type", "STOP"}, {"request", std::string_view(stop).substr(0, shownBytes)}};
+            return Dictionary{{"request_type", "STOP"}, {"bytes", static_cast<std::int64_t>(stop.size())}};
         });
     }
 }

@@ -29,6 +29,8 @@ struct OrbinelRequest::Outgoing {
     std::string body;
     std::string scrambled;  // the envelope's "payload"; empty where the body travels plain
     bool isStop = false;
+    bool isConsent = false;          // by the endpoints in force when it was sent
+    bool answerIsScrambled = false;  // the same
     bool gdprConsent = false;        // the caller's "gdpr_consent"
     std::optional<Element> element;  // where the offline queue keeps a stop
     Answer success;
@@ -78,6 +80,8 @@ void OrbinelRequest::send(Dictionary payload, std::string url, Answer success, s
             request->taken = std::move(taken);
             request->timestamp = helper_.getTimestampAsString();
             request->isStop = url.find(endpoints_.sessionStop()) != std::string::npos;
+            request->isConsent = url.find("gdpr/set") != std::string::npos || url == endpoints_.sendGDPRConsent();
+            request->answerIsScrambled = endpoints_.shouldDecryptEndpoint(url);
             request->url = std::move(url);
             request->gdprConsent = payload["gdpr_consent"].truth();
             request->element = element;
@@ -96,7 +100,10 @@ void OrbinelRequest::prepareAndSend(Dictionary payload, const std::shared_ptr<Ou
         return;
     }
     auto json = json_.serialise(payload, platform::JsonStyle::compact);
-    if (!json) return answerLater(request);
+    if (!json) {
+        if (request->element) queue_.giveUp(*request->element);
+        return answerLater(request);
+    }
     const bool writtenDown = request->isStop && !request->element;
     if (writtenDown) handOver(*json, request);
     request->body = std::move(*json);
@@ -176,9 +183,9 @@ void OrbinelRequest::complete(Outgoing& request, platform::HttpOutcome outcome) 
             return true;
         }
         noteFailure(request, outcome);
-        const bool consentPost =
-            request.url.find("gdpr/set") != std::string::npos || request.url == endpoints_.sendGDPRConsent();
-        if (response == nullptr && consentPost) collaborators_.failedConsent->saveFailedGdprPost(request.gdprConsent);
+        if (response == nullptr && request.isConsent) {
+            collaborators_.failedConsent->saveFailedGdprPost(request.gdprConsent);
+        }
         return !request.isStop || queueAgain(request);
     });
     if (decided) request.answer(reports_, {});
@@ -203,7 +210,7 @@ void OrbinelRequest::answered(Outgoing& request, const platform::HttpResponse& r
 
 Value OrbinelRequest::decode(const Outgoing& request, const platform::HttpResponse& response) const {
     std::string text = *response.body;
-    if (endpoints_.shouldDecryptEndpoint(request.url)) {
+    if (request.answerIsScrambled) {
         auto plain = encryptor_.decryptPayload(text, response.header("ts").value_or(std::string()));
         if (plain) text = std::move(*plain);
     }

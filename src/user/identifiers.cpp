@@ -18,11 +18,11 @@ namespace codes = attribute_codes;
 OrbinelIdentifiers::OrbinelIdentifiers(std::weak_ptr<const UserAccess> access) noexcept : access_(std::move(access)) {}
 
 /// Out of memory leaves the identifiers as they are.
-void OrbinelIdentifiers::set(std::string_view key, OptionalText identifier) noexcept {
+void OrbinelIdentifiers::set(std::string_view prefix, OptionalText key, OptionalText identifier) noexcept {
     if (identifier.view().empty()) return;
     try {
         auto changed = identifiers_ != nullptr ? *identifiers_ : Dictionary();
-        changed.set(key, identifier.view());
+        changed.set(std::string(prefix).append(key.view()), identifier.view());
         identifiers_ = std::make_shared<const Dictionary>(std::move(changed));
     } catch (const std::exception& exception) {
         const Visit<const UserAccess> access(access_.lock());
@@ -36,17 +36,17 @@ void OrbinelIdentifiers::refuseKey(std::string_view key) const noexcept {
 }
 
 OrbinelIdentifiers& OrbinelIdentifiers::addEmail(OptionalText email) & noexcept {
-    if (isEmailValid(email.view())) set(codes::EMAIL, email);
+    if (isEmailValid(email.view())) set("", codes::EMAIL, email);
     return *this;
 }
 
 OrbinelIdentifiers& OrbinelIdentifiers::addPhoneNumber(OptionalText phoneNumber) & noexcept {
-    if (isPhoneNumberValid(phoneNumber.view())) set(codes::PHONE_NUMBER, phoneNumber);
+    if (isPhoneNumberValid(phoneNumber.view())) set("", codes::PHONE_NUMBER, phoneNumber);
     return *this;
 }
 
 OrbinelIdentifiers& OrbinelIdentifiers::addUserID(OptionalText userId) & noexcept {
-    set(codes::UUID, userId);
+    set("", codes::UUID, userId);
     return *this;
 }
 
@@ -56,7 +56,7 @@ OrbinelIdentifiers& OrbinelIdentifiers::addCustomIdentifier(OptionalText key, Op
         refuseKey(key.view());
         return *this;
     }
-    set(std::string(codes::customPrefix).append(key.view()), identifier);
+    set(codes::customPrefix, key, identifier);
     return *this;
 }
 

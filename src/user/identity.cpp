@@ -63,13 +63,15 @@ void OrbinelIdentity::mirror(const std::string& orbinelId) {
     {
         const MutexLock lock(mutex_);
         if (mirrored_ == wanted) return;
-        mirrored_ = wanted;
     }
     const auto group = helper_.appGroupStore();
     if (group == nullptr) return;
+    const MutexLock lock(mutex_);  // so that the last one who writes is the last one who says what was written
+    if (mirrored_ == wanted) return;
     group->set(keys::partnerName, wanted.partnerName);
     group->set(keys::orbinelId, wanted.orbinelId);
     group->synchronize();
+    mirrored_ = wanted;
 }
 
 bool OrbinelIdentity::isOrbinelIdValid(const Value& orbinelId) const noexcept {
@@ -208,7 +210,10 @@ void OrbinelIdentity::resolveAgain(std::string_view message, const Dictionary& i
         reports_.log(LogType::inapp, LogLevel::info, message, [] { return Dictionary(); });
         const auto change = beginChange();
         sendIdentityRequest(identifiers, [this, change, identifiers, completion](const std::string& orbinelId) {
-            if (!orbinelId.empty() && mayTakeEffect(change)) identityRequestSuccessHandler(orbinelId, identifiers);
+            if (!orbinelId.empty() && mayTakeEffect(change)) {
+                identityRequestSuccessHandler(orbinelId, identifiers);
+                yieldToLogout(change);
+            }
             completion();
         });
     });
@@ -217,10 +222,19 @@ void OrbinelIdentity::resolveAgain(std::string_view message, const Dictionary& i
 
 void OrbinelIdentity::logoutUser() noexcept {
     guarded(reports_, "-[OrbinelIdentity logoutUser]", [&] {
-        if (!mayTakeEffect(beginChange())) return;
-        unsetUserIdentifiers();
-        user_.setLoginStatus(false);
+        const auto change = beginChange();
+        lastLogout_ = change;
+        if (mayTakeEffect(change)) forgetLogin();
     });
+}
+
+void OrbinelIdentity::forgetLogin() noexcept {
+    unsetUserIdentifiers();
+    user_.setLoginStatus(false);
+}
+
+void OrbinelIdentity::yieldToLogout(Change change) noexcept {
+    if (lastLogout_ > change) forgetLogin();
 }
 
 bool OrbinelIdentity::mayTakeEffect(Change change) noexcept {

@@ -92,6 +92,8 @@ public:
     [[nodiscard]] Change beginChange() noexcept { return ++lastBegun_; }
     /// To be asked before the change takes effect; false where it is too late.
     [[nodiscard]] bool mayTakeEffect(Change change) noexcept;
+    /// To be called once a login is in effect: a logout that began after it, and came in between, has the last word.
+    void yieldToLogout(Change change) noexcept;
 
 private:
     [[nodiscard]] std::optional<std::string> currentId();
@@ -99,6 +101,7 @@ private:
     void mirror(const std::string& orbinelId);
     void resolveAgain(std::string_view message, const Dictionary& identifiers, const Completion& completion) noexcept;
     void setIdentifiersAsAttributes(const Dictionary& identifiers);
+    void forgetLogin() noexcept;
 
     Reports& reports_;
     OrbinelHelper& helper_;
@@ -109,6 +112,7 @@ private:
 
     std::atomic<Change> lastBegun_{0};
     std::atomic<Change> lastInEffect_{0};
+    std::atomic<Change> lastLogout_{0};
 
     struct Mirrored {
         std::string group;

@@ -34,7 +34,7 @@ void Login::login(Dictionary identifiers, OrbinelIDResult result) noexcept {
             return startUnificationProcessWithSessionProcess(std::move(identifiers), std::move(result));
         }
         if (identity_.shouldRetryIdentification()) return reports_.note("Left a login: it is to be repeated anyway.");
-        giveResult(result, identity_.getOrbinelID().value_or(std::string()));
+        if (const auto orbinelId = identity_.getOrbinelID()) giveResult(result, *orbinelId);
     });
 }
 
@@ -106,6 +106,7 @@ void Login::startNewSession(const AttemptPointer& attempt) {
 void Login::apply(const Attempt& attempt) noexcept {
     identity_.storeUserIdentifiers(attempt.identifiers);
     identity_.identityRequestSuccessHandler(attempt.orbinelId, attempt.identifiers);
+    identity_.yieldToLogout(attempt.change);
 }
 
 void Login::giveResult(const OrbinelIDResult& result, const std::string& orbinelId) noexcept {

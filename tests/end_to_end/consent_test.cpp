@@ -78,6 +78,10 @@ TEST(WithheldConsent, NothingGatedLeavesTheDevice) {
         EXPECT_THAT(pathsOf(backend), IsSubsetOf({"/api/v1/privacy/gdpr/consent/set"}));
     }
 
+    library.services.notificationCentre->post(platform::notification_names::willTerminate, {});
+    ASSERT_TRUE(library.runUntil([&] { return library.network->underWay == 0; }));
+    EXPECT_TRUE(pathsOf(backend).contains("/api/wizard/v1/disconnect"));  // the one thing more that the page names
+
     // Given again, what waited goes out, and what was dropped does not come back.
     Orbinel::setMobileGDPRConsent(true);
     refusesStops = false;

@@ -73,13 +73,22 @@ struct ArgumentOf<std::optional<Date>> {
 template <>
 struct ArgumentOf<Array> {
     static constexpr auto kind = ArgumentKind::array;
-    static const Array& make(const CallArgument& argument, Trace&) { return *valueOf(argument).ifArray(); }
+    /// A kept result may have been nothing: that is an empty list.
+    static const Array& make(const CallArgument& argument, Trace&) {
+        static const Array nothing;
+        const auto* array = valueOf(argument).ifArray();
+        return array != nullptr ? *array : nothing;
+    }
 };
 
 template <>
 struct ArgumentOf<Dictionary> {
     static constexpr auto kind = ArgumentKind::dictionary;
-    static const Dictionary& make(const CallArgument& argument, Trace&) { return *valueOf(argument).ifDictionary(); }
+    static const Dictionary& make(const CallArgument& argument, Trace&) {
+        static const Dictionary nothing;
+        const auto* dictionary = valueOf(argument).ifDictionary();
+        return dictionary != nullptr ? *dictionary : nothing;
+    }
 };
 
 template <>

@@ -240,8 +240,15 @@ RepeatStep StepReader::readRepeat(Fields& fields, const Place& place, double rou
     RepeatStep repeat;
     repeat.times = static_cast<std::size_t>(
         requireWholeNumber(fields.require("repeat"), "\"repeat\"", 0, static_cast<std::int64_t>(mostSteps)));
+    const auto before = kept_;
     repeat.steps = readSteps(requireArray(fields.require("steps"), "\"steps\""), place,
                              rounds * static_cast<double>(repeat.times));
+    for (const auto& [name, kind] : before) {
+        const auto now = kept_.find(name);
+        if (now != kept_.end() && now->second != kind) {
+            throw Unusable("a repetition cannot keep " + inQuotes(name) + " as something else than before");
+        }
+    }
     return repeat;
 }
 
