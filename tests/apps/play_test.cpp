@@ -315,13 +315,16 @@ TEST_F(Play, DeviceAndPresetReachTheLibrary) {
                    "model": "Phone9,1", "screen": {"width": 320, "height": 640, "scale": 2}},
         "preset": {"defaults": {"ORBINEL_UDID_CACHE": "PRESETUDID", "gone": 1, "big": {"$int64": 5}},
                    "app_group": {"name": "group.acme", "values": {"of_the_group": [1.5]}},
-                   "secure": {"ORBINEL_UDID_KEYCHAIN": {"k": [1]}}},
+                   "secure": {"ORBINEL_UDID_KEYCHAIN": {"k": [1]}},
+                   "content_cache": {"title": {"content_id": 7, "variant_id": 3, "new_value": "Hello"}}},
         "steps": [)" +
                  joined({initialise, activate, settle, R"({"device": {"battery": null, "timezone": "Asia/Tokyo"}})",
                          R"({"call": "tagEvent:", "args": ["at"], "as": "at", "then": [
                                   {"call": "addParameterWithDate", "args": ["moment", {"$date": 0.25}]}]})",
-                         R"({"call": "getParameters", "on": "at"})", leave, settle, R"({"inspect": "app_group"})",
-                         R"({"inspect": "secure"})", R"({"inspect": "gate"})"}) +
+                         R"({"call": "getParameters", "on": "at"})",
+                         R"({"call": "getContentStringWithName:defaultString:dataType:", "args": ["title", "Hi", 0]})",
+                         leave, settle, R"({"inspect": "app_group"})", R"({"inspect": "secure"})",
+                         R"({"inspect": "gate"})", R"({"inspect": "content_cache"})"}) +
                  "]}",
              {"--endpoint", origin_});
     ASSERT_EQ(played.status, 0) << played.err;
@@ -342,6 +345,8 @@ TEST_F(Play, DeviceAndPresetReachTheLibrary) {
     EXPECT_EQ(json(at(parsed(states.at(0)), "of_the_group")), "[1.5]");
     EXPECT_EQ(json(at(parsed(states.at(1)), "ORBINEL_UDID_KEYCHAIN")), R"({"k":[1]})");
     EXPECT_EQ(at(parsed(states.at(2)), "open"), Value(true));
+    EXPECT_THAT(played.all("result"), Contains("\"Hello\""));
+    EXPECT_EQ(json(at(parsed(states.at(3)), "title")), R"({"content_id":7,"new_value":"Hello","variant_id":3})");
 }
 
 TEST_F(Play, ArgumentsArriveAsWhatTheyAre) {

@@ -20,6 +20,68 @@ struct Target {
     std::vector<std::string> ids;
 };
 
+void callWhatIsOfTheUser() {
+    auto user = Orbinel::getCurrentUser();
+    user.setName(nullptr).setAge(36).setCustomAttributeWithInt("n", 1).unsetCustomAttribute(nullptr);
+    Orbinel::getCurrentUser().setPushOptin(true).setLocationOptin(true).setBirthday(std::nullopt);
+    const auto never = [](const std::string&) { ADD_FAILURE(); };
+    user.login(OrbinelIdentifiers().addEmail(nullptr), never);
+    user.login(OrbinelIdentifiers().addUserID("u"), never);
+    user.logout();
+    Orbinel::setGDPRConsent(true);
+    Orbinel::setMobileGDPRConsent(true);
+    Orbinel::enableIDFACollection(true);
+    Orbinel::enableIpCollection(false);
+    Orbinel::enableLocationCollection(false);
+    Orbinel::enableCarrierCollection(false);
+}
+
+void callWhatIsOfTheShop() {
+    const auto create = [](OptionalText id) {
+        return Orbinel::createNewProductWithID(id, "Shoe", {"Shoes"}, "https://s/1.png", 9.5, "EUR");
+    };
+    EXPECT_FALSE(create(nullptr).isProductValid());
+    for (const auto& product : {create("shoe"), OrbinelProduct()}) {
+        Orbinel::visitProductDetailPageWithProduct(product);
+        Orbinel::visitCartPageWithProducts({product, product});
+        Orbinel::visitWishlistWithProducts({product});
+        Orbinel::itemAddedToCartWithProduct(product);
+        Orbinel::itemPurchasedWithSaleID(nullptr, product);
+        Orbinel::itemAddedToWishlistWithProduct(product);
+        Orbinel::clickSmartRecommendationProductWithID(1, product);
+        Orbinel::getSmartRecommendationWithProduct(product, 1, nullptr, {});
+    }
+    Orbinel::visitHomepage();
+    Orbinel::visitListingPageWithTaxonomy({});
+    Orbinel::itemRemovedFromCartWithProductID(nullptr);
+    Orbinel::itemRemovedFromWishlistWithProductID(nullptr);
+    Orbinel::cartCleared();
+    Orbinel::wishlistCleared();
+}
+
+void callWhatComesFromTheBackend() {
+    EXPECT_EQ(Orbinel::getContentStringWithName("n", "d", OrbinelVariableTypeContent), "d");
+    EXPECT_EQ(Orbinel::getContentStringWithoutCache("n", "d", OrbinelVariableTypeElement), "d");
+    EXPECT_EQ(Orbinel::getContentStringWithName(nullptr, nullptr, OrbinelVariableTypeContent), "");
+    EXPECT_EQ(Orbinel::getContentStringWithoutCache(nullptr, nullptr, OrbinelVariableTypeContent), "");
+    for (const bool fallback : {false, true}) {
+        EXPECT_EQ(Orbinel::getContentBoolWithName(nullptr, fallback, OrbinelVariableTypeContent), fallback);
+        EXPECT_EQ(Orbinel::getContentBoolWithoutCache("n", fallback, OrbinelVariableTypeContent), fallback);
+    }
+    EXPECT_EQ(Orbinel::getContentIntWithName(nullptr, -7, OrbinelVariableTypeContent), -7);
+    EXPECT_EQ(Orbinel::getContentIntWithoutCache("n", -7, OrbinelVariableTypeContent), -7);
+    Orbinel::removeTestVariables();
+    const auto nothing = [](const auto& answer) { EXPECT_THAT(answer, IsEmpty()); };
+    Orbinel::getSmartRecommendationWithID(1, "en", "EUR", nothing);
+    Orbinel::getSmartRecommendationWithID(1, nullptr, nullptr, {});
+    Orbinel::getSmartRecommendationWithProductIDs({"shoe"}, 1, "en", "EUR", nothing);
+    Orbinel::getSmartRecommendationWithProductIDs({}, 1, nullptr, nullptr, {});
+    Orbinel::getMessageCenterDataWithLimit(3, Date{1}, Date{2}, nothing);
+    Orbinel::getMessageCenterDataWithLimit(3, std::nullopt, std::nullopt, {});
+    for (const auto* url : {"", "acme://test_device/token", "acme://connect_wizard/token"}) Orbinel::handleUrl(url);
+    Orbinel::handleUrl(nullptr);
+}
+
 /// Every public operation, with absent arguments too.
 void callEverything() {
     const auto target = std::make_shared<Target>();
@@ -49,6 +111,9 @@ void callEverything() {
     Orbinel::sendError(nullptr, nullptr);
     EXPECT_EQ(Orbinel::getSDKVersion(), "13.9.0");
     Orbinel::setDevelopmentLog(false);
+    callWhatIsOfTheUser();
+    callWhatIsOfTheShop();
+    callWhatComesFromTheBackend();
 }
 
 TEST(FacadeWithoutAWorld, IsNeutralBeforeTheStartAfterTheEndAndFromAnyThread) {
@@ -130,6 +195,30 @@ TEST_F(FacadeTest, TellsListenersOfANewIdAndForgetsThoseThatAreGone) {
     gone.reset();
     world().identity.setUnifiedOrbinelID("id-8");
     EXPECT_THAT(target->ids, ElementsAre("id-7", "id-8"));
+}
+
+// A switch that turns another one's collection hands over what a person has refused.
+TEST_F(FacadeTest, EachCollectionSwitchDecidesOnItsOwnEntryAlone) {
+    const auto entries = [] { return *world().deviceAttributes.getDeviceAttributes().ifDictionary(); };
+    const std::vector<std::pair<void (*)(bool) noexcept, std::string>> switches{
+        {&Orbinel::enableIDFACollection, "idfa"},
+        {&Orbinel::enableIpCollection, "is_ip_disabled"},
+        {&Orbinel::enableLocationCollection, "is_location_disabled"},
+        {&Orbinel::enableCarrierCollection, "carrier"}};
+    for (const auto& [enable, key] : switches) {
+        enable(false);
+        auto off = entries();
+        enable(true);
+        auto on = entries();
+        EXPECT_NE(off[key], on[key]) << key;
+        off.erase(key);
+        on.erase(key);
+        EXPECT_EQ(off, on) << key;
+    }
+    EXPECT_EQ(entries()["is_ip_disabled"], false);
+    EXPECT_EQ(entries()["is_location_disabled"], false);
+    EXPECT_EQ(entries()["carrier"], "Headless Mobile");
+    EXPECT_TRUE(entries().contains("idfa"));
 }
 
 TEST_F(FacadeTest, HandsCrashReportsToTheWizard) {

@@ -3,6 +3,7 @@
 #include "commerce/shop.hpp"
 #include "personalisation/recommendation_url.hpp"
 #include "personalisation/smart_recommendations.hpp"
+#include "session/stored_keys.hpp"
 #include "support/library_test.hpp"
 
 namespace orbinel::testing {
@@ -68,6 +69,25 @@ TEST_F(RecommendationTest, FillsTemplatesFromTheSessionStart) {
     enterBackground();
     becomeActive();
     EXPECT_EQ(recommendation.getRecommendationEndpoint(1, "en", "USD", nullptr), "");
+}
+
+TEST_F(RecommendationTest, TemplatesSurviveARelaunchAndStoredOnesOfAWrongKindCountAsNone) {
+    backend.answer("/session/start", {200, R"({"smart_recommendations": {"1": "http://r/{currency}"}})"});
+    becomeActive();
+    relaunch();
+    initialise();
+    world().recommendations.getSmartRecommendationWithID(1, "en", "EUR", {});
+    EXPECT_EQ(lastUrl(), "http://r/EUR");
+
+    host.http->clearSent();
+    for (const Value& broken : {Value("http://r/"), Value(Array{"http://r/"}), Value(7)}) {
+        host.defaults->standard()->set(keys::recommendationEndpoints, broken);
+        std::vector<Dictionary> answers;
+        world().recommendations.getSmartRecommendationWithID(1, "en", "EUR",
+                                                             [&](const auto& one) { answers.push_back(one); });
+        EXPECT_THAT(answers, ElementsAre(Dictionary()));
+    }
+    EXPECT_EQ(lastUrl(), "");
 }
 
 TEST(RecommendationUrlTest, ExpandsExactlyTheFilterSegments) {

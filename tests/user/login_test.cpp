@@ -228,6 +228,51 @@ TEST_F(LoginTest, ALateAnswerUndoesNothingThatBeganAfterIt) {
     EXPECT_EQ(attributes()["mls"], false);
 }
 
+// Nothing of a session leaves the device once a consent is withdrawn, and the login is not lost either.
+TEST_F(LoginTest, WaitsForTheConsentThatWasWithdrawnBeforeItsAnswer) {
+    becomeActive();
+    backend.clear();
+    answerIdentity({.body = "id-2"});
+    logIn(ada());
+    Orbinel::setGDPRConsent(false);
+    host.settle();
+    EXPECT_THAT(asked(), SizeIs(1));
+    EXPECT_THAT(backend.stops(), IsEmpty());
+    EXPECT_THAT(backend.starts(), IsEmpty());
+    EXPECT_EQ(queuedStops(), 0U);
+    EXPECT_EQ(stored(keys::orbinelId), "id-1");
+    EXPECT_EQ(stored(keys::userIdentifiers), adaStored);
+    EXPECT_EQ(stored(keys::retryIdentityRequest), true);
+    EXPECT_EQ(removedInapps, 0);
+
+    enterBackground();
+    Orbinel::setGDPRConsent(true);
+    host.settle();
+    backend.clear();
+    becomeActive();
+    ASSERT_THAT(backend.paths(), ElementsAre(path, "/api/v3/session/start"));
+    EXPECT_EQ(asked()[0].payload["identifiers"], adaStored);
+    EXPECT_EQ(backend.starts()[0].payload["orbinel_id"], "id-2");
+    EXPECT_EQ(stored(keys::retryIdentityRequest), false);
+    EXPECT_THAT(results, IsEmpty());
+}
+
+TEST_F(LoginTest, OpensNoSessionWhenAConsentIsWithdrawnWhileTheOldOneCloses) {
+    becomeActive();
+    backend.clear();
+    answerIdentity({.body = "id-2"});
+    backend.answer("/session/stop", {.never = true});
+    logIn(ada());
+    host.settle();
+    ASSERT_THAT(backend.paths(), ElementsAre(path, "/api/v3/session/stop"));
+    Orbinel::setMobileGDPRConsent(false);
+    host.advance(60);  // the stop's time is up
+    EXPECT_EQ(queuedStops(), 1U);
+    EXPECT_EQ(stored(keys::orbinelId), "id-2");
+    EXPECT_THAT(backend.starts(), IsEmpty());
+    EXPECT_THAT(results, IsEmpty());
+}
+
 TEST_F(LoginTest, ALibraryThatEndsMeanwhileCallsNobody) {
     becomeActive();
     answerIdentity({.body = "id-2"});

@@ -127,6 +127,20 @@ TEST_F(UserAttributesTest, WhatIsUnsetAndSetAgainIsBothPresentAndRemoved) {
     EXPECT_FALSE(backend.stops().at(1).payload.contains("removed_attributes"));
 }
 
+TEST_F(UserAttributesTest, AskingForTheUserBeginsAnewUnlessAConsentIsWithheld) {
+    const auto sizes = [this] {
+        return std::vector{attributes().size(), customAttributes().size(),
+                           world().userAttributes.getRemovedAttributes().size()};
+    };
+    Orbinel::getCurrentUser().setName("Ada").setCustomAttributeWithInt("visits", 3).unsetCustomAttribute("tier");
+    world().helper.setSessionGdprConsent(false);
+    (void)Orbinel::getCurrentUser();
+    EXPECT_THAT(sizes(), ElementsAre(1, 1, 1));
+    world().helper.setSessionGdprConsent(true);
+    (void)Orbinel::getCurrentUser();
+    EXPECT_THAT(sizes(), ElementsAre(0, 0, 0));
+}
+
 TEST_F(UserAttributesTest, OptInsAreKeptOnlyWhereTheDeviceAllows) {
     host.device->change([](platform::DeviceFacts& facts) { facts.locationAllowed = false; });
     user().setPushOptin(true).setLocationOptin(true);
