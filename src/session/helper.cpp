@@ -88,6 +88,7 @@ std::shared_ptr<platform::DefaultsStore> OrbinelHelper::appGroupStore() const {
 
 void OrbinelHelper::saveAppGroup(const std::optional<std::string>& name) noexcept {
     guarded(reports_, "+[OrbinelHelper saveAppGroup:]", [&] {
+        if (standard_->value(keys::appGroup) == Value(name)) return;  // as at most launches: no work for the disk
         standard_->set(keys::appGroup, name);
         standard_->synchronize();
     });

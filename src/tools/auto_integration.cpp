@@ -14,7 +14,9 @@ constexpr std::string_view yes = "1";
 void AutoIntegration::startAutoIntegration(bool start) noexcept {
     guarded(reports_, "-[OrbinelHelper startAutoIntegration:]", [&] {
         auto& store = helper_.standardStore();
-        store.set(keys::autoIntegration, start ? Value(yes) : Value());
+        const Value wanted = start ? Value(yes) : Value();
+        if (store.value(keys::autoIntegration) == wanted) return;
+        store.set(keys::autoIntegration, wanted);
         store.synchronize();
     });
 }
