@@ -22,6 +22,7 @@ struct Network {
     std::atomic<std::size_t> underWay{0};
     std::atomic<std::size_t> starts{0};  // completed, either way
     std::atomic<std::size_t> stops{0};
+    std::atomic<std::size_t> others{0};
     std::atomic<std::chrono::milliseconds> timeout{std::chrono::minutes(1)};
     std::atomic<bool> gone{false};
 };
@@ -34,7 +35,9 @@ public:
         : ForwardingHttp(services.http), scheduler_(services.scheduler), network_(std::move(network)) {}
 
     platform::Ticket send(platform::HttpRequest request, platform::HttpCompletion completion) noexcept override {
-        auto* counter = request.url.ends_with(stopPath) ? &network_->stops : &network_->starts;
+        auto* counter = request.url.ends_with(stopPath)    ? &network_->stops
+                        : request.url.ends_with(startPath) ? &network_->starts
+                                                           : &network_->others;
         request.timeout = network_->timeout;
         if (network_->gone) request.url = "http://127.0.0.1:1/";  // a port where nobody listens
         ++network_->underWay;
