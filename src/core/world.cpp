@@ -73,6 +73,9 @@ std::shared_ptr<World> World::create(platform::Services services) {
     world->productCreation.begin(std::shared_ptr<ProductAccess>(world, &world->productAccess));
     world->ownLifetime.begin(world);
     world->offlineQueue.reclaim();
+    // Not at once: opening a store wakes the service's thread, and the start is the moment in which it counts.
+    world->services.scheduler->postMain(
+        world->ownLifetime.whileAlive([contents = &world->contentOptimizer] { contents->openCache(); }));
     world->services.defaults->setProblemHandler(
         world->ownLifetime.whileAlive([reports = &world->reports](std::string problem) {
             reports->log(LogType::common, LogLevel::error, "A store could not be used.", [&] {

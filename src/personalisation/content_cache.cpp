@@ -22,7 +22,13 @@ ContentRecord::ContentRecord(Dictionary record)
       variantId(content_value::intValue(stored["variant_id"]).value_or(0)) {}
 
 ContentCache::ContentCache(platform::Defaults& defaults, const platform::Json& json)
-    : store_(defaults.suite(keys::contentSuite)), json_(json) {}
+    : defaults_(defaults), json_(json) {}
+
+std::shared_ptr<platform::DefaultsStore> ContentCache::store() const {
+    const MutexLock lock(storeMutex_);
+    if (store_ == nullptr) store_ = defaults_.suite(keys::contentSuite);
+    return store_;
+}
 
 bool ContentCache::canHold(std::string_view name) noexcept { return name != keys::testContents; }
 
@@ -40,7 +46,7 @@ std::shared_ptr<const ContentRecord> ContentCache::find(std::string_view name) {
 
 std::shared_ptr<const ContentRecord> ContentCache::readStored(std::string_view name) const {
     if (!canHold(name)) return nullptr;
-    auto value = store_->value(name);
+    auto value = store()->value(name);
     auto* record = value.ifDictionary();
     return record != nullptr ? std::make_shared<const ContentRecord>(std::move(*record)) : nullptr;
 }
@@ -62,8 +68,8 @@ void ContentCache::forget(std::string_view name) {
 }
 
 void ContentCache::insert(const std::string& name, Dictionary record) {
-    store_->set(name, std::move(record));
-    store_->synchronize();
+    store()->set(name, std::move(record));
+    store()->synchronize();
     forget(name);
 }
 
@@ -71,24 +77,24 @@ void ContentCache::remove(const Array& names) {
     for (const auto& element : names) {
         const auto* name = element.ifString();
         if (name == nullptr || !canHold(*name)) continue;
-        store_->set(*name, Value());
+        store()->set(*name, Value());
         forget(*name);
     }
-    store_->synchronize();
+    store()->synchronize();
 }
 
 void ContentCache::addTestVariable(const std::string& name) {
     if (auto element = json_.serialise(Value(name), platform::JsonStyle::compact)) {
-        store_->append(keys::testContents, std::move(*element));
+        store()->append(keys::testContents, std::move(*element));
     }
 }
 
 void ContentCache::removeTestVariables() {
-    const auto names = store_->value(keys::testContents);
+    const auto names = store()->value(keys::testContents);
     if (names.isAbsent()) return;
     if (const auto* list = names.ifArray()) remove(*list);
-    store_->set(keys::testContents, Value());
-    store_->synchronize();
+    store()->set(keys::testContents, Value());
+    store()->synchronize();
 }
 
 }  // namespace orbinel

@@ -34,8 +34,10 @@ struct ContentRecord {
 /// read before a change is not remembered after it.
 class ContentCache {
 public:
-    /// Opens the store; nothing waits for the disk but a first read, until the store is in memory.
     ContentCache(platform::Defaults& defaults, const platform::Json& json);
+
+    /// Opens the store ahead of its first use, so that a first read does not wait for the disk. Does not wait itself.
+    void open() { (void)store(); }
 
     /// The record of that name, or nothing.
     [[nodiscard]] std::shared_ptr<const ContentRecord> find(std::string_view name);
@@ -67,7 +69,11 @@ private:
     void remember(std::string_view name, std::shared_ptr<const ContentRecord> record, std::uint64_t readAt);
     void forget(std::string_view name);
 
-    const std::shared_ptr<platform::DefaultsStore> store_;
+    [[nodiscard]] std::shared_ptr<platform::DefaultsStore> store() const;
+
+    platform::Defaults& defaults_;
+    mutable Mutex storeMutex_;
+    mutable std::shared_ptr<platform::DefaultsStore> store_ ORBINEL_GUARDED_BY(storeMutex_);  // once it is open
     const platform::Json& json_;
 
     Mutex mutex_;

@@ -44,6 +44,9 @@ public:
 
     explicit OrbinelContentOptimizer(const Needs& needs);
 
+    /// Opens the cache ahead of its first use; does not wait.
+    void openCache() { cache_.open(); }
+
     // --- Reads of the cache. ---
 
     [[nodiscard]] std::optional<std::string> getStringWithName(OptionalText name, OptionalText defaultString,
