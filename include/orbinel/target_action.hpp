@@ -21,8 +21,8 @@ public:
     template <typename Target, typename Action>
     requires std::invocable<Action&, Target&, Arguments...> TargetAction(std::weak_ptr<Target> target, Action action)
         : target_(std::move(target)),
-          perform_(std::make_shared<Perform>(
-              [action = std::move(action)](void* locked, Arguments... arguments) mutable {
+          perform_(
+              std::make_shared<Perform>([action = std::move(action)](void* locked, Arguments... arguments) mutable {
                   std::invoke(action, *static_cast<Target*>(locked), std::forward<Arguments>(arguments)...);
               })) {}
 

@@ -21,7 +21,8 @@ protected:
     LibraryTest() {
         // As on a device whose user was asked; without it, every first activation asks the backend for the consent.
         host.defaults->standard()->set(keys::gdprConsent, true);
-        backend.answer("/v1/privacy/gdpr/consent/get", {.body = R"({"gdpr_consent": true, "mobile_gdpr_consent": true})"});
+        backend.answer("/v1/privacy/gdpr/consent/get",
+                       {.body = R"({"gdpr_consent": true, "mobile_gdpr_consent": true})"});
         launch();
     }
     ~LibraryTest() override { shutdown(); }
