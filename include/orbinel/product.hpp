@@ -165,6 +165,8 @@ public:
     [[nodiscard]] const std::shared_ptr<OrbinelProductInternal>& internal() const noexcept { return internal_; }
 
 private:
+    template <typename Read>
+    auto read(const char* operation, Read&& readIt) const noexcept;
     template <typename Result, typename Look>
     Result look(const char* operation, Look&& lookAt) const noexcept;
     template <typename Step>

@@ -109,6 +109,14 @@ public:
         deliverFeed(methodType, isError, shouldFeed, [&](Dictionary& target) { target = data(); });
     }
 
+    /// The same for what a person at the vendor's panel is to see: it is sent there while the wizard is connected.
+    template <std::invocable Data>
+    void feedToPanel(std::string_view methodType, Data&& data) noexcept {
+        constexpr bool isError = false;
+        constexpr bool shouldFeed = true;
+        feed(methodType, std::forward<Data>(data), isError, shouldFeed);
+    }
+
     /// Whether a feed made now would be taken; for data that costs something even before it is asked for.
     [[nodiscard]] bool feedsAreTaken(bool shouldFeed) const noexcept {
         const auto* sink = wizardFeed.get();

@@ -41,9 +41,7 @@ public:
 
     template <std::invocable Data>
     void feed(std::string_view methodType, Data&& data) const noexcept {
-        constexpr bool isError = false;
-        constexpr bool shouldFeed = true;
-        reports_.feed(methodType, std::forward<Data>(data), isError, shouldFeed);
+        reports_.feedToPanel(methodType, std::forward<Data>(data));
     }
     void feed(std::string_view methodType) const noexcept {
         feed(methodType, [] { return Dictionary(); });

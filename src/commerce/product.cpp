@@ -229,22 +229,30 @@ OrbinelProduct& OrbinelProduct::setCustomAttributeWithArray(OptionalText name, c
 
 // --- Getters ---
 
-/// What `lookAt` reads in the summary. Needs nothing of the library but, when it fails, somebody to tell.
-template <typename Result, typename Look>
-Result OrbinelProduct::look(const char* operation, Look&& lookAt) const noexcept {
-    if (internal_ == nullptr) return {};
+/// What `readIt` reads of the product. Needs nothing of the library but, when it fails, somebody to tell.
+template <typename Read>
+auto OrbinelProduct::read(const char* operation, Read&& readIt) const noexcept {
+    using Result = decltype(readIt(static_cast<const OrbinelProductInternal&>(*internal_)));
+    if (internal_ == nullptr) return Result();
     try {
-        return internal_->inspect(std::forward<Look>(lookAt));
+        return readIt(static_cast<const OrbinelProductInternal&>(*internal_));
     } catch (const std::exception& exception) {
         if (const Visit<ProductAccess> access(access_.lock()); access) {
             reportException(access->reports, operation, exception.what());
         }
     }
-    return {};
+    return Result();
+}
+
+/// What `lookAt` reads in the summary.
+template <typename Result, typename Look>
+Result OrbinelProduct::look(const char* operation, Look&& lookAt) const noexcept {
+    return read(operation, [&](const OrbinelProductInternal& internal) -> Result { return internal.inspect(lookAt); });
 }
 
 Dictionary OrbinelProduct::getProductSummary() const noexcept {
-    return look<Dictionary>("-[OrbinelProduct getProductSummary]", [](const Dictionary& summary) { return summary; });
+    return read("-[OrbinelProduct getProductSummary]",
+                [](const OrbinelProductInternal& internal) { return internal.getProuctSummary(); });
 }
 
 std::string OrbinelProduct::getProductID() const noexcept {

@@ -5,11 +5,21 @@
 
 #include "base/reports.hpp"
 #include "commerce/product_access.hpp"
-#include "commerce/product_internal.hpp"
+#include "orbinel/optional_text.hpp"
 #include "orbinel/product.hpp"
 #include "session/helper.hpp"
 
 namespace orbinel {
+
+/// The fields that every product has.
+struct RequiredProductFields {
+    OptionalText productId;
+    OptionalText name;
+    const Array& taxonomy;
+    OptionalText imageUrl;
+    double price = 0;
+    OptionalText currency;
+};
 
 /// Creates products. One that lacks a required field is created all the same, as a dummy, so that an application's
 /// chained calls never meet a missing object.
@@ -33,11 +43,9 @@ public:
     /// Whether the texts have a length, the taxonomy an element, and the price is finite and not below zero.
     [[nodiscard]] static bool shouldCreateProduct(const RequiredProductFields& fields) noexcept;
 
-    /// A product that is not valid, of empty fields.
-    [[nodiscard]] OrbinelProduct getDummyProduct() noexcept;
-
 private:
-    [[nodiscard]] OrbinelProduct dummy();
+    [[nodiscard]] OrbinelProduct getDummyProduct() const;  // of empty fields, not valid; the gate has been asked
+    [[nodiscard]] OrbinelProduct productOf(Dictionary summary, bool valid) const;
     [[nodiscard]] OrbinelProduct create(const RequiredProductFields& fields);
 
     Reports& reports_;

@@ -1,20 +1,6 @@
 #include "commerce/product_internal.hpp"
 
-#include <string>
-
-#include "commerce/product_codes.hpp"
-
 namespace orbinel {
-
-OrbinelProductInternal::OrbinelProductInternal(const RequiredProductFields& fields)
-    : mSummary_{{std::string(product_code::PRODUCT_ID), fields.productId.view()},
-                {std::string(product_code::NAME), fields.name.view()},
-                {std::string(product_code::TAXONOMY), fields.taxonomy},
-                {std::string(product_code::PRODUCT_IMAGE_URL), fields.imageUrl.view()},
-                {std::string(product_code::UNIT_PRICE), fields.price},
-                {std::string(product_code::CURRENCY), fields.currency.view()},
-                {std::string(product_code::QUANTITY), 1}},
-      mIsProductValid_(true) {}
 
 OrbinelProductInternal::OrbinelProductInternal(const OrbinelProductInternal& other) {
     const MutexLock lock(other.mutex_);

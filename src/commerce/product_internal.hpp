@@ -4,20 +4,9 @@
 #include <utility>
 
 #include "base/mutex.hpp"
-#include "orbinel/optional_text.hpp"
 #include "orbinel/value.hpp"
 
 namespace orbinel {
-
-/// The fields that every product has.
-struct RequiredProductFields {
-    OptionalText productId;
-    OptionalText name;
-    const Array& taxonomy;
-    OptionalText imageUrl;
-    double price = 0;
-    OptionalText currency;
-};
 
 /// What a product consists of: its summary, and whether it passed the check of its required fields.
 ///
@@ -26,8 +15,6 @@ class OrbinelProductInternal {
 public:
     /// A product without a summary, not valid.
     OrbinelProductInternal() = default;
-    /// A valid product of these fields, one piece of it.
-    explicit OrbinelProductInternal(const RequiredProductFields& fields);
     OrbinelProductInternal(const OrbinelProductInternal& other);
     OrbinelProductInternal& operator=(const OrbinelProductInternal&) = delete;
 

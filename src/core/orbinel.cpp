@@ -405,8 +405,7 @@ void Orbinel::handleUrl(OptionalText url) noexcept {
 void Orbinel::setCallback(TargetAction<const Dictionary&> callback) noexcept {
     onWorld("+[Orbinel registerOrbinelCallbackWithSelector:sender:]", [&](World& world) {
         world.sessionStart.setSessionStartedCallback(std::move(callback));
-        world.reports.feed(
-            "registerOrbinelCallback", [] { return Dictionary(); }, false, true);
+        world.reports.feedToPanel("registerOrbinelCallback", [] { return Dictionary(); });
     });
 }
 

@@ -121,20 +121,26 @@ std::int32_t OrbinelContentOptimizer::getIntFromSessionVariablesWithName(Optiona
                                    name, defaultInt, dataType);
 }
 
+/// A value that was found stays the result whatever fails after it; nothing found is the default.
+template <typename Rules, typename Find>
+typename Rules::Result OrbinelContentOptimizer::readOrDefault(const char* operation, typename Rules::Default fallback,
+                                                              Find&& find) noexcept {
+    using Found = std::optional<typename Rules::Content>;
+    auto found = guarded(reports_, operation, Found(), [&] { return helper_.shouldProceed() ? find() : Found(); });
+    return guarded(reports_, operation, typename Rules::Result(),
+                   [&] { return found ? typename Rules::Result(std::move(*found)) : Rules::result(fallback); });
+}
+
 template <typename Rules>
 typename Rules::Result OrbinelContentOptimizer::readCached(const char* operation, OptionalText name,
                                                            typename Rules::Default fallback,
                                                            OrbinelVariableType dataType) noexcept {
-    using Found = std::optional<typename Rules::Content>;
-    auto found = guarded(reports_, operation, Found(), [&]() -> Found {
-        if (!helper_.shouldProceed()) return {};
+    return readOrDefault<Rules>(operation, fallback, [&] {
         feedRead<Rules>(Rules::cached, name.view(), fallback, dataType);
         addAsNewContentVariable<Rules>(name.view(), fallback, dataType);
         const auto record = getContentFromCache(name.view());
-        return record != nullptr ? Rules::read(record->newValue, json_) : Found();
+        return record != nullptr ? Rules::read(record->newValue, json_) : std::nullopt;
     });
-    return guarded(reports_, operation, typename Rules::Result(),
-                   [&] { return found ? typename Rules::Result(std::move(*found)) : Rules::result(fallback); });
 }
 
 // Unlike a cached read, this one registers the variable after it has looked it up.
@@ -142,43 +148,40 @@ template <typename Rules>
 typename Rules::Result OrbinelContentOptimizer::readOfSession(const char* operation, OptionalText name,
                                                               typename Rules::Default fallback,
                                                               OrbinelVariableType dataType) noexcept {
-    using Found = std::optional<typename Rules::Content>;
-    auto found = guarded(reports_, operation, Found(), [&]() -> Found {
-        if (!helper_.shouldProceed()) return {};
+    return readOrDefault<Rules>(operation, fallback, [&] {
         feedRead<Rules>(Rules::ofSession, name.view(), fallback, dataType);
-        Value newValue;
-        std::int32_t contentId = 0;
-        std::int32_t variantId = 0;
-        const bool logged = session_.update([&](SessionRecord& session) {
-            const auto* record = session.session_content_variables[name.view()].ifDictionary();
-            if (record == nullptr) return false;
-            newValue = (*record)["new_value"];
-            contentId = content_value::intValue((*record)["content_id"]).value_or(0);
-            variantId = content_value::intValue((*record)["variant_id"]).value_or(0);
-            return addLog(session, name.view(), contentId, variantId);
-        });
-        if (logged) reports_.feed(addAsNew, [&] { return logOf(contentId, variantId); });
+        const auto newValue = takeFromSession(name.view());
         addAsNewContentVariable<Rules>(name.view(), fallback, dataType);
         return Rules::read(newValue, json_);
     });
-    return guarded(reports_, operation, typename Rules::Result(),
-                   [&] { return found ? typename Rules::Result(std::move(*found)) : Rules::result(fallback); });
+}
+
+/// What this session's start delivered, absent where it was nothing; logged once.
+Value OrbinelContentOptimizer::takeFromSession(std::string_view name) {
+    Value newValue;
+    std::int32_t contentId = 0;
+    std::int32_t variantId = 0;
+    const bool logged = session_.update([&](SessionRecord& session) {
+        const auto* record = session.session_content_variables[name].ifDictionary();
+        if (record == nullptr) return false;
+        newValue = (*record)["new_value"];
+        contentId = content_value::intValue((*record)["content_id"]).value_or(0);
+        variantId = content_value::intValue((*record)["variant_id"]).value_or(0);
+        return addLog(session, name, contentId, variantId);
+    });
+    if (logged) reports_.feed(addAsNew, [&] { return logOf(contentId, variantId); });
+    return newValue;
 }
 
 template <typename Rules>
 void OrbinelContentOptimizer::feedRead(std::string_view method, std::string_view name, typename Rules::Default fallback,
                                        OrbinelVariableType dataType) noexcept {
-    constexpr bool isError = false;
-    constexpr bool shouldFeed = true;
-    reports_.feed(
-        method,
-        [&] {
-            Dictionary read{{"variableName", name}};
-            if (auto value = Rules::fed(fallback); !value.isAbsent()) read.set("defaultValue", std::move(value));
-            read.set("type", getContentOptimizerDataTypeAsString(dataType));
-            return read;
-        },
-        isError, shouldFeed);
+    reports_.feedToPanel(method, [&] {
+        Dictionary read{{"variableName", name}};
+        if (auto value = Rules::fed(fallback); !value.isAbsent()) read.set("defaultValue", std::move(value));
+        read.set("type", getContentOptimizerDataTypeAsString(dataType));
+        return read;
+    });
 }
 
 std::shared_ptr<const ContentRecord> OrbinelContentOptimizer::getContentFromCache(std::string_view name) {

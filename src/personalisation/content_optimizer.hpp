@@ -80,6 +80,10 @@ public:
     [[nodiscard]] static std::string_view getContentOptimizerDataTypeAsString(OrbinelVariableType dataType) noexcept;
 
 private:
+    template <typename Rules, typename Find>
+    [[nodiscard]] typename Rules::Result readOrDefault(const char* operation, typename Rules::Default fallback,
+                                                       Find&& find) noexcept;
+    [[nodiscard]] Value takeFromSession(std::string_view name);
     template <typename Rules>
     [[nodiscard]] typename Rules::Result readCached(const char* operation, OptionalText name,
                                                     typename Rules::Default fallback,

@@ -1,5 +1,6 @@
 #include "personalisation/recommendation_logger.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/guard.hpp"
@@ -96,7 +97,7 @@ void OrbinelRecommendationLogger::logPurchaseWithProduct(const OrbinelProduct& p
 
 void OrbinelRecommendationLogger::logForClickedProduct(std::string_view action, const OrbinelProduct& product) {
     const auto recommendationIds = getRecommendationIDsWithProduct(product);
-    if (!recommendationIds) return;
+    if (!recommendationIds) return;  // never clicked
     for (const auto recommendationId : *recommendationIds) logProduct(recommendationId, action, product);
 }
 
@@ -105,7 +106,10 @@ void OrbinelRecommendationLogger::logForClickedProduct(std::string_view action, 
 bool OrbinelRecommendationLogger::recommendationIDsThatHasProductsContainsRecomendationID(
     std::int32_t recommendationId) const noexcept {
     return guarded(reports_, {"recommendationIDsThatHasProductsContainsRecomendationID", DescriptionForm::nameOnly},
-                   false, [&] { return recommendedIds_.contains(recommendationId); });
+                   false, [&] {
+                       const auto ids = recommendedIds_.getRecommendationIDsThatHasProducts();
+                       return std::find(ids.begin(), ids.end(), recommendationId) != ids.end();
+                   });
 }
 
 void OrbinelRecommendationLogger::addToClickedProductsWithProduct(const OrbinelProduct& product,
@@ -113,10 +117,6 @@ void OrbinelRecommendationLogger::addToClickedProductsWithProduct(const OrbinelP
     auto productId = product.getProductID();
     const MutexLock lock(mutex_);
     clicked_[std::move(productId)].insert(recommendationId);
-}
-
-bool OrbinelRecommendationLogger::isThisProductClicked(const OrbinelProduct& product) const noexcept {
-    return getRecommendationIDsWithProduct(product).has_value();
 }
 
 std::optional<std::set<std::int32_t>> OrbinelRecommendationLogger::getRecommendationIDsWithProduct(

@@ -60,7 +60,6 @@ public:
 
     [[nodiscard]] bool recommendationIDsThatHasProductsContainsRecomendationID(
         std::int32_t recommendationId) const noexcept;
-    [[nodiscard]] bool isThisProductClicked(const OrbinelProduct& product) const noexcept;
     [[nodiscard]] std::optional<std::set<std::int32_t>> getRecommendationIDsWithProduct(
         const OrbinelProduct& product) const noexcept;
 

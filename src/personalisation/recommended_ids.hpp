@@ -19,11 +19,6 @@ public:
         if (std::find(ids_.begin(), ids_.end(), id) == ids_.end()) ids_.push_back(id);
     }
 
-    [[nodiscard]] bool contains(std::int32_t id) const {
-        const MutexLock lock(mutex_);
-        return std::find(ids_.begin(), ids_.end(), id) != ids_.end();
-    }
-
     [[nodiscard]] std::vector<std::int32_t> getRecommendationIDsThatHasProducts() const {
         const MutexLock lock(mutex_);
         return ids_;

@@ -51,13 +51,12 @@ void OrbinelPrivacy::setMobileGDPRConsent(bool consent) noexcept {
 
 void OrbinelPrivacy::adoptGdprConsent(bool consent) {
     helper_.setSessionGdprConsent(consent);
-    privacyConsent_ = consent;
-    store(keys::gdprConsent, consent);
+    saveGdprConsent(consent);
 }
 
 void OrbinelPrivacy::adoptMobileConsent(bool consent) {
     helper_.setMobileSessionGdprConsent(consent);
-    store(keys::mobileConsent, consent);
+    saveMobileConsent(consent);
 }
 
 void OrbinelPrivacy::announceGdprConsent(bool consent) noexcept {
@@ -71,10 +70,7 @@ void OrbinelPrivacy::announceMobileConsent(bool consent) noexcept {
 }
 
 void OrbinelPrivacy::feedConsent(std::string_view methodType, bool consent) noexcept {
-    constexpr bool isError = false;
-    constexpr bool shouldFeed = true;
-    const auto data = [&] { return Dictionary{{"value", consent}}; };
-    reports_.feed(methodType, data, isError, shouldFeed);
+    reports_.feedToPanel(methodType, [&] { return Dictionary{{"value", consent}}; });
 }
 
 // --- Remembering ---
@@ -84,16 +80,12 @@ void OrbinelPrivacy::store(std::string_view key, Value value) {
     helper_.standardStore().synchronize();
 }
 
-void OrbinelPrivacy::saveGdprConsent(bool consent) noexcept {
-    guarded(reports_, "+[OrbinelPrivacy saveGdprConsent:]", [&] {
-        privacyConsent_ = consent;
-        store(keys::gdprConsent, consent);
-    });
+void OrbinelPrivacy::saveGdprConsent(bool consent) {
+    privacyConsent_ = consent;
+    store(keys::gdprConsent, consent);
 }
 
-void OrbinelPrivacy::saveMobileConsent(bool consent) noexcept {
-    guarded(reports_, "+[OrbinelPrivacy saveMobileConsent:]", [&] { store(keys::mobileConsent, consent); });
-}
+void OrbinelPrivacy::saveMobileConsent(bool consent) { store(keys::mobileConsent, consent); }
 
 void OrbinelPrivacy::saveFailedGdprPost(bool consent) noexcept {
     guarded(reports_, "+[OrbinelPrivacy saveFailedGdprPost:]", [&] {

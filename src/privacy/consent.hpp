@@ -47,9 +47,6 @@ public:
 
     // --- The consents. ---
 
-    void saveGdprConsent(bool consent) noexcept;
-    void saveMobileConsent(bool consent) noexcept;
-
     /// Remembers a consent whose post did not reach the backend.
     void saveFailedGdprPost(bool consent) noexcept override;
 
@@ -76,6 +73,8 @@ public:
 private:
     void store(std::string_view key, Value value);
     [[nodiscard]] Dictionary makePayload(std::string_view consentKey, Value consent);
+    void saveGdprConsent(bool consent) ORBINEL_REQUIRES(settingMutex_);
+    void saveMobileConsent(bool consent) ORBINEL_REQUIRES(settingMutex_);
     void adoptGdprConsent(bool consent) ORBINEL_REQUIRES(settingMutex_);
     void adoptMobileConsent(bool consent) ORBINEL_REQUIRES(settingMutex_);
     void announceGdprConsent(bool consent) noexcept;

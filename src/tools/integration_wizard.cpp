@@ -80,10 +80,7 @@ void IntegrationWizard::connected(std::uint64_t attempt) {
     const auto stored = helper_.standardStore().value(keys::deviceLocation);
     const auto* location = stored.ifDictionary();
     if (location == nullptr || location->empty()) return;
-    constexpr bool isError = false;
-    constexpr bool shouldFeed = true;
-    reports_.feed(
-        "deviceLocation", [&] { return *location; }, isError, shouldFeed);
+    reports_.feedToPanel("deviceLocation", [&] { return *location; });
 }
 
 void IntegrationWizard::terminateConnection() noexcept {

@@ -32,10 +32,7 @@ void MessageCenter::getMessageCenterData(std::int32_t limit, std::optional<Date>
         const bool usable = startDate && endDate && startDate->secondsSince1970 < endDate->secondsSince1970;
         auto payload = usable ? makePayload(limit, {*startDate, *endDate}) : std::nullopt;
         if (!payload) return call(success, {});
-        constexpr bool isError = false;
-        constexpr bool shouldFeed = true;
-        reports_.feed(
-            feedName, [&] { return *payload; }, isError, shouldFeed);
+        reports_.feedToPanel(feedName, [&] { return *payload; });
         sender_.sendRequest(std::move(*payload), endpoints_.getMessageCenterData(),
                             [this, success = std::move(success)](Value answer) {
                                 if (!answer.isAbsent()) handOver(std::move(answer), success);

@@ -186,8 +186,7 @@ void OrbinelIdentity::setIdentifiersAsAttributes(const Dictionary& identifiers) 
             user_.setCustomAttributeWithString(removeCustomPrefix(key), value.stringOrEmpty());
         }
     }
-    reports_.feed(
-        "setUserIdentifier", [&] { return identifiers; }, false, true);
+    reports_.feedToPanel("setUserIdentifier", [&] { return identifiers; });
 }
 
 void OrbinelIdentity::resetOrbinelIdWithCompletionBlock(Completion completion) noexcept {

@@ -21,8 +21,8 @@ namespace orbinel {
 /// before, closes the running session and opens one under the new ID.
 ///
 /// A login goes on to its end in the background too: nothing of it waits for the application to be active. Only where
-/// the gate is closed meanwhile, no session is closed or opened. Of two
-/// logins under way, the later one prevails, whichever is answered first.
+/// the gate is closed meanwhile, no session is closed or opened. Of two logins under way, the later one prevails,
+/// whichever is answered first.
 ///
 /// Threads: any. A different person's session is closed from the main queue; the result comes there, or, where the
 /// session goes on, on the thread of the answer.

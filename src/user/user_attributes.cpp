@@ -71,12 +71,9 @@ void OrbinelUserInternal::store(Collection collection, std::string_view name, Va
         (collections_.*collection).set(name, std::move(value));
     }
     if (!fed) return;
-    reports_.feed(
-        collection == &Collections::user ? "setUserAttribute" : "setCustomAttribute",
-        [&] {
-            return Dictionary{{"name", name}, {"value", std::move(*fed)}, {"type", type}};
-        },
-        false, shouldFeed);
+    reports_.feedToPanel(collection == &Collections::user ? "setUserAttribute" : "setCustomAttribute", [&] {
+        return Dictionary{{"name", name}, {"value", std::move(*fed)}, {"type", type}};
+    });
 }
 
 Value OrbinelUserInternal::textOf(const std::optional<Date>& date) const {
@@ -170,12 +167,7 @@ void OrbinelUserInternal::unsetCustomAttribute(std::string_view name) noexcept {
             collections_.custom.erase(name);
             collections_.removed.set(name, Null{});
         }
-        reports_.feed(
-            "unsetCustomAttribute",
-            [&] {
-                return Dictionary{{"value", name}};
-            },
-            false, shouldFeed);
+        reports_.feedToPanel("unsetCustomAttribute", [&] { return Dictionary{{"value", name}}; });
     });
 }
 
@@ -196,12 +188,7 @@ void OrbinelUserInternal::setOptIn(std::string_view key, std::string_view method
     if (!allowed) return reports_.note("Ignored an opt-in: the device itself withholds the permission.");
     helper_.standardStore().set(key, enabled);
     helper_.standardStore().synchronize();
-    reports_.feed(
-        methodType,
-        [&] {
-            return Dictionary{{"value", enabled}};
-        },
-        false, shouldFeed);
+    reports_.feedToPanel(methodType, [&] { return Dictionary{{"value", enabled}}; });
 }
 
 }  // namespace orbinel

@@ -354,7 +354,7 @@ TEST_F(Backend, ShowsWhatEachWizardTokenWasFed) {
     EXPECT_EQ(send("init_new_integration", "one", R"({"udid":"U","orbinel_attributes":{"model":"m"}})"), 200);
     EXPECT_EQ(send("init_new_integration", "two", "[]"), 200);
     EXPECT_EQ(send("feed_data", "one", R"({"method":"tagEvent","data":{"event_name":"a"}})"), 200);
-    EXPECT_EQ(lastSummary(), R"(tagEvent {"event_name":"a"})");
+    EXPECT_EQ(lastSummary(), R"(tagEvent {"event_name":"a"}, token one)");
     EXPECT_EQ(send("feed_data", "two", R"({"method":5,"data":[]})"), 200);
     EXPECT_EQ(send("feed_data", "one", "{\"method\":\"" + std::string(100'000, 'm') + "\"}"), 200);
     EXPECT_LT(lastSummary().size(), 200u);

@@ -84,29 +84,30 @@ Reply Service::takeLogs(const ServiceCall& call) {
     return answerFromFile(call);
 }
 
-Reply Service::connectWizard(const ServiceCall& call) {
+/// Refuses a request without a token, and one that `act` finds no open connection for.
+template <typename Act>
+Reply Service::withToken(const ServiceCall& call, Act&& act) {
     const auto token = tokenOf(call.request.header("Authorization"));
     if (token.empty()) return refusal(401, noToken);
-    wizard_.connect(token, call.payload);
+    if (!act(token)) return refusal(404, "no connection is open under this token");
     auto reply = answerFromFile(call);
     reply.note = "token " + token;
     return reply;
+}
+
+Reply Service::connectWizard(const ServiceCall& call) {
+    return withToken(call, [&](const std::string& token) {
+        wizard_.connect(token, call.payload);
+        return true;
+    });
 }
 
 Reply Service::disconnectWizard(const ServiceCall& call) {
-    const auto token = tokenOf(call.request.header("Authorization"));
-    if (token.empty()) return refusal(401, noToken);
-    if (!wizard_.disconnect(token)) return refusal(404, "no connection is open under this token");
-    auto reply = answerFromFile(call);
-    reply.note = "token " + token;
-    return reply;
+    return withToken(call, [&](const std::string& token) { return wizard_.disconnect(token); });
 }
 
 Reply Service::feedWizard(const ServiceCall& call) {
-    const auto token = tokenOf(call.request.header("Authorization"));
-    if (token.empty()) return refusal(401, noToken);
-    if (!wizard_.feed(token, call.payload)) return refusal(404, "no connection is open under this token");
-    return answerFromFile(call);
+    return withToken(call, [&](const std::string& token) { return wizard_.feed(token, call.payload); });
 }
 
 Reply Service::getRecommendations(const ServiceCall& call) { return recommend(call.request.query, call.file); }

@@ -50,6 +50,9 @@ public:
     [[nodiscard]] Reply getRecommendations(const ServiceCall& call);
 
 private:
+    template <typename Act>
+    [[nodiscard]] Reply withToken(const ServiceCall& call, Act&& act);
+
     const Answers answers_;
     Identities identities_;
     Consents consents_;

@@ -158,52 +158,34 @@ struct ArgumentOf<std::function<void(Content)>> {
 };
 
 /// How a result of type T appears in a scenario.
+template <ThingKind thingKind>
+struct ResultKind {
+    static constexpr auto kind = thingKind;
+};
 template <typename T>
-struct ResultOf {
-    static constexpr auto kind = ThingKind::nothing;
-};
+struct ResultOf : ResultKind<ThingKind::nothing> {};
 template <>
-struct ResultOf<bool> {
-    static constexpr auto kind = ThingKind::boolean;
-};
+struct ResultOf<bool> : ResultKind<ThingKind::boolean> {};
 template <>
-struct ResultOf<std::int32_t> {
-    static constexpr auto kind = ThingKind::number;
-};
+struct ResultOf<std::int32_t> : ResultKind<ThingKind::number> {};
 template <>
-struct ResultOf<double> {
-    static constexpr auto kind = ThingKind::number;
-};
+struct ResultOf<double> : ResultKind<ThingKind::number> {};
 template <>
-struct ResultOf<std::string> {
-    static constexpr auto kind = ThingKind::text;
-};
+struct ResultOf<std::string> : ResultKind<ThingKind::text> {};
 template <>
-struct ResultOf<Array> {
-    static constexpr auto kind = ThingKind::array;
-};
+struct ResultOf<Array> : ResultKind<ThingKind::array> {};
 template <>
-struct ResultOf<Dictionary> {
-    static constexpr auto kind = ThingKind::dictionary;
-};
+struct ResultOf<Dictionary> : ResultKind<ThingKind::dictionary> {};
+template <>
+struct ResultOf<OrbinelEvent> : ResultKind<ThingKind::event> {};
+template <>
+struct ResultOf<OrbinelUser> : ResultKind<ThingKind::user> {};
+template <>
+struct ResultOf<OrbinelIdentifiers> : ResultKind<ThingKind::identifiers> {};
+template <>
+struct ResultOf<OrbinelProduct> : ResultKind<ThingKind::product> {};
 template <typename T>
 struct ResultOf<std::optional<T>> : ResultOf<T> {};
-template <>
-struct ResultOf<OrbinelEvent> {
-    static constexpr auto kind = ThingKind::event;
-};
-template <>
-struct ResultOf<OrbinelUser> {
-    static constexpr auto kind = ThingKind::user;
-};
-template <>
-struct ResultOf<OrbinelIdentifiers> {
-    static constexpr auto kind = ThingKind::identifiers;
-};
-template <>
-struct ResultOf<OrbinelProduct> {
-    static constexpr auto kind = ThingKind::product;
-};
 
 /// Objects are kept by pointer, values as they are.
 template <typename Result>
@@ -230,41 +212,41 @@ Thing callWith(Function&& function, std::span<const CallArgument> given, Trace& 
     }
 }
 
-/// An operation of the facade.
-template <typename Result, typename... Arguments>
-Operation facade(std::string_view name, Result (*function)(Arguments...) noexcept) {
+/// An operation with these types. `bindTo` gives the function to call for a receiver.
+template <typename Result, typename... Arguments, typename Bind>
+Operation operationOf(std::string_view name, Bind bindTo) {
     return {name,
             {ArgumentOf<std::decay_t<Arguments>>::kind...},
             ResultOf<Result>::kind,
-            [function](const Thing&, std::span<const CallArgument> given, Trace& trace) {
-                return callWith<Arguments...>(function, given, trace, std::index_sequence_for<Arguments...>());
+            [bindTo](const Thing& receiver, std::span<const CallArgument> given, Trace& trace) {
+                return callWith<Arguments...>(bindTo(receiver), given, trace, std::index_sequence_for<Arguments...>());
             }};
+}
+
+/// An operation of the facade.
+template <typename Result, typename... Arguments>
+Operation facade(std::string_view name, Result (*function)(Arguments...) noexcept) {
+    return operationOf<Result, Arguments...>(name, [function](const Thing&) { return function; });
 }
 
 /// An operation that gives its own object, so that calls can be chained on it.
 template <typename Receiver, typename... Arguments>
-Operation chained(std::string_view name, Receiver& (Receiver::*method)(Arguments...) & noexcept) {
-    return {name,
-            {ArgumentOf<std::decay_t<Arguments>>::kind...},
-            ResultOf<Receiver>::kind,
-            [method](const Thing& receiver, std::span<const CallArgument> given, Trace& trace) {
-                auto& object = *std::get<std::shared_ptr<Receiver>>(receiver);
-                const auto call = [&](auto&&... arguments) { (object.*method)(arguments...); };
-                return callWith<Arguments...>(call, given, trace, std::index_sequence_for<Arguments...>());
-            }};
+Operation chained(std::string_view name, Receiver& (Receiver::*function)(Arguments...) & noexcept) {
+    return operationOf<Receiver, Arguments...>(name, [function](const Thing& receiver) {
+        return [&object = *std::get<std::shared_ptr<Receiver>>(receiver), function](auto&&... arguments) {
+            (object.*function)(arguments...);
+        };
+    });
 }
 
 /// Any other operation of an object.
-template <typename Receiver, typename Result, typename... Arguments, typename Method>
-Operation methodOf(std::string_view name, Method method) {
-    return {name,
-            {ArgumentOf<std::decay_t<Arguments>>::kind...},
-            ResultOf<Result>::kind,
-            [method](const Thing& receiver, std::span<const CallArgument> given, Trace& trace) {
-                auto& object = *std::get<std::shared_ptr<Receiver>>(receiver);
-                const auto call = [&](auto&&... arguments) { return (object.*method)(arguments...); };
-                return callWith<Arguments...>(call, given, trace, std::index_sequence_for<Arguments...>());
-            }};
+template <typename Receiver, typename Result, typename... Arguments, typename Function>
+Operation methodOf(std::string_view name, Function function) {
+    return operationOf<Result, Arguments...>(name, [function](const Thing& receiver) {
+        return [&object = *std::get<std::shared_ptr<Receiver>>(receiver), function](auto&&... arguments) {
+            return (object.*function)(arguments...);
+        };
+    });
 }
 
 template <typename Receiver, typename Result, typename... Arguments>
