@@ -7,13 +7,22 @@
 namespace orbinel::headless {
 
 struct HeadlessApplication::State {
+    void open(Opened opening) {
+        const MutexLock lock(mutex);
+        opened.push_back(std::move(opening));
+    }
+
     Mutex mutex;
     bool maySuspend ORBINEL_GUARDED_BY(mutex) = true;
     bool portrait ORBINEL_GUARDED_BY(mutex) = true;
-    platform::ApplicationBundle bundle ORBINEL_GUARDED_BY(mutex) = {"1.0.0", "com.example.headless", "en"};
+    platform::ApplicationBundle bundle ORBINEL_GUARDED_BY(mutex) = {"1.0.0", "com.example.headless", "en", {}};
+    platform::ApplicationState state ORBINEL_GUARDED_BY(mutex) = platform::ApplicationState::active;
+    bool opens ORBINEL_GUARDED_BY(mutex) = true;
+    std::vector<Opened> opened ORBINEL_GUARDED_BY(mutex);
 };
 
-HeadlessApplication::HeadlessApplication() : state_(std::make_unique<State>()) {}
+HeadlessApplication::HeadlessApplication(std::shared_ptr<platform::Scheduler> scheduler)
+    : scheduler_(std::move(scheduler)), state_(std::make_unique<State>()) {}
 HeadlessApplication::~HeadlessApplication() = default;
 
 void HeadlessApplication::setBackgroundMaySuspend(bool maySuspend) {
@@ -26,9 +35,29 @@ void HeadlessApplication::setPortrait(bool portrait) {
     state_->portrait = portrait;
 }
 
+void HeadlessApplication::setState(platform::ApplicationState state) {
+    const MutexLock lock(state_->mutex);
+    state_->state = state;
+}
+
+void HeadlessApplication::setOpens(bool something) {
+    const MutexLock lock(state_->mutex);
+    state_->opens = something;
+}
+
 void HeadlessApplication::setBundle(platform::ApplicationBundle bundle) {
     const MutexLock lock(state_->mutex);
     state_->bundle = std::move(bundle);
+}
+
+std::vector<Opened> HeadlessApplication::opened() const {
+    const MutexLock lock(state_->mutex);
+    return state_->opened;
+}
+
+platform::ApplicationState HeadlessApplication::state() const noexcept {
+    const MutexLock lock(state_->mutex);
+    return state_->state;
 }
 
 bool HeadlessApplication::backgroundMaySuspend() const noexcept {
@@ -44,6 +73,21 @@ bool HeadlessApplication::isPortrait() const noexcept {
 platform::ApplicationBundle HeadlessApplication::bundle() const noexcept {
     const MutexLock lock(state_->mutex);
     return state_->bundle;
+}
+
+void HeadlessApplication::openUrl(const std::string& url, std::function<void(bool opened)> completion) noexcept {
+    state_->open({Opened::Where::system, url});
+    const bool opened = [this] {
+        const MutexLock lock(state_->mutex);
+        return state_->opens;
+    }();
+    scheduler_->postMain([completion = std::move(completion), opened] { completion(opened); });
+}
+
+void HeadlessApplication::openSettings() noexcept { state_->open({Opened::Where::settings, {}}); }
+
+void HeadlessApplication::openNotificationSettings() noexcept {
+    state_->open({Opened::Where::notificationSettings, {}});
 }
 
 }  // namespace orbinel::headless

@@ -5,6 +5,7 @@
 #include "hosts/common/glib_base64.hpp"
 #include "hosts/common/in_process_notification_centre.hpp"
 #include "hosts/common/rapidjson_json.hpp"
+#include "hosts/common/without_window.hpp"
 
 namespace orbinel::headless {
 
@@ -18,14 +19,19 @@ HeadlessHost::HeadlessHost(std::shared_ptr<HeadlessScheduler> chosen)
       defaults(std::make_shared<HeadlessDefaults>(json)),
       secureItems(std::make_shared<HeadlessSecureItems>()),
       notificationCentre(std::make_shared<hosts::InProcessNotificationCentre>()),
-      application(std::make_shared<HeadlessApplication>()),
+      application(std::make_shared<HeadlessApplication>(scheduler)),
       device(std::make_shared<HeadlessDevice>()),
       notifications(std::make_shared<HeadlessNotifications>()),
-      console(std::make_shared<HeadlessConsole>()) {}
+      console(std::make_shared<HeadlessConsole>()),
+      views(std::make_shared<hosts::NoViews>()),
+      accelerometer(std::make_shared<hosts::NoAccelerometer>()),
+      haptics(std::make_shared<hosts::NoHaptics>()),
+      pasteboard(std::make_shared<hosts::NoPasteboard>()),
+      reviewPrompt(std::make_shared<hosts::NoReviewPrompt>()) {}
 
 platform::Services HeadlessHost::services() const {
-    return {scheduler,          http,        json,   base64,        defaults, secureItems,
-            notificationCentre, application, device, notifications, console};
+    return {scheduler, http,          json,    base64, defaults,      secureItems, notificationCentre, application,
+            device,    notifications, console, views,  accelerometer, haptics,     pasteboard,         reviewPrompt};
 }
 
 void HeadlessHost::settle() const {

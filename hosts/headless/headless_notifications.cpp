@@ -1,5 +1,7 @@
 #include "orbinel/headless/headless_notifications.hpp"
 
+#include <utility>
+
 #include "base/mutex.hpp"
 
 namespace orbinel::headless {
@@ -12,6 +14,9 @@ struct HeadlessNotifications::State {
 
     Mutex mutex;
     platform::NotificationSettings settings ORBINEL_GUARDED_BY(mutex);
+    std::optional<std::string> failure ORBINEL_GUARDED_BY(mutex);
+    std::vector<std::int32_t> requested ORBINEL_GUARDED_BY(mutex);
+    std::size_t registrations ORBINEL_GUARDED_BY(mutex) = 0;
 };
 
 HeadlessNotifications::HeadlessNotifications() : state_(std::make_unique<State>()) {}
@@ -22,8 +27,37 @@ void HeadlessNotifications::setSettings(platform::NotificationSettings settings)
     state_->settings = settings;
 }
 
+void HeadlessNotifications::setAuthorizationFailure(std::optional<std::string> failure) {
+    const MutexLock lock(state_->mutex);
+    state_->failure = std::move(failure);
+}
+
+std::vector<std::int32_t> HeadlessNotifications::requestedAuthorizations() const {
+    const MutexLock lock(state_->mutex);
+    return state_->requested;
+}
+
+std::size_t HeadlessNotifications::registrations() const {
+    const MutexLock lock(state_->mutex);
+    return state_->registrations;
+}
+
 void HeadlessNotifications::readSettings(std::function<void(platform::NotificationSettings)> completion) noexcept {
     completion(state_->read());
+}
+
+void HeadlessNotifications::requestAuthorization(
+    std::int32_t options, std::function<void(std::optional<std::string> failure)> completion) noexcept {
+    completion([&] {
+        const MutexLock lock(state_->mutex);
+        state_->requested.push_back(options);
+        return state_->failure;
+    }());
+}
+
+void HeadlessNotifications::registerForRemoteNotifications() noexcept {
+    const MutexLock lock(state_->mutex);
+    ++state_->registrations;
 }
 
 }  // namespace orbinel::headless

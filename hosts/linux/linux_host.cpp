@@ -8,6 +8,7 @@
 #include "hosts/common/glib_base64.hpp"
 #include "hosts/common/in_process_notification_centre.hpp"
 #include "hosts/common/rapidjson_json.hpp"
+#include "hosts/common/without_window.hpp"
 #include "hosts/linux/curl_http.hpp"
 #include "hosts/linux/device_facts_reader.hpp"
 #include "hosts/linux/file_secure_items.hpp"
@@ -34,7 +35,7 @@ platform::ApplicationBundle bundleOf(LinuxHostOptions options) {
     auto localisation = std::move(options.localisation);
     if (!localisation) localisation = preferredLanguage(LocaleEnvironment::current());
     return {std::move(options.applicationVersion), std::move(options.applicationIdentifier).value_or(programName()),
-            std::move(localisation)};
+            std::move(localisation), std::move(options.urlSchemes)};
 }
 
 }  // namespace
@@ -55,10 +56,16 @@ LinuxHost::LinuxHost(LinuxHostOptions options) : parts_(std::make_unique<Parts>(
     services.defaults = makeLinuxDefaults(directory, services.json);
     services.secureItems = makeLinuxSecureItems(directory);
     services.notificationCentre = std::make_shared<InProcessNotificationCentre>();
-    services.application = std::make_shared<LinuxApplication>(bundleOf(std::move(options)), maySuspend);
+    services.application =
+        std::make_shared<LinuxApplication>(bundleOf(std::move(options)), maySuspend, services.scheduler);
     services.device = std::make_shared<LinuxDevice>(directory, services.scheduler);
     services.notifications = std::make_shared<LinuxNotifications>();
     services.console = std::make_shared<StderrConsole>();
+    services.views = std::make_shared<NoViews>();
+    services.accelerometer = std::make_shared<NoAccelerometer>();
+    services.haptics = std::make_shared<NoHaptics>();
+    services.pasteboard = std::make_shared<NoPasteboard>();
+    services.reviewPrompt = std::make_shared<NoReviewPrompt>();
 }
 
 LinuxHost::~LinuxHost() = default;

@@ -10,6 +10,11 @@ public:
     void readSettings(std::function<void(platform::NotificationSettings)> completion) noexcept override {
         completion({});
     }
+    void requestAuthorization(std::int32_t,
+                              std::function<void(std::optional<std::string>)> completion) noexcept override {
+        completion("No service of the desktop grants notifications.");
+    }
+    void registerForRemoteNotifications() noexcept override {}
 };
 
 }  // namespace orbinel::hosts

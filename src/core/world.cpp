@@ -138,7 +138,7 @@ World::~World() {
 }
 
 std::optional<std::string> missingService(const platform::Services& services) {
-    const std::array<std::pair<const char*, bool>, 11> present{{
+    const std::array<std::pair<const char*, bool>, 16> present{{
         {"scheduler", services.scheduler != nullptr},
         {"http", services.http != nullptr},
         {"json", services.json != nullptr},
@@ -150,6 +150,11 @@ std::optional<std::string> missingService(const platform::Services& services) {
         {"device", services.device != nullptr},
         {"notifications", services.notifications != nullptr},
         {"console", services.console != nullptr},
+        {"views", services.views != nullptr},
+        {"accelerometer", services.accelerometer != nullptr},
+        {"haptics", services.haptics != nullptr},
+        {"pasteboard", services.pasteboard != nullptr},
+        {"reviewPrompt", services.reviewPrompt != nullptr},
     }};
     for (const auto& [name, there] : present) {
         if (!there) return "orbinel::start: the service \"" + std::string(name) + "\" is missing.";

@@ -14,7 +14,13 @@ public:
 
     bool backgroundMaySuspend() const noexcept override { return target_->backgroundMaySuspend(); }
     bool isPortrait() const noexcept override { return target_->isPortrait(); }
+    ApplicationState state() const noexcept override { return target_->state(); }
     ApplicationBundle bundle() const noexcept override { return target_->bundle(); }
+    void openUrl(const std::string& url, std::function<void(bool)> completion) noexcept override {
+        target_->openUrl(url, std::move(completion));
+    }
+    void openSettings() noexcept override { target_->openSettings(); }
+    void openNotificationSettings() noexcept override { target_->openNotificationSettings(); }
 
 protected:
     const std::shared_ptr<Application> target_;

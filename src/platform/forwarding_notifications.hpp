@@ -15,6 +15,11 @@ public:
     void readSettings(std::function<void(NotificationSettings)> completion) noexcept override {
         target_->readSettings(std::move(completion));
     }
+    void requestAuthorization(std::int32_t options,
+                              std::function<void(std::optional<std::string>)> completion) noexcept override {
+        target_->requestAuthorization(options, std::move(completion));
+    }
+    void registerForRemoteNotifications() noexcept override { target_->registerForRemoteNotifications(); }
 
 protected:
     const std::shared_ptr<Notifications> target_;

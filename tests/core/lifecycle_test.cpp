@@ -1,5 +1,6 @@
 #include <chrono>
 
+#include "platform/forwarding_notifications.hpp"
 #include "session/stored_keys.hpp"
 #include "support/library_test.hpp"
 
@@ -104,8 +105,9 @@ TEST_F(LifecycleTest, HoldsTheMainThreadOnlyWhereTheProcessMayBeSuspendedAndNeve
 }
 
 // A permission that is read only after the application has left must not open a session in the background.
-class LateNotifications : public platform::Notifications {
+class LateNotifications : public platform::ForwardingNotifications {
 public:
+    using ForwardingNotifications::ForwardingNotifications;
     void readSettings(std::function<void(platform::NotificationSettings)> completion) noexcept override {
         waiting.push_back(std::move(completion));
     }
@@ -117,7 +119,7 @@ public:
 };
 
 TEST_F(LifecycleTest, IgnoresAnAnswerThatComesAfterItsForegroundPeriod) {
-    const auto late = std::make_shared<LateNotifications>();
+    const auto late = std::make_shared<LateNotifications>(host.notifications);
     relaunch([&](platform::Services& services) { services.notifications = late; });
     initialise();
     becomeActive();

@@ -10,6 +10,7 @@
 #include "hosts/common/in_process_notification_centre.hpp"
 #include "hosts/common/rapidjson_json.hpp"
 #include "orbinel/headless/headless_console.hpp"
+#include "orbinel/headless/headless_host.hpp"
 #include "orbinel/linux/linux_host.hpp"
 #include "orbinel/orbinel.hpp"
 #include "session/stored_keys.hpp"
@@ -44,7 +45,7 @@ PlayHost::PlayHost(std::shared_ptr<headless::HeadlessScheduler> scheduler, bool 
       defaults_(std::make_shared<hosts::SqliteDefaults>(directory_, json_)),
       secureItems_(std::make_shared<RememberingSecureItems>(hosts::makeLinuxSecureItems(directory_))),
       notificationCentre_(std::make_shared<hosts::InProcessNotificationCentre>()),
-      application_(std::make_shared<headless::HeadlessApplication>()),
+      application_(std::make_shared<headless::HeadlessApplication>(scheduler_)),
       device_(std::make_shared<headless::HeadlessDevice>(deviceSeed(isVirtual))),
       notifications_(std::make_shared<headless::HeadlessNotifications>()),
       console_(std::make_shared<headless::HeadlessConsole>([&trace](std::string_view line) {
@@ -57,8 +58,10 @@ PlayHost::~PlayHost() {
 }
 
 platform::Services PlayHost::services() const {
-    return {scheduler_,          http_,        json_,   base64_,        defaults_, secureItems_,
-            notificationCentre_, application_, device_, notifications_, console_};
+    const auto none = headless::HeadlessHost(scheduler_).services();
+    return {scheduler_,          http_,        json_,           base64_,          defaults_, secureItems_,
+            notificationCentre_, application_, device_,         notifications_,   console_,  none.views,
+            none.accelerometer,  none.haptics, none.pasteboard, none.reviewPrompt};
 }
 
 void PlayHost::changeDevice(const std::vector<FactChange>& changes) {

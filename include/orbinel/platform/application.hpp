@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace orbinel::platform {
 
@@ -10,11 +12,15 @@ struct ApplicationBundle {
     std::optional<std::string> version;                // as shown to people, such as "2.1.0"
     std::optional<std::string> identifier;             // the package's name, such as "com.acme.shop"
     std::optional<std::string> preferredLocalisation;  // the localisation in use (BCP 47), such as "tr" or "en-GB"
+    std::vector<std::string> urlSchemes;               // schemes that open this application, in lower case
 };
+
+enum class ApplicationState { active, inactive, background };
 
 /// The application that the library runs in.
 ///
-/// Threads: callable from any thread; answers are kept by the host, so that nobody waits for the main thread.
+/// Threads: callable from any thread; answers are kept by the host, so that nobody waits for the main thread. Opening
+/// is for the main thread alone.
 class Application {
 public:
     virtual ~Application() = default;
@@ -26,7 +32,19 @@ public:
     /// Whether the interface stands upright.
     [[nodiscard]] virtual bool isPortrait() const noexcept = 0;
 
+    [[nodiscard]] virtual ApplicationState state() const noexcept = 0;
+
     [[nodiscard]] virtual ApplicationBundle bundle() const noexcept = 0;
+
+    /// Opens the URL (RFC 3986) outside the application, with whatever the person uses for its scheme. The completion
+    /// runs once on the main thread, never inside the call, with whether something took the URL.
+    virtual void openUrl(const std::string& url, std::function<void(bool opened)> completion) noexcept = 0;
+
+    /// Opens the application's page in the platform's settings.
+    virtual void openSettings() noexcept = 0;
+
+    /// Opens the application's notification settings.
+    virtual void openNotificationSettings() noexcept = 0;
 };
 
 }  // namespace orbinel::platform

@@ -13,6 +13,9 @@ namespace notification_names {
 inline constexpr std::string_view didBecomeActive = "UIApplicationDidBecomeActiveNotification";
 inline constexpr std::string_view didEnterBackground = "UIApplicationDidEnterBackgroundNotification";
 inline constexpr std::string_view willTerminate = "UIApplicationWillTerminateNotification";
+/// With "height", the keyboard's height in points.
+inline constexpr std::string_view keyboardWillShow = "UIKeyboardWillShowNotification";
+inline constexpr std::string_view keyboardWillHide = "UIKeyboardWillHideNotification";
 inline constexpr std::string_view orientationDidChange = "UIDeviceOrientationDidChangeNotification";
 }  // namespace notification_names
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
+#include <string>
 
 namespace orbinel::platform {
 
@@ -11,15 +14,32 @@ struct NotificationSettings {
     bool scheduledDelivery = false;  // the person has notifications delivered in a scheduled summary
 };
 
-/// The person's settings for notifications of this application.
+/// What an application asks to be allowed, as bits that are added.
+namespace authorization_options {
+inline constexpr std::int32_t badge = 1;
+inline constexpr std::int32_t sound = 2;
+inline constexpr std::int32_t alert = 4;
+inline constexpr std::int32_t providesAppNotificationSettings = 32;
+inline constexpr std::int32_t provisional = 64;  // delivered quietly, without asking the person
+}  // namespace authorization_options
+
+/// Notifications of this application: what the person allows, and being reachable for pushes.
 ///
-/// Threads: callable from any thread. The completion runs exactly once, on any thread, possibly inside the call; a
-/// platform service that does not answer within 500 ms counts as "not determined".
+/// Threads: callable from any thread. A completion runs exactly once, on any thread, possibly inside the call.
 class Notifications {
 public:
     virtual ~Notifications() = default;
 
+    /// A platform service that does not answer within 500 ms counts as "not determined".
     virtual void readSettings(std::function<void(NotificationSettings)> completion) noexcept = 0;
+
+    /// Asks the person, unless they have decided before. The completion gets a sentence only where asking failed; a
+    /// refusal is no failure.
+    virtual void requestAuthorization(std::int32_t options,
+                                      std::function<void(std::optional<std::string> failure)> completion) noexcept = 0;
+
+    /// Asks the push service for a device token, which reaches the application's delegate. Main thread.
+    virtual void registerForRemoteNotifications() noexcept = 0;
 };
 
 }  // namespace orbinel::platform

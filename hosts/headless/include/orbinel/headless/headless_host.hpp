@@ -51,6 +51,11 @@ struct ORBINEL_API HeadlessHost {
     std::shared_ptr<HeadlessDevice> device;
     std::shared_ptr<HeadlessNotifications> notifications;
     std::shared_ptr<HeadlessConsole> console;
+    std::shared_ptr<platform::Views> views;
+    std::shared_ptr<platform::Accelerometer> accelerometer;
+    std::shared_ptr<platform::Haptics> haptics;
+    std::shared_ptr<platform::Pasteboard> pasteboard;
+    std::shared_ptr<platform::ReviewPrompt> reviewPrompt;
 };
 
 }  // namespace orbinel::headless

@@ -1,7 +1,12 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "orbinel/export.hpp"
 #include "orbinel/platform/notifications.hpp"
@@ -16,7 +21,19 @@ public:
 
     void setSettings(platform::NotificationSettings settings);
 
+    /// What asking for authorization fails with; nothing: it does not fail.
+    void setAuthorizationFailure(std::optional<std::string> failure);
+
+    /// The options of each request for authorization, in their order.
+    [[nodiscard]] std::vector<std::int32_t> requestedAuthorizations() const;
+
+    /// How often a device token was asked for.
+    [[nodiscard]] std::size_t registrations() const;
+
     void readSettings(std::function<void(platform::NotificationSettings)> completion) noexcept override;
+    void requestAuthorization(std::int32_t options,
+                              std::function<void(std::optional<std::string> failure)> completion) noexcept override;
+    void registerForRemoteNotifications() noexcept override;
 
 private:
     struct State;

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "orbinel/export.hpp"
 #include "orbinel/platform/services.hpp"
@@ -22,6 +23,7 @@ struct LinuxHostOptions {
     std::optional<std::string> applicationVersion;     // such as "2.1.0"
     std::optional<std::string> applicationIdentifier;  // such as "com.acme.shop"; absent: the program's name
     std::optional<std::string> localisation;           // BCP 47; absent: the person's language
+    std::vector<std::string> urlSchemes;               // schemes that open the application, in lower case
 
     /// Whether the system may suspend the process as soon as the application is in the background, as phones do.
     bool backgroundMaySuspend = false;

@@ -1,0 +1,73 @@
+#include "inapp/presented_inapp.hpp"
+
+#include <array>
+#include <utility>
+
+#include "base/value_text.hpp"
+
+namespace orbinel {
+
+void PresentedInapp::present(Record record) {
+    const MutexLock lock(mutex_);
+    activeInapp_.swap(record);  // the earlier one is released without the lock
+}
+
+void PresentedInapp::clear() {
+    Record gone;
+    Array clicks;
+    const MutexLock lock(mutex_);
+    activeInapp_.swap(gone);
+    inappClickLog_.swap(clicks);
+    shouldAddInappLog_ = false;
+}
+
+PresentedInapp::Record PresentedInapp::activeInapp() const {
+    const MutexLock lock(mutex_);
+    return activeInapp_;
+}
+
+Dictionary PresentedInapp::content() const {
+    const auto record = activeInapp();
+    const auto* content = record != nullptr ? (*record)["content"].ifDictionary() : nullptr;
+    return content != nullptr ? *content : Dictionary();
+}
+
+void PresentedInapp::setShouldAddInappLog(bool should) {
+    const MutexLock lock(mutex_);
+    shouldAddInappLog_ = should;
+}
+
+bool PresentedInapp::shouldAddInappLog() const {
+    const MutexLock lock(mutex_);
+    return shouldAddInappLog_;
+}
+
+void PresentedInapp::addClick(Dictionary click) {
+    const MutexLock lock(mutex_);
+    inappClickLog_.emplace_back(std::move(click));
+}
+
+Array PresentedInapp::takeClicks() {
+    Array taken;
+    const MutexLock lock(mutex_);
+    taken.swap(inappClickLog_);
+    return taken;
+}
+
+void PresentedInapp::clearClicks() { (void)takeClicks(); }
+
+std::string inappFieldText(const Dictionary& record, std::string_view field) {
+    const auto& value = record[field];
+    if (const auto* text = value.ifString()) return *text;
+    return value.isAbsent() || value.isNull() ? std::string() : textOf(value);
+}
+
+Dictionary inappIdentity(const Dictionary* record) {
+    Dictionary identity;
+    for (const auto* field : std::array{"inapp_id", "variant_id"}) {
+        identity.set(field, record != nullptr ? inappFieldText(*record, field) : std::string());
+    }
+    return identity;
+}
+
+}  // namespace orbinel

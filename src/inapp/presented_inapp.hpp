@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "base/mutex.hpp"
+#include "orbinel/value.hpp"
+
+namespace orbinel {
+
+/// The one message that is being presented, from the moment it was handed over until it is gone, and what has been
+/// gathered about it meanwhile.
+///
+/// Threads: any.
+class PresentedInapp {
+public:
+    using Record = std::shared_ptr<const Dictionary>;
+
+    /// Makes the record the active one.
+    void present(Record record);
+
+    /// The message is gone: nothing is active, nothing gathered.
+    void clear();
+
+    /// The active record; nothing where there is none.
+    [[nodiscard]] Record activeInapp() const;
+
+    /// "content" of the active record; an empty dictionary where there is none.
+    [[nodiscard]] Dictionary content() const;
+
+    // Whether it was shown, so that its close is to be logged.
+    void setShouldAddInappLog(bool should);
+    [[nodiscard]] bool shouldAddInappLog() const;
+
+    // The clicks that the page has reported ("inappClickLog").
+    void addClick(Dictionary click);
+    [[nodiscard]] Array takeClicks();
+    void clearClicks();
+
+private:
+    mutable Mutex mutex_;
+    Record activeInapp_ ORBINEL_GUARDED_BY(mutex_);
+    bool shouldAddInappLog_ ORBINEL_GUARDED_BY(mutex_) = false;
+    Array inappClickLog_ ORBINEL_GUARDED_BY(mutex_);
+};
+
+/// A record's field as text: an integer in digits; the empty text where it is missing, null or empty.
+[[nodiscard]] std::string inappFieldText(const Dictionary& record, std::string_view field);
+
+/// {"inapp_id", "variant_id"} of a record, both as text; of an absent record both are empty.
+[[nodiscard]] Dictionary inappIdentity(const Dictionary* record);
+
+}  // namespace orbinel
