@@ -31,7 +31,7 @@ struct Logging {
     explicit Logging(World& w)
         : testDevices({w.reports, w.helper, w.session, w.endpoints, w.requestSender}),
           logger({w.reports, w.helper, w.session, w.identity, w.deviceAttributes, testDevices, w.endpoints, w.encryptor,
-                  w.lifetime(), *w.services.scheduler, http, *w.services.json, *w.services.console}) {
+                  w.ownLifetime, *w.services.scheduler, http, *w.services.json, *w.services.console}) {
         logger.setLogFlushTimeInterval(10);
         logger.setIsLoggingEnabled(true);
         logger.setSessionId("5f2b8c1e-session");

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "orbinel/export.hpp"
+#include "orbinel/library_part.hpp"
 #include "orbinel/optional_text.hpp"
 #include "orbinel/value.hpp"
 
@@ -26,7 +27,7 @@ class ORBINEL_API OrbinelEvent {
 public:
     /// An event of the library that is started at this moment. The name is only checked by `build`.
     explicit OrbinelEvent(OptionalText name) noexcept;
-    OrbinelEvent(std::weak_ptr<EventRecorder> recorder, OptionalText name, bool isInternal) noexcept;
+    OrbinelEvent(LibraryPart<EventRecorder> recorder, OptionalText name, bool isInternal) noexcept;
 
     /// A copy has parameters of its own: what is added to one does not show in the other.
     OrbinelEvent(const OrbinelEvent& other) noexcept;
@@ -81,7 +82,7 @@ private:
     template <typename Step>
     void visit(const char* operation, Step&& step) noexcept;
 
-    std::weak_ptr<EventRecorder> recorder_;
+    LibraryPart<EventRecorder> recorder_;
     std::string name_;
     std::shared_ptr<EventParameters> parameters_;
     bool isInternal_ = false;

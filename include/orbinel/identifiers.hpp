@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "orbinel/export.hpp"
+#include "orbinel/library_part.hpp"
 #include "orbinel/optional_text.hpp"
 #include "orbinel/value.hpp"
 
@@ -22,7 +23,7 @@ class ORBINEL_API OrbinelIdentifiers {
 public:
     /// Refusals are told to the library that is started at this moment, if there is one.
     OrbinelIdentifiers() noexcept;
-    explicit OrbinelIdentifiers(std::weak_ptr<const UserAccess> access) noexcept;
+    explicit OrbinelIdentifiers(LibraryPart<const UserAccess> access) noexcept;
 
     /// Something before an "@", and after it something, a dot and something again, without line breaks; sent as "em".
     OrbinelIdentifiers& addEmail(OptionalText email) & noexcept;
@@ -48,7 +49,7 @@ private:
     void set(std::string_view prefix, OptionalText key, OptionalText identifier) noexcept;
     void refuseKey(std::string_view key) const noexcept;
 
-    std::weak_ptr<const UserAccess> access_;
+    LibraryPart<const UserAccess> access_;
     std::shared_ptr<const Dictionary> identifiers_;  // never changed, only replaced; nothing while there are none
 };
 

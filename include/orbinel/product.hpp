@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "orbinel/export.hpp"
+#include "orbinel/library_part.hpp"
 #include "orbinel/optional_text.hpp"
 #include "orbinel/value.hpp"
 
@@ -34,7 +35,7 @@ struct ProductAccess;
 class ORBINEL_API OrbinelProduct {
 public:
     OrbinelProduct() noexcept;
-    OrbinelProduct(std::weak_ptr<ProductAccess> access, std::shared_ptr<OrbinelProductInternal> internal) noexcept;
+    OrbinelProduct(LibraryPart<ProductAccess> access, std::shared_ptr<OrbinelProductInternal> internal) noexcept;
     OrbinelProduct(const OrbinelProduct& other) noexcept;
     OrbinelProduct& operator=(const OrbinelProduct& other) noexcept;
     OrbinelProduct(OrbinelProduct&&) noexcept;
@@ -176,7 +177,7 @@ private:
     template <typename MakeValue>
     void storeCustom(const char* operation, OptionalText name, MakeValue&& makeValue) noexcept;
 
-    std::weak_ptr<ProductAccess> access_;
+    LibraryPart<ProductAccess> access_;
     std::shared_ptr<OrbinelProductInternal> internal_;
 };
 

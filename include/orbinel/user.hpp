@@ -2,13 +2,13 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "orbinel/export.hpp"
 #include "orbinel/identifiers.hpp"
+#include "orbinel/library_part.hpp"
 #include "orbinel/optional_text.hpp"
 #include "orbinel/value.hpp"
 
@@ -32,7 +32,7 @@ enum class OrbinelGender : std::int32_t { male = 0, female = 1, other = 2 };
 /// Threads: any.
 class ORBINEL_API OrbinelUser {
 public:
-    explicit OrbinelUser(std::weak_ptr<const UserAccess> access) noexcept;
+    explicit OrbinelUser(LibraryPart<const UserAccess> access) noexcept;
 
     // --- Standard attributes. ---
 
@@ -149,7 +149,7 @@ private:
     void setText(const char* operation, std::string_view code, OptionalText value) const noexcept;
     void setFlag(const char* operation, std::string_view code, bool value) const noexcept;
 
-    std::weak_ptr<const UserAccess> access_;
+    LibraryPart<const UserAccess> access_;
 };
 
 }  // namespace orbinel

@@ -11,33 +11,13 @@
 
 namespace orbinel {
 
-/// Lets work that comes late (HTTP completions, timers, main-queue tasks) and calls from outside find out whether their
-/// world still runs, and keeps the world in memory while they are running.
+/// Lets work that comes late (HTTP completions, timers, main-queue tasks) find out whether its world still runs, and
+/// keeps the world in memory while it is running.
 ///
 /// Threads: any. A lifetime begins once and ends once.
 class Lifetime {
-    struct State;
-
 public:
     explicit Lifetime(Reports& reports) : reports_(reports) {}
-
-    /// One piece of running work; false where the lifetime has not begun or has ended. Its end waits for the work.
-    /// Whoever keeps the world alive for the work has to let go of it first.
-    class Entry {
-    public:
-        explicit Entry(const Lifetime& lifetime) : Entry(lifetime.state_) {}
-        explicit Entry(std::shared_ptr<State> state);
-        ~Entry();
-        Entry(const Entry&) = delete;
-        Entry& operator=(const Entry&) = delete;
-        explicit operator bool() const noexcept { return entered_; }
-
-    private:
-        void leave() noexcept;
-
-        const std::shared_ptr<State> state_;
-        bool entered_ = false;
-    };
 
     /// Called when the world has an owner that can be shared.
     void begin(std::weak_ptr<void> world);
@@ -69,6 +49,23 @@ private:
         std::atomic<int> running{0};
         Mutex mutex;
         ConditionVariable changed;  // of `running`, once it has ended
+    };
+
+    /// One piece of running work; false where the lifetime has not begun or has ended. Its end waits for the work.
+    /// Whoever keeps the world alive for the work has to let go of it first.
+    class Entry {
+    public:
+        explicit Entry(std::shared_ptr<State> state);
+        ~Entry();
+        Entry(const Entry&) = delete;
+        Entry& operator=(const Entry&) = delete;
+        explicit operator bool() const noexcept { return entered_; }
+
+    private:
+        void leave() noexcept;
+
+        const std::shared_ptr<State> state_;
+        bool entered_ = false;
     };
 
     Reports& reports_;

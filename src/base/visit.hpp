@@ -1,32 +1,49 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <utility>
-
-#include "base/lifetime.hpp"
+#include "base/entrance.hpp"
+#include "orbinel/library_part.hpp"
 
 namespace orbinel {
 
-/// Holds a part of the world for the length of one call from outside, so that the end of the world waits for the call;
-/// holds nothing where the world does not run.
-template <typename Target>
+/// One call from outside into a part of the world, which stands until the call has ended; nothing where that world does
+/// not run.
+template <typename Part>
 class Visit {
 public:
-    explicit Visit(std::shared_ptr<Target> target) : target_(std::move(target)) {
-        if (target_ == nullptr) return;
-        entry_.emplace(target_->lifetime());
-        if (!*entry_) target_.reset();
+    explicit Visit(const LibraryPart<Part>& part) noexcept : entrance_(part.entrance) {
+        if (entrance_ == nullptr) return;
+        if (entrance_->enter(part.opening)) {
+            part_ = part.part;
+        } else {
+            entrance_ = nullptr;
+        }
     }
 
-    explicit operator bool() const noexcept { return target_ != nullptr; }
-    Target* operator->() const noexcept { return target_.get(); }
-    Target& operator*() const noexcept { return *target_; }
-    [[nodiscard]] const std::shared_ptr<Target>& target() const noexcept { return target_; }
+    /// The whole of what is behind the entrance now; it may be null.
+    explicit Visit(Entrance* entrance) noexcept : entrance_(entrance) {
+        if (entrance_ == nullptr) return;
+        if (entrance_->enter(anyOpening)) {
+            part_ = static_cast<Part*>(entrance_->target());
+        } else {
+            entrance_ = nullptr;
+        }
+    }
+
+    ~Visit() {
+        if (entrance_ != nullptr) entrance_->leave();
+    }
+    Visit(const Visit&) = delete;
+    Visit& operator=(const Visit&) = delete;
+
+    explicit operator bool() const noexcept { return part_ != nullptr; }
+    Part* operator->() const noexcept { return part_; }
+    Part& operator*() const noexcept { return *part_; }
 
 private:
-    std::optional<Lifetime::Entry> entry_;  // the first member, to be the last one to go
-    std::shared_ptr<Target> target_;
+    static constexpr std::uint64_t anyOpening = 0;
+
+    Entrance* entrance_;
+    Part* part_ = nullptr;
 };
 
 }  // namespace orbinel

@@ -38,9 +38,9 @@ std::optional<Content> copyOf(const Content* content) {
 
 OrbinelProduct::OrbinelProduct() noexcept = default;
 
-OrbinelProduct::OrbinelProduct(std::weak_ptr<ProductAccess> access,
+OrbinelProduct::OrbinelProduct(LibraryPart<ProductAccess> access,
                                std::shared_ptr<OrbinelProductInternal> internal) noexcept
-    : access_(std::move(access)), internal_(std::move(internal)) {}
+    : access_(access), internal_(std::move(internal)) {}
 
 OrbinelProduct::OrbinelProduct(const OrbinelProduct& other) noexcept : access_(other.access_) {
     try {
@@ -60,7 +60,7 @@ OrbinelProduct& OrbinelProduct::operator=(OrbinelProduct&&) noexcept = default;
 OrbinelProduct::~OrbinelProduct() = default;
 
 bool OrbinelProduct::isProductValid() const noexcept {
-    const Visit<ProductAccess> access(access_.lock());
+    const Visit<ProductAccess> access(access_);
     if (!access || internal_ == nullptr) return false;
     return guarded(access->reports, "-[OrbinelProduct isProductValid]", false,
                    [&] { return access->helper.shouldProceed() && internal_->isValid(); });
@@ -71,7 +71,7 @@ bool OrbinelProduct::isProductValid() const noexcept {
 /// Runs a step that needs the library, while that may work and the product is valid.
 template <typename Step>
 void OrbinelProduct::visitValid(const char* operation, Step&& step) noexcept {
-    const Visit<ProductAccess> access(access_.lock());
+    const Visit<ProductAccess> access(access_);
     if (!access || internal_ == nullptr) return;
     guarded(access->reports, operation, [&] {
         if (access->helper.shouldProceed() && internal_->isValid()) step(*access);
@@ -237,7 +237,7 @@ auto OrbinelProduct::read(const char* operation, Read&& readIt) const noexcept {
     try {
         return readIt(static_cast<const OrbinelProductInternal&>(*internal_));
     } catch (const std::exception& exception) {
-        if (const Visit<ProductAccess> access(access_.lock()); access) {
+        if (const Visit<ProductAccess> access(access_); access) {
             reportException(access->reports, operation, exception.what());
         }
     }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/lifetime.hpp"
 #include "base/reports.hpp"
 #include "events/validation.hpp"
 #include "session/helper.hpp"
@@ -12,9 +11,6 @@ struct ProductAccess {
     Reports& reports;
     OrbinelHelper& helper;
     const Validation& validation;
-    const Lifetime& ownLifetime;
-
-    [[nodiscard]] const Lifetime& lifetime() const noexcept { return ownLifetime; }
 };
 
 }  // namespace orbinel

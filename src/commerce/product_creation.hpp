@@ -35,7 +35,7 @@ public:
     explicit ProductCreation(const Needs& needs) : reports_(needs.reports), helper_(needs.helper) {}
 
     /// Called when the library has an owner that its products can refer to weakly.
-    void begin(std::weak_ptr<ProductAccess> access) { access_ = std::move(access); }
+    void begin(LibraryPart<ProductAccess> access) { access_ = access; }
 
     /// Never nothing. While the gate is closed: a dummy without a summary.
     [[nodiscard]] OrbinelProduct createNewProductWithID(const RequiredProductFields& fields) noexcept;
@@ -50,7 +50,7 @@ private:
 
     Reports& reports_;
     OrbinelHelper& helper_;
-    std::weak_ptr<ProductAccess> access_;  // set once, before other threads come
+    LibraryPart<ProductAccess> access_;  // set once, before other threads come
 };
 
 }  // namespace orbinel

@@ -1,7 +1,9 @@
 #include "core/current_world.hpp"
 
+#include <atomic>
 #include <utility>
 
+#include "base/entrance.hpp"
 #include "base/mutex.hpp"
 #include "core/world.hpp"
 
@@ -21,7 +23,12 @@ Place& place() noexcept {
     return only;
 }
 
+// Beside the place: needs no initialisation and no lock.
+constinit std::atomic<Entrance*> currentEntrance{nullptr};
+
 }  // namespace
+
+Entrance* entrance() noexcept { return currentEntrance.load(std::memory_order_acquire); }
 
 std::shared_ptr<World> get() noexcept {
     auto& only = place();
@@ -39,12 +46,14 @@ void set(std::shared_ptr<World> world) noexcept {
     auto& only = place();
     const MutexLock lock(only.mutex);
     only.claimed = false;
+    currentEntrance = world != nullptr ? world->entrance.get() : nullptr;
     only.world = std::move(world);
 }
 
 std::shared_ptr<World> take() noexcept {
     auto& only = place();
     const MutexLock lock(only.mutex);
+    currentEntrance = nullptr;
     return std::exchange(only.world, nullptr);
 }
 

@@ -4,10 +4,14 @@
 
 namespace orbinel {
 
+class Entrance;
 class World;
 
 /// The world that the static facade works on: the library's one global. Threads: any.
 namespace current_world {
+
+/// Where calls from outside enter the world; nothing while the library is not started. Costs one atomic read.
+[[nodiscard]] Entrance* entrance() noexcept;
 
 /// The world, kept alive for the caller; nothing while the library is not started.
 [[nodiscard]] std::shared_ptr<World> get() noexcept;

@@ -12,8 +12,8 @@ namespace orbinel {
 
 // Out of memory leaves an event without parameters, on which every operation does nothing.
 
-OrbinelEvent::OrbinelEvent(std::weak_ptr<EventRecorder> recorder, OptionalText name, bool isInternal) noexcept
-    : recorder_(std::move(recorder)), isInternal_(isInternal) {
+OrbinelEvent::OrbinelEvent(LibraryPart<EventRecorder> recorder, OptionalText name, bool isInternal) noexcept
+    : recorder_(recorder), isInternal_(isInternal) {
     try {
         name_ = name.view();
         parameters_ = std::make_shared<EventParameters>();
@@ -51,7 +51,7 @@ void OrbinelEvent::store(const char* operation, OptionalText key, MakeValue&& ma
     try {
         if (Value value = makeValue(); !value.isAbsent()) parameters_->set(key.view(), std::move(value));
     } catch (const std::exception& exception) {
-        if (const Visit<EventRecorder> recorder(recorder_.lock()); recorder) {
+        if (const Visit<EventRecorder> recorder(recorder_); recorder) {
             reportException(recorder->reports(), operation, exception.what());
         }
     }
@@ -61,7 +61,7 @@ void OrbinelEvent::store(const char* operation, OptionalText key, MakeValue&& ma
 template <typename Step>
 void OrbinelEvent::visit(const char* operation, Step&& step) noexcept {
     if (parameters_ == nullptr) return;
-    const Visit<EventRecorder> recorder(recorder_.lock());
+    const Visit<EventRecorder> recorder(recorder_);
     if (recorder) guarded(recorder->reports(), operation, [&] { step(*recorder); });
 }
 
@@ -125,7 +125,7 @@ OrbinelEvent&& OrbinelEvent::addParameters(const Dictionary& parameters) && noex
 }
 
 void OrbinelEvent::build() noexcept {
-    const Visit<EventRecorder> recorder(recorder_.lock());
+    const Visit<EventRecorder> recorder(recorder_);
     if (recorder && parameters_ != nullptr) recorder->build(name_, parameters_);
 }
 

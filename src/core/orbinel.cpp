@@ -18,7 +18,7 @@ constexpr std::string_view signUpEvent = "sign_up_confirmation";
 /// value is returned.
 template <typename Result, typename Body>
 Result onWorld(const GuardedOperation& operation, Result neutral, Body&& body) noexcept {
-    const Visit<World> world(current_world::get());
+    const Visit<World> world(current_world::entrance());
     if (!world) return neutral;
     return guarded(world->reports, operation, std::move(neutral), [&] { return body(*world); });
 }
@@ -46,9 +46,10 @@ void throughGate(const GuardedOperation& operation, Body&& body) noexcept {
     });
 }
 
-OrbinelEvent eventOf(const std::shared_ptr<World>& world, OptionalText name, bool isInternal) noexcept {
-    return {std::shared_ptr<EventRecorder>(world, world != nullptr ? &world->eventRecorder : nullptr), name,
-            isInternal};
+/// What an application's object holds of the world; of none where there is none.
+template <typename Part>
+LibraryPart<Part> partOf(const Visit<World>& world, Part World::*part) noexcept {
+    return world ? world->part((*world).*part) : LibraryPart<Part>();
 }
 
 /// What was read; the default where that is nothing, an absent one as the empty text.
@@ -58,10 +59,6 @@ std::string textOrDefault(OptionalText fallback, std::optional<std::string> read
     } catch (const std::exception&) {
         return {};
     }
-}
-
-std::weak_ptr<const UserAccess> userAccessOf(const std::shared_ptr<World>& world) noexcept {
-    return std::shared_ptr<const UserAccess>(world, world != nullptr ? &world->userAccess : nullptr);
 }
 
 /// Launch options nested beyond the bound count as none.
@@ -154,9 +151,9 @@ void Orbinel::hybridApplicationDidBecomeActive() noexcept {
 // --- Events ---
 
 OrbinelEvent Orbinel::tagEvent(OptionalText name) noexcept {
-    const Visit<World> world(current_world::get());
+    const Visit<World> world(current_world::entrance());
     const bool open = world && world->helper.shouldProceed();
-    return eventOf(world.target(), open ? name : OptionalText(""), false);
+    return {partOf(world, &World::eventRecorder), open ? name : OptionalText(""), false};
 }
 
 void Orbinel::signUpConfirmation() noexcept {
@@ -166,7 +163,8 @@ void Orbinel::signUpConfirmation() noexcept {
     });
 }
 
-OrbinelEvent::OrbinelEvent(OptionalText name) noexcept : OrbinelEvent(eventOf(current_world::get(), name, false)) {}
+OrbinelEvent::OrbinelEvent(OptionalText name) noexcept
+    : OrbinelEvent(partOf(Visit<World>(current_world::entrance()), &World::eventRecorder), name, false) {}
 
 // --- Consent and collection ---
 
@@ -201,14 +199,17 @@ void Orbinel::enableCarrierCollection(bool enabled) noexcept {
 // --- The user ---
 
 OrbinelUser Orbinel::getCurrentUser() noexcept {
-    const auto world = current_world::get();
-    onWorld("+[Orbinel getCurrentUser]", [](World& running) {
-        if (running.helper.shouldProceed()) running.userAttributes.initUser();
-    });
-    return OrbinelUser(userAccessOf(world));
+    const Visit<World> world(current_world::entrance());
+    if (world) {
+        guarded(world->reports, "+[Orbinel getCurrentUser]", [&] {
+            if (world->helper.shouldProceed()) world->userAttributes.initUser();
+        });
+    }
+    return OrbinelUser(partOf(world, &World::userAccess));
 }
 
-OrbinelIdentifiers::OrbinelIdentifiers() noexcept : OrbinelIdentifiers(userAccessOf(current_world::get())) {}
+OrbinelIdentifiers::OrbinelIdentifiers() noexcept
+    : OrbinelIdentifiers(partOf(Visit<World>(current_world::entrance()), &World::userAccess)) {}
 
 std::optional<std::string> Orbinel::getOrbinelID() noexcept {
     return throughGate("+[Orbinel getOrbinelID]", std::optional<std::string>(),

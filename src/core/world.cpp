@@ -7,6 +7,7 @@ namespace orbinel {
 
 World::World(platform::Services given)
     : services(std::move(given)),
+      entrance(Entrance::claim()),
       reports(*services.console),
       ownLifetime(reports),
       encryptor(reports, *services.base64),
@@ -22,7 +23,7 @@ World::World(platform::Services given)
       collectionSwitches(reports),
       privacy({reports, helper, session, requestSender, endpoints, collaborators}),
       validation(reports),
-      eventRecorder({reports, helper, session, validation, eventBudget, *services.json, ownLifetime}),
+      eventRecorder({reports, helper, session, validation, eventBudget, *services.json}),
       idListeners(reports),
       deviceAttributes({reports, helper, collectionSwitches, ownLifetime, *services.device, *services.application,
                         *services.notifications}),
@@ -30,7 +31,7 @@ World::World(platform::Services given)
       identityRequest({reports, session, requestSender, endpoints}),
       identity({reports, helper, session, idListeners, identityRequest, userAttributes}),
       login({reports, helper, identity, userAttributes, sessionStop, sessionStart, ownLifetime, *services.scheduler}),
-      userAccess{reports, validation, userAttributes, identity, login, ownLifetime},
+      userAccess{reports, validation, userAttributes, identity, login},
       testDevices({reports, helper, session, endpoints, requestSender}),
       autoIntegration({reports, helper}),
       wizard({reports, helper, session, deviceAttributes, testDevices, endpoints, ownLifetime, *services.http,
@@ -39,7 +40,7 @@ World::World(platform::Services given)
       messageCenter({reports, helper, session, identity, endpoints, requestSender, ownLifetime, *services.scheduler}),
       logger({reports, helper, session, identity, deviceAttributes, testDevices, endpoints, encryptor, ownLifetime,
               *services.scheduler, *services.http, *services.json, *services.console}),
-      productAccess{reports, helper, validation, ownLifetime},
+      productAccess{reports, helper, validation},
       productCreation({reports, helper}),
       commerceEvents({reports, helper, eventRecorder}),
       pageVisits({commerceEvents}),
@@ -62,16 +63,20 @@ World::World(platform::Services given)
 std::shared_ptr<World> World::create(platform::Services services) {
     // The deleter owns nothing: late work that still waits in the scheduler keeps the deleter in memory.
     std::shared_ptr<World> world(new World(std::move(services)), [](World* last) {
-        const auto scheduler = last->services.scheduler;
-        if (scheduler->isMain()) {
-            delete last;
-        } else {
-            scheduler->postMain([last] { delete last; });
-        }
+        last->entrance->close();
+        last->entrance->whenLeft([last] {
+            const auto scheduler = last->services.scheduler;
+            if (scheduler->isMain()) {
+                delete last;
+            } else {
+                scheduler->postMain([last] { delete last; });
+            }
+        });
     });
     world->bind();
-    world->productCreation.begin(std::shared_ptr<ProductAccess>(world, &world->productAccess));
     world->ownLifetime.begin(world);
+    world->entrance->open(world.get());
+    world->productCreation.begin(world->part(world->productAccess));
     world->offlineQueue.reclaim();
     // Not at once: opening a store wakes the service's thread, and the start is the moment in which it counts.
     world->services.scheduler->postMain(
@@ -123,6 +128,8 @@ void World::unbind() noexcept {
 
 // The stores' problem handler stays: it does nothing any more, and taking it away would wait for one that is running.
 void World::end(std::chrono::milliseconds limit) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    entrance->close();
     ownLifetime.end();
     sessionStart.cancelAll();
     requestSender.cancelAll();
@@ -130,6 +137,8 @@ void World::end(std::chrono::milliseconds limit) {
     logger.cancelAll();
     recommendations.cancelAll();
     ownLifetime.waitUntilQuiet(limit);
+    entrance->waitUntilLeft(
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()));
 }
 
 World::~World() {

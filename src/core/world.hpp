@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "base/entrance.hpp"
 #include "base/lifetime.hpp"
 #include "base/reports.hpp"
 #include "commerce/cart_reminder.hpp"
@@ -21,6 +22,7 @@
 #include "events/event_budget.hpp"
 #include "events/event_recorder.hpp"
 #include "events/validation.hpp"
+#include "orbinel/library_part.hpp"
 #include "orbinel/platform/services.hpp"
 #include "personalisation/content_optimizer.hpp"
 #include "personalisation/recommendation_logger.hpp"
@@ -56,8 +58,8 @@ namespace orbinel {
 ///
 /// A world can be made, ended and made anew over the same stores, which is a relaunch of the application.
 ///
-/// Threads: made on the main thread. The last reference may be dropped anywhere; the world is then destroyed on the
-/// main queue.
+/// Threads: made on the main thread. The last reference may be dropped anywhere; once every call from outside has left,
+/// the world is destroyed on the main queue.
 class World {
 public:
     /// The services must all be present.
@@ -66,7 +68,11 @@ public:
     World(const World&) = delete;
     World& operator=(const World&) = delete;
 
-    [[nodiscard]] const Lifetime& lifetime() const noexcept { return ownLifetime; }
+    /// What an application's object may hold of this world.
+    template <typename Part>
+    [[nodiscard]] LibraryPart<Part> part(Part& part) const noexcept {
+        return {&part, entrance.get(), entrance->opening()};
+    }
 
     /// Cancels what is under way, begins nothing any more, and waits for what is running, within the limit.
     void end(std::chrono::milliseconds limit = std::chrono::seconds(1));
@@ -74,6 +80,7 @@ public:
     const platform::Services services;
 
     // base
+    const Entrance::Claimed entrance;  // the first, to be given back when nothing else is left
     Reports reports;
     Lifetime ownLifetime;
 
@@ -104,7 +111,7 @@ public:
     IdentityRequest identityRequest;
     OrbinelIdentity identity;
     Login login;
-    UserAccess userAccess;
+    const UserAccess userAccess;
 
     // tools
     TestDevices testDevices;

@@ -33,8 +33,7 @@ EventRecorder::EventRecorder(const Needs& needs)
       session_(needs.session),
       validation_(needs.validation),
       budget_(needs.budget),
-      json_(needs.json),
-      lifetime_(needs.lifetime) {}
+      json_(needs.json) {}
 
 // --- Parameters ---
 

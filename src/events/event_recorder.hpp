@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "base/late.hpp"
-#include "base/lifetime.hpp"
 #include "base/reports.hpp"
 #include "events/campaign_triggers.hpp"
 #include "events/event_budget.hpp"
@@ -30,7 +29,6 @@ public:
         const Validation& validation;
         EventBudget& budget;
         const platform::Json& json;
-        const Lifetime& lifetime;
     };
 
     explicit EventRecorder(const Needs& needs);
@@ -38,7 +36,6 @@ public:
     /// The in-app campaigns, once core has bound them.
     Late<CampaignTriggers> campaigns;
 
-    [[nodiscard]] const Lifetime& lifetime() const noexcept { return lifetime_; }
     [[nodiscard]] Reports& reports() const noexcept { return reports_; }
 
     /// Parameters that take more than their own rules (see event_parameters.hpp). A refused key or value leaves the
@@ -71,7 +68,6 @@ private:
     const Validation& validation_;
     EventBudget& budget_;
     const platform::Json& json_;
-    const Lifetime& lifetime_;
 };
 
 }  // namespace orbinel

@@ -15,7 +15,7 @@ namespace orbinel {
 
 namespace codes = attribute_codes;
 
-OrbinelIdentifiers::OrbinelIdentifiers(std::weak_ptr<const UserAccess> access) noexcept : access_(std::move(access)) {}
+OrbinelIdentifiers::OrbinelIdentifiers(LibraryPart<const UserAccess> access) noexcept : access_(access) {}
 
 /// Out of memory leaves the identifiers as they are.
 void OrbinelIdentifiers::set(std::string_view prefix, OptionalText key, OptionalText identifier) noexcept {
@@ -25,13 +25,13 @@ void OrbinelIdentifiers::set(std::string_view prefix, OptionalText key, Optional
         changed.set(std::string(prefix).append(key.view()), identifier.view());
         identifiers_ = std::make_shared<const Dictionary>(std::move(changed));
     } catch (const std::exception& exception) {
-        const Visit<const UserAccess> access(access_.lock());
+        const Visit<const UserAccess> access(access_);
         if (access) reportException(access->reports, "-[OrbinelIdentifiers getOrbinelIdentifiers]", exception.what());
     }
 }
 
 void OrbinelIdentifiers::refuseKey(std::string_view key) const noexcept {
-    const Visit<const UserAccess> access(access_.lock());
+    const Visit<const UserAccess> access(access_);
     if (access) (void)access->validation.isNameValid(key);
 }
 

@@ -36,12 +36,12 @@ void logRefusal(const UserAccess& access, std::string_view message) noexcept {
 
 }  // namespace
 
-OrbinelUser::OrbinelUser(std::weak_ptr<const UserAccess> access) noexcept : access_(std::move(access)) {}
+OrbinelUser::OrbinelUser(LibraryPart<const UserAccess> access) noexcept : access_(access) {}
 
 /// Runs a step on the library, while that runs.
 template <typename Step>
 void OrbinelUser::visit(const char* operation, Step&& step) const noexcept {
-    const Visit<const UserAccess> access(access_.lock());
+    const Visit<const UserAccess> access(access_);
     if (access) guarded(access->reports, operation, [&] { step(*access); });
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/lifetime.hpp"
 #include "base/reports.hpp"
 #include "events/validation.hpp"
 #include "user/identity.hpp"
@@ -9,16 +8,13 @@
 
 namespace orbinel {
 
-/// What the application's user objects and identifiers reach of the library, and hold weakly.
+/// What the application's user objects and identifiers reach of the library.
 struct UserAccess {
     Reports& reports;
     const Validation& validation;
     OrbinelUserInternal& attributes;
     OrbinelIdentity& identity;
     Login& unification;
-    const Lifetime& ownLifetime;
-
-    [[nodiscard]] const Lifetime& lifetime() const noexcept { return ownLifetime; }
 };
 
 }  // namespace orbinel

@@ -39,7 +39,7 @@ TEST_F(LoginTest, IdentifiersTakeOnlyWhatIsValid) {
               (Dictionary{{"em", "a@b.c"}, {"pn", "+4912"}, {"uuid", "v"}, {"c_key", "x"}}));
     EXPECT_THAT(ids.getOrbinelIdentifiers(), IsEmpty());
     const auto withoutLibrary =
-        OrbinelIdentifiers(std::weak_ptr<const UserAccess>()).addCustomIdentifier("Key", "x").addUserID("u");
+        OrbinelIdentifiers(LibraryPart<const UserAccess>()).addCustomIdentifier("Key", "x").addUserID("u");
     EXPECT_EQ(withoutLibrary.getOrbinelIdentifiers(), (Dictionary{{"uuid", "u"}}));
 
     logIn(ids);

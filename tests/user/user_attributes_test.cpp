@@ -165,7 +165,7 @@ TEST_F(UserAttributesTest, AChainOnADeadLibraryIsHarmless) {
     copy.login(ids.addUserID("u").addCustomIdentifier("BAD", "v"), [](const std::string&) { FAIL(); });
     copy.logout();
     EXPECT_FALSE(copy.areIdentifiersAlreadyCached(ids));
-    OrbinelUser(std::weak_ptr<const UserAccess>()).setName("x").setAge(3).logout();
+    OrbinelUser(LibraryPart<const UserAccess>()).setName("x").setAge(3).logout();
 }
 
 // Whatever is set while sessions end is in exactly one of them.

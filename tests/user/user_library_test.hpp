@@ -19,7 +19,7 @@ protected:
         initialise();
         world().login.displayedInapp.unbind();
         world().login.displayedInapp.bind(*this);
-        access = std::shared_ptr<const UserAccess>(current_world::get(), &world().userAccess);
+        access = world().part(std::as_const(world().userAccess));
     }
     void relaunchWithUser() {
         relaunch();
@@ -35,7 +35,7 @@ protected:
     Dictionary attributes() { return world().userAttributes.getUserAttributes(); }
     Dictionary customAttributes() { return world().userAttributes.getCustomAttributes(); }
 
-    std::weak_ptr<const UserAccess> access;  // lives as long as the world
+    LibraryPart<const UserAccess> access;
     int removedInapps = 0;
 };
 
