@@ -16,6 +16,7 @@
 #include <thread>
 
 #include "tests/apps/tool_process.hpp"
+#include "tests/linux/temporary_directory.hpp"
 
 namespace {
 
@@ -56,14 +57,11 @@ httplib::Headers usualHeaders() { return {{"ts", timestamp}, {"X-Requested-With"
 class Backend : public testing::Test {
 protected:
     Backend() {
-        std::string name = (std::filesystem::temp_directory_path() / "orbinel-answers-XXXXXX").string();
-        answers_ = mkdtemp(name.data());
         tool_.emplace(std::vector<std::string>{"backend", "--port", "0", "--answers", answers_.string()});
         const auto line = tool_->firstLine();
         EXPECT_THAT(line, MatchesRegex("listening on http://127\\.0\\.0\\.1:[0-9]+"));
         origin_ = line.substr(line.rfind(' ') + 1);
     }
-    ~Backend() override { std::filesystem::remove_all(answers_); }
 
     httplib::Result post(const std::string& path, const std::string& body, httplib::Headers headers = usualHeaders()) {
         return httplib::Client(origin_).Post(path, headers, body, "application/json");
@@ -99,7 +97,8 @@ protected:
         return tool_->out();
     }
 
-    std::filesystem::path answers_;
+    orbinel::hosts::TemporaryDirectory directory_;
+    const std::filesystem::path answers_ = directory_.path();
     std::string origin_;
     std::optional<ToolProcess> tool_;
 };

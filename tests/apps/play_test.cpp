@@ -12,6 +12,7 @@
 
 #include "hosts/common/rapidjson_json.hpp"
 #include "tests/apps/tool_process.hpp"
+#include "tests/linux/temporary_directory.hpp"
 
 namespace {
 
@@ -119,13 +120,10 @@ std::string joined(const std::vector<std::string>& steps) {
 class Play : public testing::Test {
 protected:
     Play() {
-        std::string name = (std::filesystem::temp_directory_path() / "orbinel-played-XXXXXX").string();
-        directory_ = mkdtemp(name.data());
         backend_.emplace(std::vector<std::string>{"backend", "--port", "0"});
         const auto line = backend_->firstLine();
         origin_ = line.substr(line.rfind(' ') + 1);
     }
-    ~Play() override { std::filesystem::remove_all(directory_); }
 
     [[nodiscard]] Played playHere(const std::vector<std::string>& steps, std::vector<std::string> options = {}) const {
         options.insert(options.begin(), {"--endpoint", origin_});
@@ -157,7 +155,7 @@ protected:
         }
     }
 
-    std::filesystem::path directory_;
+    orbinel::hosts::TemporaryDirectory directory_;
     std::string origin_;
     std::optional<ToolProcess> backend_;
 };
@@ -291,7 +289,7 @@ TEST_F(Play, KeepsAStopInFlightOverEveryKindOfRelaunch) {
 }
 
 TEST_F(Play, DeliversWhatWasQueuedOfflineInLaterPlays) {
-    const std::vector<std::string> options{"--data-dir", (directory_ / "data").string()};
+    const std::vector<std::string> options{"--data-dir", (directory_.path() / "data").string()};
     for (const std::string name : {"one", "two", "three"}) {
         auto offline = options;
         offline.insert(offline.begin(), {"--endpoint", "http://127.0.0.1:1"});
@@ -457,11 +455,11 @@ TEST_F(Play, AdvancesOnlyAsFarAsItCanSettle) {
 }
 
 TEST_F(Play, LeavesNothingBehindWithoutADataDirectory) {
-    setenv("TMPDIR", directory_.c_str(), 1);  // of the processes that follow
+    setenv("TMPDIR", directory_.path().c_str(), 1);  // of the processes that follow
     EXPECT_EQ(playHere({initialise, activate, settle}).status, 0);
     EXPECT_EQ(playHere({R"({"wait_for": {"in": "response"}, "seconds": 0})"}).status, 3);
     unsetenv("TMPDIR");
-    EXPECT_TRUE(std::filesystem::is_empty(directory_));
+    EXPECT_TRUE(std::filesystem::is_empty(directory_.path()));
 }
 
 // Nothing runs, and one line says what is wrong and where.

@@ -1,4 +1,3 @@
-#include <atomic>
 #include <thread>
 
 #include "session/stored_keys.hpp"
@@ -6,12 +5,6 @@
 
 namespace orbinel::testing {
 namespace {
-
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 
 struct Target {
     void onCallback(const Dictionary& callback) { received.push_back(callback); }
@@ -157,7 +150,7 @@ TEST_F(FacadeTest, TheGateStopsGatedOperationsAndLogsEveryReason) {
     EXPECT_EQ(sinks.count("SessionGdprConsent is false. Cannot proceed."), 2U);
     EXPECT_EQ(sinks.count("sdkDisabled is true."), 2U);
     EXPECT_EQ(Orbinel::getOrbinelID(), std::nullopt);
-    EXPECT_TRUE(world().session.read([](const SessionRecord& record) { return record.custom_events.empty(); }));
+    EXPECT_THAT(eventNames(), IsEmpty());
 }
 
 TEST_F(FacadeTest, TellsTheTargetOfASessionStartOnTheNextTurnWhileItLives) {
@@ -219,6 +212,8 @@ TEST_F(FacadeTest, EachCollectionSwitchDecidesOnItsOwnEntryAlone) {
     EXPECT_EQ(entries()["is_location_disabled"], false);
     EXPECT_EQ(entries()["carrier"], "Headless Mobile");
     EXPECT_TRUE(entries().contains("idfa"));
+    EXPECT_EQ(sinks.feeds("enableIpCollection").at(0).data, (Dictionary{{"value", false}}));
+    EXPECT_FALSE(sinks.feeds("enableIpCollection")[0].shouldFeed);
 }
 
 TEST_F(FacadeTest, HandsCrashReportsToTheWizard) {
@@ -238,57 +233,6 @@ TEST_F(FacadeTest, TheDevelopmentLogSaysWhatIsDroppedAndWhy) {
     Orbinel::setDevelopmentLog(true);
     Orbinel::tagEvent("Seen\n").build();
     EXPECT_THAT(host.console->lines(), Contains(HasSubstr("Dropped an event: its name \"Seen\\n\" is not valid.")));
-}
-
-// Whatever threads an application uses: nothing is lost, nothing is recorded twice.
-TEST_F(FacadeTest, TakesEventsFromManyThreadsWhileSessionsCome) {
-    initialise();
-    constexpr int threads = 8;
-    constexpr int events = 200;
-    becomeActive();
-    std::atomic<int> running{threads};
-    std::vector<std::thread> workers;
-    for (int worker = 0; worker < threads; ++worker) {
-        workers.emplace_back([&running, worker] {
-            for (int i = 0; i < events; ++i) {
-                Orbinel::tagEvent("inapp_seen").addParameterWithInt("n", worker * events + i + 1).build();
-            }
-            --running;
-        });
-    }
-    while (running > 0) {
-        enterBackground();
-        becomeActive();
-    }
-    for (auto& worker : workers) worker.join();
-    enterBackground();
-
-    std::vector<int> seen(threads * events + 1, 0);
-    for (const auto& stop : backend.stops()) {
-        for (const auto& event : *stop.payload["custom_events"].ifArray()) {
-            const auto& record = *event.ifDictionary();
-            if (record["event_name"] != "inapp_seen") continue;
-            ++seen[static_cast<std::size_t>(*(*record["event_params"].ifDictionary())["n"].integer())];
-        }
-    }
-    EXPECT_EQ(std::count(seen.begin() + 1, seen.end(), 1), threads * events);
-}
-
-TEST_F(FacadeTest, EndsWithinItsBoundWhileRequestsHangAndKeepsTheirStops) {
-    initialise();
-    host.defaults->standard()->set(keys::orbinelId, "id-1");
-    backend.answer("/session/stop", {.never = true});
-    runSession([] { Orbinel::tagEvent("one").build(); });
-    shutdown();
-    backend.answer("/session/stop", {});
-    backend.clear();
-    launch();
-    EXPECT_EQ(queuedStops(), 1U);
-    initialise();
-    becomeActive();
-    ASSERT_THAT(backend.paths(), ElementsAre("/api/v3/session/stop", "/api/v3/session/start"));
-    EXPECT_THAT(eventNamesOf(backend.stops()[0]), ElementsAre("session_start", "one"));
-    EXPECT_EQ(queuedStops(), 0U);
 }
 
 }  // namespace

@@ -4,39 +4,22 @@
 namespace orbinel::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-
 using InitialisationTest = LibraryTest;
 
 TEST_F(InitialisationTest, AcceptsPartnerNamesByTheirForm) {
     const std::string notText = "Partner name is invalid. Is not a String.";
     const std::string tooShort = "Partner name is invalid. Must have more than 1 character.";
     const std::string badForm = "Partner name is invalid. Contains invalid characters.";
-    const std::vector<std::pair<Value, std::string>> cases{{"ab", ""},
-                                                           {"a_", ""},
-                                                           {"9lives", ""},
-                                                           {"a", tooShort},
-                                                           {"", tooShort},
-                                                           {"_ab", badForm},
-                                                           {"aB", badForm},
-                                                           {"a-b", badForm},
-                                                           {"ab\n", badForm},
-                                                           {"\xC3\xA4z", badForm},
-                                                           {"\xC3\xA4", tooShort},
-                                                           {Value(7), notText},
-                                                           {Value(), notText},
-                                                           {Null{}, notText},
-                                                           {"a\0b", tooShort}};
-    for (const auto& [name, refusal] : cases) {
-        sinks.clear();
-        EXPECT_EQ(Orbinel::partnerNameIsValid(name), refusal.empty());
-        const auto messages = sinks.messages({"Partner name"});
-        if (refusal.empty()) {
-            EXPECT_THAT(messages, IsEmpty());
-        } else {
-            EXPECT_THAT(messages, ElementsAre(refusal));
+    const std::vector<std::pair<std::string, Array>> cases{{"", {"ab", "a_", "9lives"}},
+                                                           {tooShort, {"a", "", "\xC3\xA4", "a\0b"}},
+                                                           {badForm, {"_ab", "aB", "a-b", "ab\n", "\xC3\xA4z"}},
+                                                           {notText, {Value(7), Value(), Null{}}}};
+    for (const auto& [refusal, names] : cases) {
+        for (const auto& name : names) {
+            sinks.clear();
+            EXPECT_EQ(Orbinel::partnerNameIsValid(name), refusal.empty());
+            const std::vector<std::string> said(refusal.empty() ? 0 : 1, refusal);
+            EXPECT_EQ(sinks.messages({"Partner name"}), said);
         }
     }
     EXPECT_EQ(sinks.records().at(0).type, LogType::reinit);

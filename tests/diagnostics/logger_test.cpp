@@ -10,11 +10,6 @@
 namespace orbinel::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-using ::testing::StartsWith;
-
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 /// The logger of a running world, as the taker of its records.

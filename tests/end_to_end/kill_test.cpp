@@ -1,14 +1,8 @@
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <ext/stdio_filebuf.h>
 #include <iostream>
 #include <iterator>
 #include <random>
@@ -16,6 +10,7 @@
 
 #include "platform/forwarding_defaults.hpp"
 #include "session/stored_keys.hpp"
+#include "support/child_process.hpp"
 #include "tests/end_to_end/linux_library.hpp"
 #include "tests/linux/temporary_directory.hpp"
 #include "tests/port_contract/contract_support.hpp"
@@ -26,16 +21,13 @@ namespace orbinel::testing {
 namespace {
 
 using std::chrono::milliseconds;
+using test::ChildProcess;
+using test::say;
 
 constexpr int kills = 60;        // at least, as are the sessions
 constexpr int longestLife = 40;  // milliseconds
 
 // --- The process that is killed: this very program with an argument ---
-
-void say(const std::string& line) {
-    const auto whole = line + "\n";
-    if (::write(STDOUT_FILENO, whole.data(), whole.size()) < 0) ::_exit(1);  // nobody listens any more
-}
 
 /// Says the number of every stop as soon as the store has taken it over, before the library hears of it.
 class AnnouncingStore final : public platform::ForwardingDefaultsStore {
@@ -90,40 +82,6 @@ int runChild(const char* directory, const char* origin, int launch, bool last) {
     }
 }
 
-class Child {
-public:
-    explicit Child(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), "/proc/self/exe");
-        std::vector<char*> pointers;
-        for (auto& argument : arguments) pointers.push_back(argument.data());
-        pointers.push_back(nullptr);
-        int pipe[2];
-        EXPECT_EQ(::pipe2(pipe, O_CLOEXEC), 0);
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, pipe[1], STDOUT_FILENO);
-        EXPECT_EQ(::posix_spawn(&process_, pointers[0], &actions, nullptr, pointers.data(), environ), 0);
-        posix_spawn_file_actions_destroy(&actions);
-        ::close(pipe[1]);
-        output_ = {pipe[0], std::ios::in};
-    }
-
-    /// False once it has ended and everything that it said is read.
-    bool readLine(std::string& line) { return static_cast<bool>(std::getline(stream_, line)); }
-
-    void kill() const { ::kill(process_, SIGKILL); }
-    int waitForEnd() const {
-        int status = -1;
-        ::waitpid(process_, &status, 0);
-        return status;
-    }
-
-private:
-    pid_t process_ = -1;
-    __gnu_cxx::stdio_filebuf<char> output_;
-    std::istream stream_{&output_};
-};
-
 // --- The test ---
 
 std::size_t fromEnvironment(const char* name, std::size_t otherwise) {
@@ -140,7 +98,7 @@ protected:
 
     /// Lives for a moment that begins, in turns, with the process and with its first session.
     void liveAndDie(int launch) {
-        Child child({directory.path().string(), backend.origin, std::to_string(launch), "killed"});
+        ChildProcess child({directory.path().string(), backend.origin, std::to_string(launch), "killed"});
         std::string line;
         ASSERT_TRUE(child.readLine(line));
         if (launch % 2 == 0 && child.readLine(line)) handedOver.insert(std::stoi(line));
@@ -182,7 +140,7 @@ TEST_F(KilledApplication, LosesNoSessionThatWasHandedOver) {
     int launch = 1;
     for (; launch <= kills || handedOver.size() < wanted; ++launch) ASSERT_NO_FATAL_FAILURE(liveAndDie(launch));
     backend.answer(LoopbackBackend::answerProperly);
-    const Child last({directory.path().string(), backend.origin, std::to_string(launch), "last"});
+    ChildProcess last({directory.path().string(), backend.origin, std::to_string(launch), "last"});
     ASSERT_EQ(last.waitForEnd(), 0);
 
     const auto numbers = backend.takenNumbers();

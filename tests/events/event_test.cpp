@@ -5,10 +5,6 @@
 namespace orbinel::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-
 /// Campaigns as a test lays them down; every event's parameters meet their conditions unless they ask for "sku".
 class FixedCampaigns final : public CampaignTriggers {
 public:
@@ -39,9 +35,6 @@ protected:
         initialise();
         world().eventRecorder.campaigns.unbind();
         world().eventRecorder.campaigns.bind(campaigns);
-    }
-    SessionRecord record() {
-        return world().session.read([](const SessionRecord& all) { return all; });
     }
     static Dictionary parametersOf(const EventRecord& event) { return event.event_params->snapshot(); }
 

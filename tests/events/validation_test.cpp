@@ -1,7 +1,5 @@
 #include "events/validation.hpp"
 
-#include <limits>
-
 #include "base/json_rules.hpp"
 #include "events/data_types.hpp"
 #include "support/library_test.hpp"
@@ -9,7 +7,6 @@
 namespace orbinel::testing {
 namespace {
 
-using ::testing::SizeIs;
 using ValidationTest = LibraryTest;
 
 TEST_F(ValidationTest, AcceptsNamesByTheirWholeText) {
@@ -59,40 +56,6 @@ TEST_F(ValidationTest, ChecksParametersByTheirOutside) {
     EXPECT_TRUE(isValidJSONObject(Value(Array{Dictionary{{"d", Date{1}}}, Null{}})));
     EXPECT_FALSE(isValidJSONObject(Value(Array{Date{1}})));
     EXPECT_FALSE(isValidJSONObject(Value("text")));
-}
-
-TEST_F(ValidationTest, CleansAndChecksToTheLastLeaf) {
-    const double infinity = std::numeric_limits<double>::infinity();
-    Dictionary dirty{
-        {"a", -infinity}, {"b", Array{1, infinity, "x"}}, {"c", Date{1}}, {"d", Dictionary{{"e", Value()}}}};
-    EXPECT_FALSE(isValidJsonDeeply(dirty));
-    sanitizeDictionary(dirty);
-    EXPECT_EQ(dirty, (Dictionary{{"b", Array{1, "x"}}, {"d", Dictionary{}}}));
-    EXPECT_TRUE(isValidJsonDeeply(dirty));
-
-    Value deep = Array{};
-    for (int level = 0; level < maximumValueDepth; ++level) deep = Array{std::move(deep)};
-    Dictionary tooDeep{{"deep", std::move(deep)}, {"flat", 1}};
-    EXPECT_FALSE(isValidJsonDeeply(tooDeep));
-    sanitizeDictionary(tooDeep);
-    EXPECT_TRUE(isValidJsonDeeply(tooDeep));
-    EXPECT_TRUE(tooDeep.contains("flat"));
-}
-
-TEST_F(ValidationTest, FiltersEventsAndLeavesAnAbsentListAbsent) {
-    const Dictionary good{{"event_name", "a"}, {"event_params", Dictionary{}}};
-    Dictionary payload{{"custom_events", Array{good, Dictionary{{"event_name", ""}, {"event_params", Dictionary{}}},
-                                               Dictionary{{"event_name", "b"}, {"event_params", Array{}}}, 7, good}}};
-    world().validation.filterInvalidEventParams(payload);
-    EXPECT_EQ(payload["custom_events"], (Array{good, good}));
-    EXPECT_EQ(sinks.count("Event name is empty."), 2U);
-    EXPECT_EQ(sinks.count("Invalid parameters structure."), 1U);
-    Dictionary without{{"custom_events", "text"}};
-    world().validation.filterInvalidEventParams(without);
-    EXPECT_EQ(without["custom_events"], "text");
-    Dictionary empty;
-    world().validation.filterInvalidEventParams(empty);
-    EXPECT_TRUE(empty.empty());
 }
 
 }  // namespace

@@ -70,7 +70,6 @@ struct LoopbackServer::Machinery {
         answerWith("/redirect", [this](auto& response) { response.set_redirect(url("/answer")); });
         answerWith("/see-other", [this](auto& response) { response.set_redirect(url("/answer"), 303); });
         answerWith("/circle", [this](auto& response) { response.set_redirect(url("/circle")); });
-        answerWith("/to-file", [](auto& response) { response.set_redirect("file:///etc/passwd"); });
         answerWith("/hang", [this](auto&) { waitForEnd(std::chrono::hours(1)); });
         answerWith("/announced-huge",
                    [](auto& response) { response.set_content(std::string(hugeSize, 'x'), plainText); });

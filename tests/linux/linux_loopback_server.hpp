@@ -25,7 +25,7 @@ public:
     ~LoopbackServer();
 
     /// Paths: /answer ("hello"), /no-content (204), /broken (500), /redirect (302 to /answer), /see-other (303 to
-    /// /answer), /circle (302 to itself), /to-file (302 to a file), /hang, /huge (16 MiB and a byte), /announced-huge
+    /// /answer), /circle (302 to itself), /hang, /huge (16 MiB and a byte), /announced-huge
     /// (the same, its length not hidden), /trickle (a byte now and then, without an end), /endless-headers.
     [[nodiscard]] std::string url(const std::string& path) const;
 

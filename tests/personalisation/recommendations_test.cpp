@@ -9,11 +9,6 @@
 namespace orbinel::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-
 class RecommendationTest : public LibraryTest {
 protected:
     RecommendationTest() { initialise(); }
@@ -29,9 +24,6 @@ protected:
         host.settle();
         const auto sent = host.http->sent();
         return sent.empty() ? "" : sent.back().url;
-    }
-    SessionRecord record() {
-        return world().session.read([](const SessionRecord& all) { return all; });
     }
     /// What was logged: "action id", in order.
     std::vector<std::string> logged() {

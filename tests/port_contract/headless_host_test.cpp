@@ -114,35 +114,20 @@ TEST_F(HeadlessHosts, SettlingFollowsChainsOfAnswers) {
     EXPECT_EQ(host.http->inFlight(), 0u);
 }
 
-TEST_F(HeadlessHosts, TimeOutsCountOnTheVirtualClock) {
-    host.http->setHandler([](const platform::HttpRequest&) { return std::nullopt; });
-    std::atomic<int> failed{0};
-    const auto ticket = host.http->send(requestTo("http://backend.example/"), [&](platform::HttpOutcome) { ++failed; });
-    host.advance(59.999);
-    EXPECT_EQ(failed, 0);
-    host.advance(0.001);
-    EXPECT_EQ(failed, 1);
-}
-
-TEST_F(HeadlessHosts, RedirectsResolveLocationsAndEnd) {
+TEST_F(HeadlessHosts, RedirectsResolveLocations) {
     host.http->setHandler([](const platform::HttpRequest& request) -> platform::HttpResponse {
-        if (request.url == "http://a.example/x/loop") return {302, {{"Location", "loop"}}, "", ""};
-        if (request.url == "http://a.example/x/y") return {307, {{"location", "/z?q=1"}}, "", ""};
+        if (request.url == "http://a.example/w/y") return {307, {{"location", "/x/y"}}, "", ""};
+        if (request.url == "http://a.example/x/y") return {302, {{"Location", "z?q=1"}}, "", ""};
         return {200, {}, request.method + request.body, ""};
     });
-    std::vector<platform::HttpOutcome> outcomes;
-    for (const char* url : {"http://a.example/x/y", "http://a.example/x/loop"}) {
-        auto request = requestTo(url);
-        request.body = "b";
-        const auto ticket =
-            host.http->send(request, [&](platform::HttpOutcome outcome) { outcomes.push_back(outcome); });
-        host.settle();
-    }
-    ASSERT_EQ(outcomes.size(), 2u);
-    const auto& followed = std::get<platform::HttpResponse>(outcomes[0]);
-    EXPECT_EQ(followed.finalUrl, "http://a.example/z?q=1");
+    platform::HttpOutcome outcome;
+    auto request = requestTo("http://a.example/w/y");
+    request.body = "b";
+    const auto ticket = host.http->send(request, [&](platform::HttpOutcome result) { outcome = std::move(result); });
+    host.settle();
+    const auto& followed = std::get<platform::HttpResponse>(outcome);
+    EXPECT_EQ(followed.finalUrl, "http://a.example/x/z?q=1");
     EXPECT_EQ(followed.body, "POSTb");
-    EXPECT_TRUE(std::holds_alternative<platform::HttpFailure>(outcomes[1]));
 }
 
 TEST_F(HeadlessHosts, TheSameSeedMakesTheSameUuidsAndChangesAreSeen) {
@@ -155,17 +140,6 @@ TEST_F(HeadlessHosts, TheSameSeedMakesTheSameUuidsAndChangesAreSeen) {
     host.device->change([](platform::DeviceFacts& facts) { facts.battery = 0.1; });
     EXPECT_EQ(host.device->facts()->battery, 0.1);
     EXPECT_EQ(before->battery, 80);  // whoever holds facts keeps those of one moment
-}
-
-TEST_F(HeadlessHosts, ConsoleKeepsLinesOrHandsThemOn) {
-    host.console->writeLine("one");
-    host.console->writeLine("two");
-    EXPECT_THAT(host.console->lines(), ElementsAre("one", "two"));
-    std::string read;
-    HeadlessConsole forwarding([&](std::string_view line) { read = line; });
-    forwarding.writeLine("three");
-    EXPECT_EQ(read, "three");
-    EXPECT_TRUE(forwarding.lines().empty());
 }
 
 TEST(TimeZones, FollowTheZoneDatabaseAndTruncateDownwards) {

@@ -95,46 +95,23 @@ TEST_P(JsonContract, WholeNumbersThatFitAreIntegersAndAllOthersDoubles) {
 }
 
 TEST_P(JsonContract, RefusesWhatIsNotJson) {
-    using namespace std::string_view_literals;
-    for (const auto text : {""sv,
-                            " "sv,
-                            "{"sv,
-                            "[1,]"sv,
-                            "{\"a\"}"sv,
-                            "{a:1}"sv,
-                            "nul"sv,
-                            "01"sv,
-                            "+1"sv,
-                            ".5"sv,
-                            "1."sv,
-                            "NaN"sv,
-                            "-Infinity"sv,
-                            "1 2"sv,
-                            "{}x"sv,
-                            "1\0"sv,
-                            "1\0garbage"sv,
-                            "\"a\nb\""sv,
-                            "\"\\x\""sv,
-                            "\"\\ud800\""sv,
-                            "\"\\udc00\""sv,
-                            "\"\xff\""sv,
-                            "\"\xc0\xaf\""sv,
-                            "\"\xed\xa0\x80\""sv,
-                            "\"\xf4\x90\x80\x80\""sv,
-                            "{\"\xc3\":1}"sv,
-                            "1e400"sv,
-                            "-1e400"sv,
-                            "1844674407370955176931348623157e308"sv,
-                            "[223527e308, 1"sv,
-                            "-223527e308"sv,
-                            "// c\n1"sv,
-                            "'a'"sv,
-                            "\"open"sv}) {
-        const auto outcome = json->parse(text);
-        const auto* failure = std::get_if<platform::JsonFailure>(&outcome);
-        ASSERT_NE(failure, nullptr) << testing::PrintToString(text);
-        EXPECT_FALSE(failure->reason.empty());
-        EXPECT_LE(failure->offset, text.size());
+    const std::vector<std::string> structures{"",        " ",  "{", "{\"a\"}", "{a:1}", "nul", "{}x", "{\"\xc3\":1}",
+                                              "// c\n1", "'a'"};
+    const std::vector<std::string> numbers{
+        "[1,]", "01", "+1", ".5", "1.", "NaN", "-Infinity", "1 2", "1e400", "-1e400", "[223527e308, 1", "-223527e308"};
+    const std::vector<std::string> texts{"\"a\nb\"", "\"\\x\"",      "\"\\ud800\"",      "\"\\udc00\"",
+                                         "\"\xff\"", "\"\xc0\xaf\"", "\"\xed\xa0\x80\"", "\"\xf4\x90\x80\x80\"",
+                                         "\"open"};
+    const std::string nul("1\0", 2);
+    for (const auto& all :
+         {structures, numbers, texts, {nul, nul + "garbage", "1844674407370955176931348623157e308"}}) {
+        for (const auto& text : all) {
+            const auto outcome = json->parse(text);
+            const auto* failure = std::get_if<platform::JsonFailure>(&outcome);
+            ASSERT_NE(failure, nullptr) << testing::PrintToString(text);
+            EXPECT_FALSE(failure->reason.empty());
+            EXPECT_LE(failure->offset, text.size());
+        }
     }
 }
 

@@ -44,29 +44,9 @@ SchedulerUnderTest schedulerInGlibsLoop() {
             }};
 }
 
-std::string pathOf(Behaviour behaviour) {
-    switch (behaviour) {
-        case Behaviour::answer:
-            return "/answer";
-        case Behaviour::noContent:
-            return "/no-content";
-        case Behaviour::serverError:
-            return "/broken";
-        case Behaviour::redirect:
-            return "/redirect";
-        case Behaviour::seeOther:
-            return "/see-other";
-        case Behaviour::circle:
-            return "/circle";
-        case Behaviour::hang:
-            return "/hang";
-        case Behaviour::hugeBody:
-            return "/huge";
-        case Behaviour::close:
-            break;
-    }
-    return {};
-}
+/// In the order of the behaviours; `close` has a port of its own.
+constexpr const char* paths[] = {"/answer", "/no-content", "/broken", "/redirect", "/see-other",
+                                 "/circle", "/hang",       "",        "/huge"};
 
 HttpUnderTest curlHttp() {
     const auto server = std::make_shared<LoopbackServer>();
@@ -74,7 +54,8 @@ HttpUnderTest curlHttp() {
     const std::shared_ptr<hosts::CurlHttp> http(new hosts::CurlHttp, [server](auto* raw) { delete raw; });
     return {http,
             [server](Behaviour behaviour) {
-                return behaviour == Behaviour::close ? server->closingUrl() : server->url(pathOf(behaviour));
+                return behaviour == Behaviour::close ? server->closingUrl()
+                                                     : server->url(paths[static_cast<int>(behaviour)]);
             },
             [server] {
                 std::vector<ReceivedRequest> received;

@@ -6,10 +6,6 @@
 namespace orbinel::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-
 class ConsentTest : public LibraryTest {
 protected:
     ConsentTest() {
@@ -156,11 +152,7 @@ TEST_F(ConsentTest, SendsAFailedConsentAgainUntilItIsTaken) {
     }
 }
 
-TEST_F(ConsentTest, AFailedPostOfTheMobileConsentCountsAsWithheldAndAStatusAsNoFailure) {
-    backend.answerOnce(setPath, {.status = 503});
-    world().privacy.setMobileGDPRConsent(true);
-    host.settle();
-    EXPECT_TRUE(stored(keys::savedGdprConsent).isAbsent());
+TEST_F(ConsentTest, AFailedPostOfTheMobileConsentCountsAsWithheld) {
     backend.answerOnce(setPath, {.status = std::nullopt});
     world().privacy.setMobileGDPRConsent(true);
     host.settle();
@@ -171,30 +163,6 @@ TEST_F(ConsentTest, APayloadEndsAtTheFirstMissingValue) {
     EXPECT_EQ(world().privacy.getMobileGDPRPayload(), (Dictionary{{"partner_name", "acme"}}));
     world().session.setPartnerName("");
     EXPECT_EQ(world().privacy.getGDPRPayload(), Dictionary());
-}
-
-TEST_F(ConsentTest, CollectionSwitchesDecideWhatIsToldOfTheDevice) {
-    host.device->change([](platform::DeviceFacts& facts) {
-        facts.carrier = "Carrier";
-        facts.advertisingIdentifier = "ad-1";
-    });
-    auto& switches = world().collectionSwitches;
-    const auto told = [&] { return *world().deviceAttributes.getDeviceAttributes().ifDictionary(); };
-    EXPECT_EQ(told()["is_ip_disabled"], false);
-    EXPECT_EQ(told()["carrier"], "Carrier");
-    EXPECT_FALSE(told().contains("idfa"));
-
-    switches.enableIpCollection(false);
-    switches.enableLocationCollection(false);
-    switches.enableCarrierCollection(false);
-    switches.enableIDFACollection(true);
-    EXPECT_EQ(told()["is_ip_disabled"], true);
-    EXPECT_EQ(told()["is_location_disabled"], true);
-    EXPECT_EQ(told()["carrier"], "N/A");
-    EXPECT_EQ(told()["idfa"], "ad-1");
-    ASSERT_THAT(sinks.feeds("enableIpCollection"), SizeIs(1));
-    EXPECT_EQ(sinks.feeds("enableIpCollection")[0].data, (Dictionary{{"value", false}}));
-    EXPECT_FALSE(sinks.feeds("enableIpCollection")[0].shouldFeed);
 }
 
 }  // namespace

@@ -8,10 +8,6 @@
 namespace orbinel::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-
 class RequestSenderTest : public LibraryTest {
 protected:
     RequestSenderTest() { initialise(); }

@@ -4,10 +4,6 @@
 namespace orbinel::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-
 /// Notes what a session start hands to the folders above it.
 class WatchingCollaborators final : public SessionCampaigns,
                                     public SessionContents,
@@ -69,13 +65,6 @@ protected:
         host.settle();
         return completed;
     }
-    std::vector<std::string> events() {
-        return world().session.read([](const SessionRecord& record) {
-            std::vector<std::string> names;
-            for (const auto& event : record.custom_events) names.push_back(event.event_name);
-            return names;
-        });
-    }
     WatchingCollaborators watched;
 
 private:
@@ -127,19 +116,18 @@ TEST_F(SessionStartTest, AppliesTheAnswerInItsOrder) {
                 ElementsAre("completed", "flush 30", "session [s1]", "logging", "start logs", "endpoints",
                             "content 2 1 2", "uncached", "passive", "clean", "check session_start_from_push 1",
                             "store 2", "check early 1", "check session_start 1"));
-    EXPECT_THAT(events(), ElementsAre("early", "session_start"));
+    EXPECT_THAT(eventNames(), ElementsAre("early", "session_start"));
     EXPECT_EQ(stored(keys::orbinelId), "id-9");
     EXPECT_EQ(stored(keys::retryIdentityRequest), false);
-    const auto record = world().session.read([](const SessionRecord& all) { return all; });
-    EXPECT_EQ(record.session_id, "s1");
-    EXPECT_EQ(record.received_inapps, (Array{Dictionary{{"inapp_id", 5}, {"timestamp", 1'767'225'600}}}));
-    EXPECT_TRUE(record.eventsBeforeInapp.empty());
+    EXPECT_EQ(record().session_id, "s1");
+    EXPECT_EQ(record().received_inapps, (Array{Dictionary{{"inapp_id", 5}, {"timestamp", 1'767'225'600}}}));
+    EXPECT_TRUE(record().eventsBeforeInapp.empty());
 }
 
 TEST_F(SessionStartTest, SurvivesEveryKindOfAnswer) {
     // No answer, or one that is no dictionary, applies nothing; the latter still ends the start.
     EXPECT_FALSE(startAnswered({.status = 500}));
-    EXPECT_THAT(events(), ElementsAre("session_start"));
+    EXPECT_THAT(eventNames(), ElementsAre("session_start"));
     for (const char* body : {"[1]", "text", "", "7", "{\"a\":", "\xFF"}) {
         EXPECT_TRUE(startAnswered({.body = body})) << body;
         EXPECT_THAT(watched.calls, IsEmpty());

@@ -15,6 +15,14 @@
 
 namespace orbinel::testing {
 
+using ::testing::Contains;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using ::testing::StartsWith;
+
 /// A started library over a headless host, a virtual clock and a scripted backend. Every record and feed is taken.
 class LibraryTest : public ::testing::Test {
 protected:
@@ -70,6 +78,14 @@ protected:
         reports.diagnosticLog.bind(log);
         reports.wizardFeed.unbind();
         reports.wizardFeed.bind(feed);
+    }
+    static SessionRecord record() {
+        return world().session.read([](const SessionRecord& all) { return all; });
+    }
+    static std::vector<std::string> eventNames() {
+        std::vector<std::string> names;
+        for (const auto& event : record().custom_events) names.push_back(event.event_name);
+        return names;
     }
     Value stored(std::string_view key) { return host.defaults->standard()->value(key); }
     std::size_t queuedStops() {

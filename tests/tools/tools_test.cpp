@@ -11,11 +11,6 @@
 namespace orbinel::testing {
 namespace {
 
-using ::testing::Each;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 /// The tools of a running world, with the wizard as the taker of its feeds.
