@@ -1,9 +1,11 @@
 #include "events/event_recorder.hpp"
 
+#include <algorithm>
 #include <limits>
 
 #include "base/guard.hpp"
 #include "base/value_text.hpp"
+#include "base/whole_number.hpp"
 #include "events/data_types.hpp"
 
 namespace orbinel {
@@ -159,7 +161,7 @@ void EventRecorder::countForCampaign(std::string_view name, const Dictionary& pa
         record.eventOccurrences.set(key, now);
         return now;
     });
-    if (count >= campaign["trigger_count"].integer().value_or(1)) campaigns->checkInapp(name, parameters, count);
+    if (count >= wholeNumberOf(campaign["trigger_count"]).value_or(1)) campaigns->checkInapp(name, parameters, count);
 }
 
 std::optional<std::string> EventRecorder::eventKeyForEvent(std::string_view name) const noexcept {

@@ -42,9 +42,17 @@ bool PresentedInapp::shouldAddInappLog() const {
     return shouldAddInappLog_;
 }
 
-void PresentedInapp::addClick(Dictionary click) {
+bool PresentedInapp::takeShouldAddInappLog() {
     const MutexLock lock(mutex_);
+    return std::exchange(shouldAddInappLog_, false);
+}
+
+bool PresentedInapp::addClick(Dictionary click) {
+    constexpr std::size_t mostClicks = 1000;  // a page may go on for ever
+    const MutexLock lock(mutex_);
+    if (inappClickLog_.size() >= mostClicks) return false;
     inappClickLog_.emplace_back(std::move(click));
+    return true;
 }
 
 Array PresentedInapp::takeClicks() {

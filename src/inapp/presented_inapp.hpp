@@ -32,9 +32,11 @@ public:
     // Whether it was shown, so that its close is to be logged.
     void setShouldAddInappLog(bool should);
     [[nodiscard]] bool shouldAddInappLog() const;
+    /// Asks and clears in one step, so that a close is logged once.
+    [[nodiscard]] bool takeShouldAddInappLog();
 
-    // The clicks that the page has reported ("inappClickLog").
-    void addClick(Dictionary click);
+    // The clicks that the page has reported ("inappClickLog"). Beyond a thousand they are refused.
+    [[nodiscard]] bool addClick(Dictionary click);
     [[nodiscard]] Array takeClicks();
     void clearClicks();
 

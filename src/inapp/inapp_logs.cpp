@@ -1,0 +1,85 @@
+#include "inapp/inapp_logs.hpp"
+
+#include <array>
+#include <limits>
+#include <utility>
+
+#include "base/guard.hpp"
+#include "base/whole_number.hpp"
+
+namespace orbinel {
+
+namespace {
+
+/// Of 32 bits where it fits, so that the event counts it as an integer.
+Value integerField(const Dictionary& inapp, std::string_view field) {
+    const auto number = wholeNumberOf(inapp[field]).value_or(0);
+    return std::in_range<std::int32_t>(number) ? Value(static_cast<std::int32_t>(number)) : Value(number);
+}
+
+/// Reasons to close a message before it could be shown.
+bool neverShown(std::int32_t dismissType) {
+    return dismissType == inappCloseReasonKeyboardDismissType || dismissType == kDISSMISSTYPECONTROL;
+}
+
+}  // namespace
+
+InappLogs::InappLogs(const Needs& needs)
+    : reports_(needs.reports),
+      helper_(needs.helper),
+      session_(needs.session),
+      recorder_(needs.recorder),
+      presented_(needs.presented) {}
+
+void InappLogs::addInappLog(std::int32_t dismissType) noexcept {
+    guarded(reports_, "+[OrbinelInapp addInappLog:]", [&] {
+        if (auto* detector = shakeDetector.get()) detector->destroyShakeDetector();
+        const auto inapp = presented_.activeInapp();
+        if (inapp == nullptr) return;
+        const bool shown = presented_.takeShouldAddInappLog();
+        if (shown || neverShown(dismissType)) logClose(*inapp, dismissType);
+    });
+}
+
+/// The clicks are taken first, because the event may bring the next message.
+void InappLogs::logClose(const Dictionary& inapp, std::int32_t dismissType) {
+    Dictionary log{{"inapp_id", integerField(inapp, "inapp_id")},
+                   {"variant_id", integerField(inapp, "variant_id")},
+                   {"dismiss_type", dismissType}};
+    auto clicks = presented_.takeClicks();
+    recorder_.recordInternalEvent("inapp_seen", log);
+    if (!clicks.empty()) log.set("click_logs", std::move(clicks));
+    session_.update([&](SessionRecord& record) { record.inapp_logs.emplace_back(std::move(log)); });
+}
+
+void InappLogs::addClickLog(const Dictionary& click) noexcept {
+    guarded(reports_, "+[OrbinelInapp addClickLog:]", [&] {
+        auto log = click;
+        log.set("timestamp", helper_.getNowAsTimestamp());
+        if (!presented_.addClick(std::move(log))) reports_.note("Dropped a click: the message has too many.");
+    });
+}
+
+void InappLogs::logBlockedInAppMessage(const Dictionary& inapp) noexcept {
+    guarded(reports_, "-[OrbinelHelper logBlockedInAppMessage:]", [&] {
+        auto blocked = inappIdentity(&inapp);
+        blocked.set("timestamp", helper_.getNowAsTimestamp());
+        session_.update([&](SessionRecord& record) { record.blocked_inapps.emplace_back(std::move(blocked)); });
+        reports_.log(LogType::inapp, LogLevel::info, "BlockedInAppMessage.", [] {
+            return Dictionary{{"reason", "inapp"}};
+        });
+    });
+}
+
+void InappLogs::logInAppMessageAction(std::string_view action) noexcept {
+    guarded(reports_, "-[OrbinelHelper logInAppMessageAction:]", [&] {
+        reports_.feed("logInAppMessageAction", [&] {
+            return Dictionary{{"action", action}, {"description", "In-app message action"}};
+        });
+        reports_.log(LogType::inapp, LogLevel::info, "In-app message action.", [&] {
+            return Dictionary{{"action", action}};
+        });
+    });
+}
+
+}  // namespace orbinel
