@@ -51,15 +51,15 @@ void PushPermission::requestProvisionally() {
 void PushPermission::request() {
     notifications_.requestAuthorization(usualOptions,
                                         lifetime_.whileAlive([this](const std::optional<std::string>& failure) {
-                                            if (!failure) return registerForRemoteNotifications();
-                                            constexpr bool isError = true;
-                                            reports_.feed(
-                                                methodType,
-                                                [&] {
-                                                    return Dictionary{{"error", *failure}};
-                                                },
-                                                isError);
+                                            if (failure) return reportFailure(*failure);
+                                            registerForRemoteNotifications();
                                         }));
+}
+
+void PushPermission::reportFailure(const std::string& failure) {
+    constexpr bool isError = true;
+    const auto data = [&] { return Dictionary{{"error", failure}}; };
+    reports_.feed(methodType, data, isError);
 }
 
 /// So old a platform tells nobody what became of the question.

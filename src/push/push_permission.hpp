@@ -36,6 +36,7 @@ private:
     void requestProvisionally();
     void request();
     void requestWithoutAnswer();
+    void reportFailure(const std::string& failure);
     void registerForRemoteNotifications();
 
     Reports& reports_;
