@@ -24,10 +24,10 @@ HeadlessHost::HeadlessHost(std::shared_ptr<HeadlessScheduler> chosen)
       notifications(std::make_shared<HeadlessNotifications>()),
       console(std::make_shared<HeadlessConsole>()),
       views(std::make_shared<hosts::NoViews>()),
-      accelerometer(std::make_shared<hosts::NoAccelerometer>()),
-      haptics(std::make_shared<hosts::NoHaptics>()),
-      pasteboard(std::make_shared<hosts::NoPasteboard>()),
-      reviewPrompt(std::make_shared<hosts::NoReviewPrompt>()) {}
+      accelerometer(std::make_shared<HeadlessAccelerometer>(scheduler)),
+      haptics(std::make_shared<HeadlessHaptics>()),
+      pasteboard(std::make_shared<HeadlessPasteboard>()),
+      reviewPrompt(std::make_shared<HeadlessReviewPrompt>()) {}
 
 platform::Services HeadlessHost::services() const {
     return {scheduler, http,          json,    base64, defaults,      secureItems, notificationCentre, application,

@@ -53,6 +53,8 @@ public:
     virtual ~SessionAttributes() = default;
     /// Hands the attributes out and begins anew, in one step: what is set meanwhile belongs to the next session.
     [[nodiscard]] virtual TakenAttributes takeAndResetUser() = 0;
+    /// Copies of the attributes as they are now.
+    [[nodiscard]] virtual TakenAttributes attributesNow() const = 0;
 };
 
 /// Events, as far as a session makes and filters them itself.

@@ -59,13 +59,22 @@ void OrbinelSession::setPushPermissions(bool granted) noexcept {
 SessionRecord OrbinelSession::takeForStop() {
     SessionRecord filled;
     filled.session_duration = calculateSessionDuration();
-    fillSession(filled);
+    fillSession(filled, collaborators_.attributes->takeAndResetUser());
     auto record = takeRecord(filled);
     resetCollaborators();
     return record;
 }
 
-void OrbinelSession::fillSession(SessionRecord& record) {
+Dictionary OrbinelSession::describeNow() {
+    auto record = read([](const SessionRecord& current) { return current; });
+    record.session_duration = calculateSessionDuration();
+    fillSession(record, collaborators_.attributes->attributesNow());
+    auto payload = toDictionary(record);
+    filterPayload(payload);
+    return payload;
+}
+
+void OrbinelSession::fillSession(SessionRecord& record, TakenAttributes attributes) {
     record.device_attributes = collaborators_.device->getDeviceAttributes();
     if (record.device_attributes.ifDictionary() == nullptr) {
         reports_.log(LogType::common, LogLevel::info, "DeviceAttributes are not valid.", [] {
@@ -75,7 +84,6 @@ void OrbinelSession::fillSession(SessionRecord& record) {
     record.orbinel_id = collaborators_.identity->getOrbinelID();
     record.udid = helper_.getUdid();
     record.user_identifiers = collaborators_.identity->getIdentifiersForStopPayload();
-    auto attributes = collaborators_.attributes->takeAndResetUser();
     record.user_attributes = std::move(attributes.user_attributes);
     record.custom_attributes = std::move(attributes.custom_attributes);
     record.removed_attributes = std::move(attributes.removed_attributes);

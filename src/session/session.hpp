@@ -62,6 +62,9 @@ public:
     /// belongs to the next session. Who and where stays in it: partner, identity, device, attributes, session ID.
     [[nodiscard]] SessionRecord takeForStop();
 
+    /// The record as it would be sent, were the session to stop now. Nothing is taken out.
+    [[nodiscard]] Dictionary describeNow();
+
     /// Removes empty containers, an absent "universal_link", and "session_content_variables" in any case.
     void filterPayload(Dictionary& payload) const noexcept;
 
@@ -72,7 +75,7 @@ public:
     [[nodiscard]] bool isValidJSONString(std::string_view text) const noexcept;
 
 private:
-    void fillSession(SessionRecord& record);
+    void fillSession(SessionRecord& record, TakenAttributes attributes);
     [[nodiscard]] SessionRecord takeRecord(const SessionRecord& filled);
     void resetCollaborators();
 

@@ -40,6 +40,11 @@ TakenAttributes OrbinelUserInternal::takeAndResetUser() {
     return {std::move(taken.user), std::move(taken.custom), namesOf(taken.removed)};
 }
 
+TakenAttributes OrbinelUserInternal::attributesNow() const {
+    const MutexLock lock(mutex_);
+    return {collections_.user, collections_.custom, namesOf(collections_.removed)};
+}
+
 Dictionary OrbinelUserInternal::getUserAttributes() const noexcept {
     return guarded(reports_, "-[OrbinelUserInternal getUserAttributes]", Dictionary(), [&] {
         const MutexLock lock(mutex_);

@@ -34,6 +34,7 @@ public:
     void initUser() noexcept { resetUser(); }
     void resetUser() noexcept;
     [[nodiscard]] TakenAttributes takeAndResetUser() override;
+    [[nodiscard]] TakenAttributes attributesNow() const override;
 
     // Copies of the collections as they are now.
     [[nodiscard]] Dictionary getUserAttributes() const noexcept;

@@ -3,6 +3,7 @@
 #include "hosts/common/glib_base64.hpp"
 #include "hosts/common/in_process_notification_centre.hpp"
 #include "hosts/common/rapidjson_json.hpp"
+#include "hosts/common/without_window.hpp"
 #include "orbinel/headless/headless_host.hpp"
 #include "tests/port_contract/base64_contract.hpp"
 #include "tests/port_contract/defaults_contract.hpp"
@@ -12,6 +13,7 @@
 #include "tests/port_contract/notification_centre_contract.hpp"
 #include "tests/port_contract/scheduler_contract.hpp"
 #include "tests/port_contract/secure_items_contract.hpp"
+#include "tests/port_contract/touch_contract.hpp"
 
 // Every service of the headless host keeps the contract of its service.
 namespace orbinel::contract {
@@ -86,12 +88,27 @@ FactsUnderTest headlessFacts() {
     return {std::make_shared<headless::HeadlessDevice>(), std::make_shared<headless::HeadlessNotifications>()};
 }
 
+TouchUnderTest headlessTouch() {
+    const auto host = std::make_shared<headless::HeadlessHost>();
+    return {host->accelerometer, host->haptics, host->pasteboard, host->reviewPrompt, [host] {
+                host->accelerometer->sample(0, 0, 1);
+                host->settle();
+            }};
+}
+
+TouchUnderTest absentTouch() {
+    return {std::make_shared<hosts::NoAccelerometer>(), std::make_shared<hosts::NoHaptics>(),
+            std::make_shared<hosts::NoPasteboard>(), std::make_shared<hosts::NoReviewPrompt>(), [] {}};
+}
+
 INSTANTIATE_TEST_SUITE_P(HeadlessVirtual, SchedulerContract, testing::Values(&virtualScheduler));
 INSTANTIATE_TEST_SUITE_P(HeadlessReal, SchedulerContract, testing::Values(&realScheduler));
 INSTANTIATE_TEST_SUITE_P(Headless, HttpContract, testing::Values(&scriptedHttp));
 INSTANTIATE_TEST_SUITE_P(Headless, DefaultsContract, testing::Values(&defaultsInMemory));
 INSTANTIATE_TEST_SUITE_P(Headless, SecureItemsContract, testing::Values(&secureItemsInMemory));
 INSTANTIATE_TEST_SUITE_P(Headless, FactsContract, testing::Values(&headlessFacts));
+INSTANTIATE_TEST_SUITE_P(Headless, TouchContract, testing::Values(&headlessTouch));
+INSTANTIATE_TEST_SUITE_P(WithoutWindow, TouchContract, testing::Values(&absentTouch));
 INSTANTIATE_TEST_SUITE_P(Common, JsonContract, testing::Values([] { return std::make_shared<hosts::RapidJson>(); }));
 INSTANTIATE_TEST_SUITE_P(Common, Base64Contract, testing::Values([] { return std::make_shared<hosts::GlibBase64>(); }));
 INSTANTIATE_TEST_SUITE_P(Common, NotificationCentreContract,

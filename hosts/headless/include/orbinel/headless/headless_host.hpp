@@ -3,12 +3,16 @@
 #include <memory>
 
 #include "orbinel/export.hpp"
+#include "orbinel/headless/headless_accelerometer.hpp"
 #include "orbinel/headless/headless_application.hpp"
 #include "orbinel/headless/headless_console.hpp"
 #include "orbinel/headless/headless_defaults.hpp"
 #include "orbinel/headless/headless_device.hpp"
+#include "orbinel/headless/headless_haptics.hpp"
 #include "orbinel/headless/headless_http.hpp"
 #include "orbinel/headless/headless_notifications.hpp"
+#include "orbinel/headless/headless_pasteboard.hpp"
+#include "orbinel/headless/headless_review_prompt.hpp"
 #include "orbinel/headless/headless_scheduler.hpp"
 #include "orbinel/headless/headless_secure_items.hpp"
 #include "orbinel/platform/services.hpp"
@@ -52,10 +56,10 @@ struct ORBINEL_API HeadlessHost {
     std::shared_ptr<HeadlessNotifications> notifications;
     std::shared_ptr<HeadlessConsole> console;
     std::shared_ptr<platform::Views> views;
-    std::shared_ptr<platform::Accelerometer> accelerometer;
-    std::shared_ptr<platform::Haptics> haptics;
-    std::shared_ptr<platform::Pasteboard> pasteboard;
-    std::shared_ptr<platform::ReviewPrompt> reviewPrompt;
+    std::shared_ptr<HeadlessAccelerometer> accelerometer;
+    std::shared_ptr<HeadlessHaptics> haptics;
+    std::shared_ptr<HeadlessPasteboard> pasteboard;
+    std::shared_ptr<HeadlessReviewPrompt> reviewPrompt;
 };
 
 }  // namespace orbinel::headless

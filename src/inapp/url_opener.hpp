@@ -1,0 +1,49 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/lifetime.hpp"
+#include "base/reports.hpp"
+#include "inapp/collaborators.hpp"
+#include "orbinel/platform/application.hpp"
+#include "orbinel/platform/scheduler.hpp"
+
+namespace orbinel {
+
+/// Opens outside the application what a message asks for, and decides what that may be: web pages, "mailto", "tel", and
+/// the schemes that open this very application. A page is not trusted with any other: another application's scheme
+/// would let it act there, "file" and "javascript" here.
+///
+/// Threads: any; the platform is called on the main thread.
+class UrlOpener final : public UrlOpening {
+public:
+    struct Needs {
+        Reports& reports;
+        const Lifetime& lifetime;
+        platform::Scheduler& scheduler;
+        platform::Application& application;
+    };
+
+    explicit UrlOpener(const Needs& needs);
+
+    void openUrl(const std::string& url, std::function<void()> completion) noexcept override;
+
+    /// The URL as it may be opened: what RFC 3986 does not allow in it is percent-escaped. Nothing where it is refused.
+    [[nodiscard]] std::optional<std::string> permitted(std::string_view url) const;
+
+private:
+    void openOnMain(const std::string& url, std::function<void()> completion);
+
+    Reports& reports_;
+    const Lifetime& lifetime_;
+    platform::Scheduler& scheduler_;
+    platform::Application& application_;
+};
+
+/// Whether the URL is one of a web page.
+[[nodiscard]] bool isWebPage(std::string_view url) noexcept;
+
+}  // namespace orbinel
