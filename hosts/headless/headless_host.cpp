@@ -23,7 +23,7 @@ HeadlessHost::HeadlessHost(std::shared_ptr<HeadlessScheduler> chosen)
       device(std::make_shared<HeadlessDevice>()),
       notifications(std::make_shared<HeadlessNotifications>()),
       console(std::make_shared<HeadlessConsole>()),
-      views(std::make_shared<hosts::NoViews>()),
+      views(std::make_shared<HeadlessViews>(scheduler, device)),
       accelerometer(std::make_shared<hosts::NoAccelerometer>()),
       haptics(std::make_shared<hosts::NoHaptics>()),
       pasteboard(std::make_shared<hosts::NoPasteboard>()),
