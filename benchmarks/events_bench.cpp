@@ -69,8 +69,8 @@ void EventsBesideCampaigns(benchmark::State& state, int campaigns) {
         arrived.emplace_back(Dictionary{{"inapp_id", i}, {"trigger", "event_" + std::to_string(i)}});
     }
     RunningLibrary library;
-    library.world().pendingFeatures.inappToMemory(arrived);
-    library.world().pendingFeatures.setStartRequestCompleted(true);
+    library.world().inapps.inappToMemory(arrived);
+    library.world().inapps.setStartRequestCompleted(true);
     for (auto _ : state) {
         for (int i = 0; i < 100; ++i) tagTypicalEvent(i);
         library.world().session.update([](SessionRecord& record) { record.custom_events = {}; });

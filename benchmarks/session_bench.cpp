@@ -17,7 +17,7 @@ constexpr int events = 100;
 
 double secondsSince(Clock::time_point begin) { return std::chrono::duration<double>(Clock::now() - begin).count(); }
 
-bool startIsAnswered(World& world) { return world.pendingFeatures.startRequestCompleted(); }
+bool startIsAnswered(World& world) { return world.inapps.startRequestCompleted(); }
 
 /// From entering the background until the loopback server has answered: the main thread waits for just that.
 void EnteringTheBackground(benchmark::State& state) {

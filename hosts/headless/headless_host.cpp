@@ -5,7 +5,6 @@
 #include "hosts/common/glib_base64.hpp"
 #include "hosts/common/in_process_notification_centre.hpp"
 #include "hosts/common/rapidjson_json.hpp"
-#include "hosts/common/without_window.hpp"
 
 namespace orbinel::headless {
 
@@ -23,7 +22,7 @@ HeadlessHost::HeadlessHost(std::shared_ptr<HeadlessScheduler> chosen)
       device(std::make_shared<HeadlessDevice>()),
       notifications(std::make_shared<HeadlessNotifications>()),
       console(std::make_shared<HeadlessConsole>()),
-      views(std::make_shared<hosts::NoViews>()),
+      views(std::make_shared<HeadlessViews>(scheduler, device)),
       accelerometer(std::make_shared<HeadlessAccelerometer>(scheduler)),
       haptics(std::make_shared<HeadlessHaptics>()),
       pasteboard(std::make_shared<HeadlessPasteboard>()),

@@ -204,6 +204,48 @@ public:
                                               std::optional<Date> endDate,
                                               std::function<void(const Array&)> success) noexcept;
 
+    // --- In-app messages ---
+
+    /// Removes the message that is on the screen or on its way to it, if any; nothing is logged of its close.
+    static void removeInapp() noexcept;
+
+    /// The same, not gated; the completion, which may be empty, is called afterwards on the main queue, also where
+    /// there was nothing to remove.
+    static void removeInappWithCompletionHandler(std::function<void()> completion) noexcept;
+
+    /// Shows messages again, from the next one on. Not gated.
+    static void enableInAppMessages() noexcept;
+
+    /// Shows no messages until they are enabled again: one on the screen is recorded as blocked and removed, and so is
+    /// recorded every one that would have been shown. Not gated.
+    static void disableInAppMessages() noexcept;
+
+    /// The same two without a record of the change, and leaving a message on the screen to reappear. Not gated.
+    static void reenableTemplates() noexcept;
+    static void disableTemplates() noexcept;
+
+    /// Writes on the console of test devices what pages of messages write to theirs. Not gated.
+    static void enableTemplateDebugging() noexcept;
+
+    /// The fonts that pages of messages may use, by the family's name as CSS has it: as the custom properties
+    /// "--orbinel-regular-font", "--orbinel-bold-font" and "--orbinel-italic-font". Pages built later have them.
+    static void setCustomRegularFont(OptionalText font) noexcept;
+    static void setCustomBoldFont(OptionalText font) noexcept;
+    static void setCustomItalicFont(OptionalText font) noexcept;
+
+    /// Shows a message that the vendor's panel sent for a try: its content, and the push that it came with. It takes
+    /// the place of every campaign that counts occurrences. Not gated.
+    static void showTestInapp(const Dictionary& inapp, const Dictionary& pushInfo) noexcept;
+
+    /// Asks for a rating of the application by the platform's own question. Not gated.
+    static void showNativeAppReview() noexcept;
+
+    // --- Push ---
+
+    /// Asks the person to allow pushes; quietly where the platform can deliver them without asking first. Does nothing
+    /// while the library is switched off; not gated otherwise.
+    static void registerWithQuietPermission(bool quiet) noexcept;
+
     // --- Testing one's integration ---
 
     /// Takes a link of the vendor's panel that opened the application: "SCHEME://test_device/TOKEN" makes this a test
@@ -214,8 +256,18 @@ public:
     // --- Callbacks ---
 
     /// Performs `selector` (a member function of the sender that takes a `const Dictionary&`, or a function that takes
-    /// the sender and that) on the main queue with {"type", "data"} when something happened: type 6, without data,
-    /// when a session start completed. The sender is held weakly; a registration replaces the one before.
+    /// the sender and that) on the main queue with {"type", "data"} when something happened:
+    ///
+    /// | type | when | data |
+    /// |---|---|---|
+    /// | 1 | a native button of a message was pressed | what the button carries |
+    /// | 2 | a page of a message reported a purchase | {"purchased_items"} |
+    /// | 3 | a page put something into the cart | {"cart_items"} |
+    /// | 4 | a page has something of its own to say | what it says |
+    /// | 5 | a message was shown | {"inapp_id", "variant_id"}, texts |
+    /// | 6 | a session start completed | none |
+    ///
+    /// The sender is held weakly; a registration replaces the one before.
     template <typename Selector, typename Sender>
     static void registerOrbinelCallbackWithSelector(Selector selector, std::weak_ptr<Sender> sender) noexcept {
         setCallback(TargetAction<const Dictionary&>(std::move(sender), std::move(selector)));

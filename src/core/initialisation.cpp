@@ -44,6 +44,8 @@ Initialisation::Initialisation(const Needs& needs)
       contents_(needs.contents),
       recommendations_(needs.recommendations),
       lifecycle_(needs.lifecycle),
+      templateEvents_(needs.templateEvents),
+      inapp_(needs.inapp),
       features_(needs.features),
       lifetime_(needs.lifetime),
       scheduler_(needs.scheduler),
@@ -83,7 +85,7 @@ void Initialisation::initSDK(const Value& partnerName, const std::optional<Dicti
         user_.initUser();
         privacy_.adoptRememberedConsents();
         session_.setPartnerName(partnerName.stringOrEmpty());
-        features_.addObserverForEventInapps();
+        templateEvents_.addObserverForEventInapps();
         if (!automaticIntegration_.isAutoIntegrationEnabled()) {
             features_.handlePushLogWithUserInfo(launchOptions.value_or(Dictionary()));
         }
@@ -143,7 +145,7 @@ void Initialisation::reinitWithPartnerName(const std::optional<std::string>& par
         }
         if (!partnerNameIsValid(partnerName)) return;
         sendReinitLogWithMessage("Reinit called.");
-        features_.removeInapp(lifetime_.whileAlive([this, name = *partnerName] { switchPartner(name); }));
+        inapp_.removeInapp(lifetime_.whileAlive([this, name = *partnerName] { switchPartner(name); }));
     });
 }
 
@@ -166,7 +168,7 @@ void Initialisation::stopOldSession(const std::string& partnerName) {
 void Initialisation::startNewSession() {
     sendReinitLogWithMessage("Reinit OrbinelID reset completed.");
     start_.sendStartRequestWithReasonAndFlushQueuedRequests(session_reason::reinit, [this] {
-        features_.enableInAppMessages();
+        inapp_.enableInAppMessages();
         sendReinitLogWithMessage("Reinit session start completed.");
         sendReinitLogWithMessage("Reinit completed.");
     });

@@ -10,6 +10,8 @@
 #include "base/reports.hpp"
 #include "core/lifecycle.hpp"
 #include "core/pending_features.hpp"
+#include "inapp/presentation.hpp"
+#include "inapp/template_events.hpp"
 #include "orbinel/platform/notification_centre.hpp"
 #include "orbinel/platform/scheduler.hpp"
 #include "personalisation/content_optimizer.hpp"
@@ -47,6 +49,8 @@ public:
         OrbinelContentOptimizer& contents;
         OrbinelRecommendation& recommendations;
         Lifecycle& lifecycle;
+        TemplateEvents& templateEvents;
+        InappPresentation& inapp;
         PendingFeatures& features;
         const Lifetime& lifetime;
         platform::Scheduler& scheduler;
@@ -95,6 +99,8 @@ private:
     OrbinelContentOptimizer& contents_;
     OrbinelRecommendation& recommendations_;
     Lifecycle& lifecycle_;
+    TemplateEvents& templateEvents_;
+    InappPresentation& inapp_;
     PendingFeatures& features_;
     const Lifetime& lifetime_;
     platform::Scheduler& scheduler_;

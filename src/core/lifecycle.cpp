@@ -51,6 +51,8 @@ Lifecycle::Lifecycle(const Needs& needs)
       testDevices_(needs.testDevices),
       wizard_(needs.wizard),
       contents_(needs.contents),
+      campaigns_(needs.campaigns),
+      inapp_(needs.inapp),
       features_(needs.features),
       lifetime_(needs.lifetime),
       application_(needs.application),
@@ -194,9 +196,9 @@ void Lifecycle::runApplicationDidEnterBackgroundOperations() noexcept {
             if (!proceed) state_.didActive = false;
         }
         if (!proceed) return;
-        features_.setTestInAppExistence(false);
-        features_.cancelScheduledInapps();
-        features_.removeInapp([] {});
+        campaigns_.setTestInAppExistence(false);
+        inapp_.cancelScheduledInapps();
+        inapp_.removeInapp({});
         contents_.removeTestVariables();
         assureSendingSession();
     });
@@ -252,7 +254,7 @@ void Lifecycle::appWillTerminate() noexcept {
 
 void Lifecycle::appDidChangeOrientation() noexcept {
     guarded(reports_, "+[Orbinel appDidChangeOrientation]", [&] {
-        if (!application_.isPortrait()) features_.removeInapp([] {});
+        if (!application_.isPortrait()) inapp_.removeInapp({});
     });
 }
 

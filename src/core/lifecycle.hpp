@@ -7,6 +7,8 @@
 #include "base/mutex.hpp"
 #include "base/reports.hpp"
 #include "core/pending_features.hpp"
+#include "inapp/campaign_selection.hpp"
+#include "inapp/presentation.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/notifications.hpp"
 #include "personalisation/content_optimizer.hpp"
@@ -41,6 +43,8 @@ public:
         TestDevices& testDevices;
         IntegrationWizard& wizard;
         OrbinelContentOptimizer& contents;
+        CampaignSelection& campaigns;
+        InappPresentation& inapp;
         PendingFeatures& features;
         const Lifetime& lifetime;
         platform::Application& application;
@@ -92,6 +96,8 @@ private:
     TestDevices& testDevices_;
     IntegrationWizard& wizard_;
     OrbinelContentOptimizer& contents_;
+    CampaignSelection& campaigns_;
+    InappPresentation& inapp_;
     PendingFeatures& features_;
     const Lifetime& lifetime_;
     platform::Application& application_;

@@ -13,6 +13,7 @@ namespace orbinel {
 namespace {
 
 constexpr std::string_view signUpEvent = "sign_up_confirmation";
+constexpr std::string_view testInappEvent = "test_inapp";
 
 /// Runs the body of a public operation on the current world; without one, or when something is thrown, the neutral
 /// value is returned.
@@ -59,6 +60,14 @@ std::string textOrDefault(OptionalText fallback, std::optional<std::string> read
     } catch (const std::exception&) {
         return {};
     }
+}
+
+void setFont(const GuardedOperation& operation, std::string_view methodType, OptionalText font,
+             void (InappPresentation::*set)(std::string) noexcept) noexcept {
+    throughGate(operation, [&](World& world) {
+        (world.inappPresentation.*set)(std::string(font.view()));
+        world.reports.feed(methodType, [&] { return Dictionary{{"value", font.view()}}; });
+    });
 }
 
 /// Launch options nested beyond the bound count as none.
@@ -235,35 +244,35 @@ OrbinelProduct Orbinel::createNewProductWithID(OptionalText productID, OptionalT
 
 void Orbinel::visitHomepage() noexcept {
     throughGate("+[Orbinel visitHomepage]", [](World& world) {
-        world.pendingFeatures.removeInappOnProductPage();
+        world.inappPresentation.removeInappOnProductPage();
         world.pageVisits.visitHomepage();
     });
 }
 
 void Orbinel::visitListingPageWithTaxonomy(const Array& taxonomy) noexcept {
     throughGate("+[Orbinel visitListingPageWithTaxonomy:]", [&](World& world) {
-        world.pendingFeatures.removeInappOnProductPage();
+        world.inappPresentation.removeInappOnProductPage();
         world.pageVisits.visitListingPage(taxonomy);
     });
 }
 
 void Orbinel::visitProductDetailPageWithProduct(const OrbinelProduct& product) noexcept {
     throughGate("+[Orbinel visitProductDetailPageWithProduct:]", [&](World& world) {
-        world.pendingFeatures.removeInappOnProductPage();
+        world.inappPresentation.removeInappOnProductPage();
         world.pageVisits.visitProductDetailPage(product);
     });
 }
 
 void Orbinel::visitCartPageWithProducts(const std::vector<OrbinelProduct>& products) noexcept {
     throughGate("+[Orbinel visitCartPageWithProducts:]", [&](World& world) {
-        world.pendingFeatures.removeInappOnProductPage();
+        world.inappPresentation.removeInappOnProductPage();
         world.pageVisits.visitCartPage(products);
     });
 }
 
 void Orbinel::visitWishlistWithProducts(const std::vector<OrbinelProduct>& products) noexcept {
     throughGate("+[Orbinel visitWishlistWithProducts:]", [&](World& world) {
-        world.pendingFeatures.removeInappOnProductPage();
+        world.inappPresentation.removeInappOnProductPage();
         world.wishlist.visitWishlist(products);
     });
 }
@@ -395,6 +404,67 @@ void Orbinel::getMessageCenterDataWithLimit(std::int32_t limit, std::optional<Da
     });
 }
 
+// --- In-app messages ---
+
+void Orbinel::removeInapp() noexcept {
+    throughGate("+[Orbinel removeInapp]",
+                [](World& world) { world.inappPresentation.removeInappWithCompletionHandler({}); });
+}
+
+void Orbinel::removeInappWithCompletionHandler(std::function<void()> completion) noexcept {
+    onWorld("+[Orbinel removeInappWithCompletionHandler:]",
+            [&](World& world) { world.inappPresentation.removeInappWithCompletionHandler(std::move(completion)); });
+}
+
+void Orbinel::enableInAppMessages() noexcept {
+    onWorld("+[Orbinel enableInAppMessages]", [](World& world) { world.inappPresentation.enableInAppMessages(); });
+}
+
+void Orbinel::disableInAppMessages() noexcept {
+    onWorld("+[Orbinel disableInAppMessages]", [](World& world) { world.inappPresentation.disableInAppMessages(); });
+}
+
+void Orbinel::reenableTemplates() noexcept {
+    onWorld("+[Orbinel reenableTemplates]", [](World& world) { world.inappPresentation.reenableTemplates(); });
+}
+
+void Orbinel::disableTemplates() noexcept {
+    onWorld("+[Orbinel disableTemplates]", [](World& world) { world.inappPresentation.disableTemplates(); });
+}
+
+void Orbinel::enableTemplateDebugging() noexcept {
+    onWorld("+[Orbinel enableTemplateDebugging]",
+            [](World& world) { world.inappPresentation.setDebuggingEnabled(true); });
+}
+
+void Orbinel::setCustomRegularFont(OptionalText font) noexcept {
+    setFont("+[Orbinel setCustomRegularFont:]", "setCustomRegularFont", font, &InappPresentation::setCustomRegularFont);
+}
+
+void Orbinel::setCustomBoldFont(OptionalText font) noexcept {
+    setFont("+[Orbinel setCustomBoldFont:]", "setCustomBoldFont", font, &InappPresentation::setCustomBoldFont);
+}
+
+void Orbinel::setCustomItalicFont(OptionalText font) noexcept {
+    setFont("+[Orbinel setCustomItalicFont:]", "setCustomItalicFont", font, &InappPresentation::setCustomItalicFont);
+}
+
+void Orbinel::showTestInapp(const Dictionary& inapp, const Dictionary& pushInfo) noexcept {
+    onWorld("+[Orbinel showTestInapp:pushInfo:]", [&](World& world) {
+        world.reports.feed("testInAppReceived", [&] { return pushInfo; });
+        world.campaignSelection.showCustomInapp(inapp, testInappEvent);
+    });
+}
+
+void Orbinel::showNativeAppReview() noexcept {
+    onWorld("+[Orbinel showNativeAppReview]", [](World& world) { world.nativeActions.showNativeAppReview(); });
+}
+
+void Orbinel::registerWithQuietPermission(bool quiet) noexcept {
+    onWorld("+[Orbinel registerWithQuietPermission:]",
+            [&](World& world) { world.pushPermission.registerWithQuietPermission(quiet); });
+}
+
 // --- Testing one's integration ---
 
 void Orbinel::handleUrl(OptionalText url) noexcept {
@@ -405,6 +475,9 @@ void Orbinel::handleUrl(OptionalText url) noexcept {
 
 void Orbinel::setCallback(TargetAction<const Dictionary&> callback) noexcept {
     onWorld("+[Orbinel registerOrbinelCallbackWithSelector:sender:]", [&](World& world) {
+        world.inappButtons.setInappButtonClickCallback(callback);
+        world.templateStore.setTemplateStoreCallback(callback);
+        world.inappPresentation.setInappSeenCallback(callback);
         world.sessionStart.setSessionStartedCallback(std::move(callback));
         world.reports.feedToPanel("registerOrbinelCallback", [] { return Dictionary(); });
     });

@@ -50,15 +50,56 @@ World::World(platform::Services given)
       recommendationLogger({reports, helper, session, eventRecorder, recommendedIds, ownLifetime, *services.scheduler}),
       recommendations({reports, helper, session, productCreation, recommendedIds, recommendationLogger, ownLifetime,
                        *services.http, *services.json}),
+      inapps(reports),
+      frequencyCap({reports, helper}),
+      inappLogs({reports, helper, session, eventRecorder, presentedInapp}),
+      campaignSelection({reports, helper, inapps, frequencyCap, presentedInapp, inappLogs}),
+      nativeActions({reports, helper, ownLifetime, *services.scheduler, *services.application, *services.notifications,
+                     *services.reviewPrompt, *services.pasteboard, *services.haptics}),
+      urlOpener({reports, ownLifetime, *services.scheduler, *services.application}),
+      shakeDetector({reports, ownLifetime, *services.scheduler, *services.accelerometer}),
+      templateMessages({reports, session, *services.json, presentedInapp}),
+      templateEvents({reports, helper, eventRecorder, presentedInapp, ownLifetime, *services.json, *services.scheduler,
+                      *services.notificationCentre}),
+      templateAttributes({reports, userAttributes, *services.json, *services.scheduler}),
+      templateProducts({reports, productCreation, cartReminder, *services.json}),
+      templateAnswers({reports, session, presentedInapp, *services.json}),
+      templateStore({reports, templateEvents, templateAttributes, templateProducts, templateAnswers, templateMessages,
+                     nativeActions, shakeDetector, urlOpener, ownLifetime, *services.json, *services.scheduler,
+                     *services.notificationCentre}),
+      inappButtons({reports, helper, userAttributes, nativeActions, urlOpener, ownLifetime, *services.json,
+                    *services.scheduler}),
+      templateBridge({reports, templateStore, *services.json}),
+      inappPresentation({reports, helper, identity, testDevices, presentedInapp, inappLogs, ownLifetime,
+                         *services.scheduler, *services.json, *services.console, *services.notificationCentre,
+                         *services.application, *services.views}),
+      pushPermission({reports, helper, ownLifetime, *services.scheduler, *services.notifications}),
       crashHandler({reports, session, deviceAttributes}),
       pendingFeatures(reports),
       sessionEvents(eventRecorder, validation, eventBudget),
       lifecycle({reports, helper, session, sessionStop, sessionStart, privacy, identity, deviceAttributes, testDevices,
-                 wizard, contentOptimizer, pendingFeatures, ownLifetime, *services.application,
-                 *services.notifications}),
-      initialisation({reports, helper, endpoints, session, sessionStop, sessionStart, privacy, userAttributes, identity,
-                      autoIntegration, wizard, contentOptimizer, recommendations, lifecycle, pendingFeatures,
-                      ownLifetime, *services.scheduler, *services.notificationCentre}) {}
+                 wizard, contentOptimizer, campaignSelection, inappPresentation, pendingFeatures, ownLifetime,
+                 *services.application, *services.notifications}),
+      initialisation({reports,
+                      helper,
+                      endpoints,
+                      session,
+                      sessionStop,
+                      sessionStart,
+                      privacy,
+                      userAttributes,
+                      identity,
+                      autoIntegration,
+                      wizard,
+                      contentOptimizer,
+                      recommendations,
+                      lifecycle,
+                      templateEvents,
+                      inappPresentation,
+                      pendingFeatures,
+                      ownLifetime,
+                      *services.scheduler,
+                      *services.notificationCentre}) {}
 
 std::shared_ptr<World> World::create(platform::Services services) {
     // The deleter owns nothing: late work that still waits in the scheduler keeps the deleter in memory.
@@ -98,17 +139,47 @@ void World::bind() {
     collaborators.device.bind(deviceAttributes);
     collaborators.attributes.bind(userAttributes);
     collaborators.events.bind(sessionEvents);
-    collaborators.campaigns.bind(pendingFeatures);
+    collaborators.campaigns.bind(campaignSelection);
     collaborators.contents.bind(contentOptimizer);
     collaborators.recommendations.bind(recommendations);
     collaborators.logSwitches.bind(logger);
     collaborators.failedConsent.bind(privacy);
-    eventRecorder.campaigns.bind(pendingFeatures);
-    login.displayedInapp.bind(pendingFeatures);
+    eventRecorder.campaigns.bind(campaignSelection);
+    login.displayedInapp.bind(inappPresentation);
     cartReminder.recommendations.bind(recommendationLogger);
+    bindInapp();
+}
+
+void World::bindInapp() {
+    campaignSelection.presenter.bind(inappPresentation);
+    campaignSelection.buttonClicks.bind(inappButtons);
+    inappLogs.shakeDetector.bind(shakeDetector);
+    nativeActions.pushPermission.bind(pushPermission);
+    for (auto* screen : {&templateMessages.screen, &templateStore.screen, &inappButtons.screen}) {
+        screen->bind(inappPresentation);
+    }
+    for (auto* logging : {&templateStore.logging, &inappButtons.logging}) logging->bind(inappLogs);
+    inappPresentation.page.bind(templateBridge);
+    inappPresentation.buttonClicks.bind(inappButtons);
+    inappPresentation.urlOpening.bind(urlOpener);
+    inappPresentation.shakeDetector.bind(shakeDetector);
+}
+
+void World::unbindInapp() noexcept {
+    inappPresentation.shakeDetector.unbind();
+    inappPresentation.urlOpening.unbind();
+    inappPresentation.buttonClicks.unbind();
+    inappPresentation.page.unbind();
+    for (auto* logging : {&inappButtons.logging, &templateStore.logging}) logging->unbind();
+    for (auto* screen : {&inappButtons.screen, &templateStore.screen, &templateMessages.screen}) screen->unbind();
+    nativeActions.pushPermission.unbind();
+    inappLogs.shakeDetector.unbind();
+    campaignSelection.buttonClicks.unbind();
+    campaignSelection.presenter.unbind();
 }
 
 void World::unbind() noexcept {
+    unbindInapp();
     cartReminder.recommendations.unbind();
     login.displayedInapp.unbind();
     eventRecorder.campaigns.unbind();

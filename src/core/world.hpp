@@ -22,6 +22,23 @@
 #include "events/event_budget.hpp"
 #include "events/event_recorder.hpp"
 #include "events/validation.hpp"
+#include "inapp/button_clicks.hpp"
+#include "inapp/campaign_selection.hpp"
+#include "inapp/campaign_store.hpp"
+#include "inapp/frequency_cap.hpp"
+#include "inapp/inapp_logs.hpp"
+#include "inapp/native_actions.hpp"
+#include "inapp/presentation.hpp"
+#include "inapp/presented_inapp.hpp"
+#include "inapp/shake_detector.hpp"
+#include "inapp/template_answers.hpp"
+#include "inapp/template_attributes.hpp"
+#include "inapp/template_bridge.hpp"
+#include "inapp/template_events.hpp"
+#include "inapp/template_messages.hpp"
+#include "inapp/template_products.hpp"
+#include "inapp/template_store.hpp"
+#include "inapp/url_opener.hpp"
 #include "orbinel/library_part.hpp"
 #include "orbinel/platform/services.hpp"
 #include "personalisation/content_optimizer.hpp"
@@ -30,6 +47,7 @@
 #include "personalisation/smart_recommendations.hpp"
 #include "privacy/collection_switches.hpp"
 #include "privacy/consent.hpp"
+#include "push/push_permission.hpp"
 #include "session/encryptor.hpp"
 #include "session/endpoints.hpp"
 #include "session/helper.hpp"
@@ -137,6 +155,28 @@ public:
     OrbinelRecommendationLogger recommendationLogger;
     OrbinelRecommendation recommendations;
 
+    // inapp
+    PresentedInapp presentedInapp;
+    OrbinelInapps inapps;
+    FrequencyCap frequencyCap;
+    InappLogs inappLogs;
+    CampaignSelection campaignSelection;
+    NativeActions nativeActions;
+    UrlOpener urlOpener;
+    ShakeDetector shakeDetector;
+    TemplateMessages templateMessages;
+    TemplateEvents templateEvents;
+    TemplateAttributes templateAttributes;
+    TemplateProducts templateProducts;
+    TemplateAnswers templateAnswers;
+    OrbinelTemplateStore templateStore;
+    ButtonClicks inappButtons;
+    TemplateBridge templateBridge;
+    InappPresentation inappPresentation;
+
+    // push
+    PushPermission pushPermission;
+
     // core
     OrbinelCrashHandler crashHandler;
     PendingFeatures pendingFeatures;
@@ -147,6 +187,8 @@ public:
 private:
     explicit World(platform::Services given);
     void bind();
+    void bindInapp();
+    void unbindInapp() noexcept;
     void unbind() noexcept;
 };
 

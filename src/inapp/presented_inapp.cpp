@@ -21,6 +21,15 @@ void PresentedInapp::clear() {
     shouldAddInappLog_ = false;
 }
 
+void PresentedInapp::clear(const Record& record) {
+    Array clicks;
+    const MutexLock lock(mutex_);
+    if (activeInapp_ != record) return;
+    activeInapp_ = nullptr;  // the caller's reference keeps the record
+    inappClickLog_.swap(clicks);
+    shouldAddInappLog_ = false;
+}
+
 PresentedInapp::Record PresentedInapp::activeInapp() const {
     const MutexLock lock(mutex_);
     return activeInapp_;

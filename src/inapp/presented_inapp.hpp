@@ -23,6 +23,9 @@ public:
     /// The message is gone: nothing is active, nothing gathered.
     void clear();
 
+    /// The same for this message alone: nothing where another one is active by now.
+    void clear(const Record& record);
+
     /// The active record; nothing where there is none.
     [[nodiscard]] Record activeInapp() const;
 

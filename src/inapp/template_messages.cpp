@@ -1,6 +1,7 @@
 #include "inapp/template_messages.hpp"
 
 #include "base/guard.hpp"
+#include "inapp/inapp_status.hpp"
 #include "inapp/script_call.hpp"
 
 namespace orbinel {
@@ -30,8 +31,7 @@ void TemplateMessages::sendShake() {
     const auto text = json_.serialise(Dictionary{{"shake_detected", true}}, platform::JsonStyle::compact);
     screen->evaluateJavaScript(sdkCallbackMethod(shakeMessage, text.value_or("{}")));
     if (const auto inapp = presented_.activeInapp()) {
-        reports_.log(LogType::inapp, LogLevel::error, "App template Shake Detected",
-                     [&] { return inappIdentity(inapp.get()); });
+        logStatus(reports_, InappStatus::shakeDetected, [&] { return inappIdentity(inapp.get()); });
     }
 }
 

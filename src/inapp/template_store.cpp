@@ -103,9 +103,14 @@ void OrbinelTemplateStore::tagEvents(const Request& request) {
 void OrbinelTemplateStore::addLead(const Request& request) { answers_.addLeadInput(request.value); }
 
 void OrbinelTemplateStore::addSurvey(const Request& request) {
-    const auto* result = request.value.ifDictionary();
-    if (result == nullptr) return reports_.note("Dropped a survey's answer: it is no dictionary.");
-    answers_.addSurveyResult((*result)["question"], (*result)["answer"]);
+    const auto add = [&](const Value& value) {
+        const auto* result = value.ifDictionary();
+        if (result == nullptr) return reports_.note("Dropped a survey's answer: it is no dictionary.");
+        answers_.addSurveyResult((*result)["question"], (*result)["answer"]);
+    };
+    const auto* several = request.value.ifArray();
+    if (several == nullptr) return add(request.value);
+    for (const auto& one : *several) add(one);
 }
 
 void OrbinelTemplateStore::purchase(const Request& request) {

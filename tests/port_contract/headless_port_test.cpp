@@ -14,6 +14,7 @@
 #include "tests/port_contract/scheduler_contract.hpp"
 #include "tests/port_contract/secure_items_contract.hpp"
 #include "tests/port_contract/touch_contract.hpp"
+#include "tests/port_contract/views_contract.hpp"
 
 // Every service of the headless host keeps the contract of its service.
 namespace orbinel::contract {
@@ -101,6 +102,49 @@ TouchUnderTest absentTouch() {
             std::make_shared<hosts::NoPasteboard>(), std::make_shared<hosts::NoReviewPrompt>(), [] {}};
 }
 
+/// Plays what an engine does by itself.
+class PlayedPages final : public PageDriver {
+public:
+    explicit PlayedPages(headless::HeadlessHost& host) : host_(host) {}
+
+    std::string urlOf(Page page) override { return "https://pages.test/" + std::to_string(static_cast<int>(page)); }
+
+    void arrive(Page page) override {
+        host_.settle();
+        const auto played = host_.views->page();
+        if (page == Page::unreachable) {
+            constexpr std::int32_t cannotConnect = -1004;
+            const std::string domain(platform::LoadFailure::urlLoading);
+            return played->fail({domain, cannotConnect, "Nobody listens.", true});
+        }
+        if (played->respond(page == Page::answer ? 200 : 404) == platform::NavigationPolicy::cancel) return;
+        played->progress(0.5);
+        played->progress(1);
+        played->finish();
+    }
+    void navigate(const std::string& url, bool linkActivated) override {
+        (void)host_.views->page()->navigate(url, linkActivated);
+    }
+    void post(const Value& message) override { host_.views->page()->message(message); }
+    bool runsScripts() const override { return false; }
+    void pressCloseButton() override { EXPECT_TRUE(host_.views->tap(0)); }
+
+private:
+    headless::HeadlessHost& host_;
+};
+
+ViewsUnderTest headlessViews() {
+    const auto host = std::make_shared<headless::HeadlessHost>();
+    const auto screen = *host->device->facts()->screen;
+    const auto safe = *host->device->facts()->safeArea;
+    return {host->views,
+            std::make_shared<PlayedPages>(*host),
+            {0, 0, screen.width, screen.height},
+            safe.top,
+            safe.bottom,
+            [host](milliseconds time) { host->advance(inSeconds(time)); }};
+}
+
 INSTANTIATE_TEST_SUITE_P(HeadlessVirtual, SchedulerContract, testing::Values(&virtualScheduler));
 INSTANTIATE_TEST_SUITE_P(HeadlessReal, SchedulerContract, testing::Values(&realScheduler));
 INSTANTIATE_TEST_SUITE_P(Headless, HttpContract, testing::Values(&scriptedHttp));
@@ -109,6 +153,7 @@ INSTANTIATE_TEST_SUITE_P(Headless, SecureItemsContract, testing::Values(&secureI
 INSTANTIATE_TEST_SUITE_P(Headless, FactsContract, testing::Values(&headlessFacts));
 INSTANTIATE_TEST_SUITE_P(Headless, TouchContract, testing::Values(&headlessTouch));
 INSTANTIATE_TEST_SUITE_P(WithoutWindow, TouchContract, testing::Values(&absentTouch));
+INSTANTIATE_TEST_SUITE_P(Headless, ViewsContract, testing::Values(&headlessViews));
 INSTANTIATE_TEST_SUITE_P(Common, JsonContract, testing::Values([] { return std::make_shared<hosts::RapidJson>(); }));
 INSTANTIATE_TEST_SUITE_P(Common, Base64Contract, testing::Values([] { return std::make_shared<hosts::GlibBase64>(); }));
 INSTANTIATE_TEST_SUITE_P(Common, NotificationCentreContract,

@@ -16,7 +16,7 @@ public:
 
     void setStartRequestCompleted(bool completed) override {
         note(completed ? "completed" : "not completed");
-        current_world::get()->pendingFeatures.setStartRequestCompleted(completed);
+        current_world::get()->inapps.setStartRequestCompleted(completed);
     }
     void forgetCampaigns() override {}
     void cleanFrequencyCache() override { note("clean"); }

@@ -45,6 +45,8 @@ struct LoadFailure {
 /// What happens in a web view.
 ///
 /// Threads: the main thread. Never called inside a method of the web view.
+/// Order: a page is asked for (action), answered (response) and then finished or failed. What the delegate cancels is
+/// neither: that is no failure, and a page that was there stays.
 class WebViewDelegate {
 public:
     virtual ~WebViewDelegate() = default;

@@ -15,6 +15,7 @@
 #include "orbinel/headless/headless_review_prompt.hpp"
 #include "orbinel/headless/headless_scheduler.hpp"
 #include "orbinel/headless/headless_secure_items.hpp"
+#include "orbinel/headless/headless_views.hpp"
 #include "orbinel/platform/services.hpp"
 
 namespace orbinel::headless {
@@ -55,7 +56,7 @@ struct ORBINEL_API HeadlessHost {
     std::shared_ptr<HeadlessDevice> device;
     std::shared_ptr<HeadlessNotifications> notifications;
     std::shared_ptr<HeadlessConsole> console;
-    std::shared_ptr<platform::Views> views;
+    std::shared_ptr<HeadlessViews> views;
     std::shared_ptr<HeadlessAccelerometer> accelerometer;
     std::shared_ptr<HeadlessHaptics> haptics;
     std::shared_ptr<HeadlessPasteboard> pasteboard;

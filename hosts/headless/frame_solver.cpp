@@ -1,0 +1,131 @@
+#include "frame_solver.hpp"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace orbinel::headless {
+
+namespace {
+
+using platform::LayoutAttribute;
+using platform::LayoutConstraint;
+using platform::LayoutGuide;
+using platform::Rectangle;
+
+/// What an attribute says of one axis.
+enum class Part { near, far, size, centre };
+
+struct Axis {
+    LayoutAttribute near, far, size, centre;
+
+    [[nodiscard]] std::optional<Part> partOf(LayoutAttribute attribute) const {
+        if (attribute == near) return Part::near;
+        if (attribute == far) return Part::far;
+        if (attribute == size) return Part::size;
+        if (attribute == centre) return Part::centre;
+        return std::nullopt;
+    }
+};
+
+constexpr Axis horizontal{LayoutAttribute::left, LayoutAttribute::right, LayoutAttribute::width,
+                          LayoutAttribute::centreX};
+constexpr Axis vertical{LayoutAttribute::top, LayoutAttribute::bottom, LayoutAttribute::height,
+                        LayoutAttribute::centreY};
+
+struct Span {
+    double position = 0;
+    double size = 0;
+
+    [[nodiscard]] double at(Part part) const {
+        switch (part) {
+            case Part::near:
+                return position;
+            case Part::far:
+                return position + size;
+            case Part::size:
+                return size;
+            case Part::centre:
+                return position + size / 2;
+        }
+        return 0;
+    }
+};
+
+struct Known {
+    Part part;
+    double value;
+    LayoutGuide guide;
+};
+
+/// The span of which two different parts are known.
+Span spanOf(Known a, Known b) {
+    if (b.part < a.part) std::swap(a, b);
+    if (a.part == Part::near && b.part == Part::far) return {a.value, b.value - a.value};
+    if (a.part == Part::near && b.part == Part::size) return {a.value, b.value};
+    if (a.part == Part::near) return {a.value, 2 * (b.value - a.value)};
+    if (a.part == Part::far && b.part == Part::size) return {a.value - b.value, b.value};
+    if (a.part == Part::far) return {2 * b.value - a.value, 2 * (a.value - b.value)};
+    return {b.value - a.value / 2, a.value};
+}
+
+/// A rectangle as its parent sees it.
+Rectangle within(const Rectangle& parent, const Rectangle& inner) {
+    const auto left = std::max(parent.x, inner.x);
+    const auto top = std::max(parent.y, inner.y);
+    const auto right = std::min(parent.x + parent.width, inner.x + inner.width);
+    const auto bottom = std::min(parent.y + parent.height, inner.y + inner.height);
+    return {left - parent.x, top - parent.y, std::max(right - left, 0.0), std::max(bottom - top, 0.0)};
+}
+
+class Solver {
+public:
+    Solver(const std::vector<LayoutConstraint>& constraints, const Rectangle& parent, const Rectangle& safeArea)
+        : constraints_(constraints), parent_{0, 0, parent.width, parent.height}, safeArea_(within(parent, safeArea)) {}
+
+    [[nodiscard]] Span solve(const Axis& axis) const {
+        std::optional<Known> first;
+        for (const auto& constraint : constraints_) {
+            const auto part = axis.partOf(constraint.attribute);
+            if (!part) continue;
+            const Known known{*part, valueOf(constraint), constraint.guide};
+            if (!first) {
+                first = known;
+            } else if (first->part != known.part) {
+                return spanOf(*first, known);
+            }
+        }
+        if (!first) return guideSpan(LayoutGuide::parent, axis);
+        const auto missing = first->part == Part::size ? Part::near : Part::size;
+        return spanOf(*first, {missing, guideSpan(first->guide, axis).at(missing), first->guide});
+    }
+
+private:
+    [[nodiscard]] Span guideSpan(LayoutGuide guide, const Axis& axis) const {
+        const auto& frame = guide == LayoutGuide::safeArea ? safeArea_ : parent_;
+        return axis.near == LayoutAttribute::left ? Span{frame.x, frame.width} : Span{frame.y, frame.height};
+    }
+
+    [[nodiscard]] double valueOf(const LayoutConstraint& constraint) const {
+        if (constraint.guide == LayoutGuide::nothing) return constraint.constant;
+        const auto& axis = horizontal.partOf(constraint.anchor) ? horizontal : vertical;
+        const auto anchor = guideSpan(constraint.guide, axis).at(*axis.partOf(constraint.anchor));
+        return anchor * constraint.multiplier + constraint.constant;
+    }
+
+    const std::vector<LayoutConstraint>& constraints_;
+    const Rectangle parent_;  // in its own points
+    const Rectangle safeArea_;
+};
+
+}  // namespace
+
+Rectangle solveFrame(const std::vector<LayoutConstraint>& constraints, const Rectangle& parent,
+                     const Rectangle& safeArea) {
+    const Solver solver(constraints, parent, safeArea);
+    const auto x = solver.solve(horizontal);
+    const auto y = solver.solve(vertical);
+    return {parent.x + x.position, parent.y + y.position, std::max(x.size, 0.0), std::max(y.size, 0.0)};
+}
+
+}  // namespace orbinel::headless

@@ -1,0 +1,577 @@
+#include "inapp/presentation.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+#include <variant>
+
+#include "base/guard.hpp"
+#include "base/value_text.hpp"
+#include "inapp/inapp_status.hpp"
+#include "inapp/layout_builder.hpp"
+#include "inapp/view_tags.hpp"
+#include "tools/console_line.hpp"
+
+namespace orbinel {
+
+using platform::NavigationPolicy;
+using platform::View;
+
+namespace {
+
+constexpr std::string_view ownScheme = "orbinelurl://";
+constexpr std::string_view productPage = "product_detail_page_view";
+constexpr std::int32_t inappSeenType = 5;  // among the types of the application's callback
+constexpr std::int32_t firstFailedStatus = 400;
+
+bool hasContent(const Value& text) { return !text.stringOrEmpty().empty(); }
+
+void logRemoval(Reports& reports, const char* reason) {
+    reports.log(LogType::inapp, LogLevel::info, "RemoveFromSuperview is called.", [&] {
+        return Dictionary{{"reason", reason}};
+    });
+}
+
+}  // namespace
+
+/// One message, from being built until it is gone.
+struct InappPresentation::Template {
+    enum class Stage { loading, delayed, shown, givenUp, leaving };
+
+    Template(PresentedInapp::Record given, const InappLayout& asked)
+        : record(std::move(given)),
+          content((*record)["content"].ifDictionary() != nullptr ? *(*record)["content"].ifDictionary() : Dictionary()),
+          layout(asked),
+          place(content["template_layout"].ifDictionary() != nullptr ? *content["template_layout"].ifDictionary()
+                                                                     : Dictionary()),
+          namesAPage(hasContent(content["image"]) || hasContent(content["template_url"])),
+          isCustomScreen(content["type"] == Value(kCUSTOMSREEN)) {}
+
+    [[nodiscard]] Dictionary identity() const { return inappIdentity(record.get()); }
+
+    const PresentedInapp::Record record;
+    const Dictionary content;
+    InappLayout layout;
+    TemplateLayout place;
+    const bool namesAPage;
+    const bool isCustomScreen;
+    std::string url;
+    std::string origin;  // of the page that may speak
+    std::shared_ptr<OrbinelWKWebView> webView;
+    std::shared_ptr<View> container;
+    std::shared_ptr<View> overlay;  // what dims the application; mostly nothing
+    Stage stage = Stage::loading;
+    bool loaded = false;
+};
+
+InappPresentation::InappPresentation(const Needs& needs)
+    : needs_(needs),
+      templateUrl_({needs.reports, needs.helper, needs.identity, needs.application}),
+      keyboardPusher_({needs.lifetime, needs.notificationCentre}),
+      browser_({needs.reports, needs.lifetime, needs.scheduler, needs.views, urlOpening}) {
+    browser_.closed = [this] {
+        if (hidden_) needs_.views.setOverlayVisible(false, 0);
+        if (template_ != nullptr && template_->stage == Template::Stage::delayed) showInapp();
+    };
+}
+
+InappPresentation::~InappPresentation() {
+    if (template_ == nullptr) return;
+    if (template_->overlay != nullptr) template_->overlay->removeFromParent();
+    if (template_->container != nullptr) template_->container->removeFromParent();
+}
+
+void InappPresentation::onMain(const char* operation, std::function<void()> work) noexcept {
+    auto guardedWork = needs_.lifetime.whileAlive(
+        [this, operation, work = std::move(work)] { guarded(needs_.reports, operation, [&] { work(); }); });
+    if (needs_.scheduler.isMain()) return guardedWork();
+    needs_.scheduler.postMain(std::move(guardedWork));
+}
+
+// --- Building ---
+
+void InappPresentation::createInappAfterAppropriateDelaysWithType(const InappLayout& layout) noexcept {
+    needs_.scheduler.postMain(needs_.lifetime.whileAlive([this, layout, asOf = cancellations_.load()] {
+        guarded(needs_.reports, {"OrbinelInapp - inAppViewCreate", DescriptionForm::nameOnly}, [&] {
+            if (asOf == cancellations_) build(layout);
+        });
+    }));
+}
+
+void InappPresentation::build(const InappLayout& layout) {
+    const auto record = needs_.presented.activeInapp();
+    if (record == nullptr) return;
+    const auto identity = [&] { return inappIdentity(record.get()); };
+    if (template_ != nullptr && template_->stage == Template::Stage::delayed) {
+        logStatus(needs_.reports, InappStatus::waitingForOther, identity);
+        needs_.presented.present(template_->record);  // which is still the one to be shown
+        return;
+    }
+
+    auto made = std::make_unique<Template>(record, layout);
+    made->webView = makeWebView();
+    if (made->webView == nullptr) return needs_.presented.clear(record);
+    const auto url = templateUrl_.getTemplateURLFromContent(made->content);
+    if (!url) {
+        logStatus(needs_.reports, InappStatus::waitingForOther, identity);
+        return needs_.presented.clear(record);
+    }
+    made->url = *url;
+    made->origin = originOf(*url);
+    if (made->namesAPage && !isWebUrl(made->url)) {
+        logStatus(needs_.reports, InappStatus::urlInvalid, [&] {
+            auto attributes = identity();
+            attributes.set("url", made->url);
+            return attributes;
+        });
+        return needs_.presented.clear(record);
+    }
+    createInAppWithWebView(*made);
+    if (made->container == nullptr) return needs_.presented.clear(record);
+
+    template_ = std::move(made);
+    onTheScreen_ = true;
+    if (KeyboardPusher::shouldKeyboardPushInAppForInAppType(layout)) {
+        keyboardPusher_.registerForInAppPusherKeyboardNotifications(template_->container,
+                                                                    [this] { observeMoved(kANIMATIONDURATION); });
+    }
+    template_->webView->load(template_->url);
+    logStatus(needs_.reports, InappStatus::loadRequested, identity);
+    observe(&PresentationObserver::built, *template_);
+}
+
+/// Nothing where no page can be shown here, which is told.
+std::shared_ptr<OrbinelWKWebView> InappPresentation::makeWebView() {
+    std::string reason = "The application has no window.";
+    if (needs_.views.overlay() != nullptr) {
+        constexpr float firstInspectable = 16.4F;
+        auto webView = std::make_shared<OrbinelWKWebView>(
+            OrbinelWKWebView::Needs{needs_.reports, needs_.lifetime, static_cast<TemplateNavigation&>(*this)});
+        const auto fonts = [this] {
+            const MutexLock lock(mutex_);
+            return fonts_;
+        }();
+        auto outcome = needs_.views.makeWebView({needs_.helper.isIOSVersionGreaterOrEqual(firstInspectable),
+                                                 pageStartScript(needs_.json, fonts, debuggingEnabled_)},
+                                                webView);
+        if (auto* made = std::get_if<std::unique_ptr<platform::WebView>>(&outcome)) {
+            webView->initWithWebView(std::move(*made));
+            return webView;
+        }
+        reason = std::get<std::string>(outcome);
+    }
+    requestFailed(reason);
+    return nullptr;
+}
+
+void InappPresentation::createInAppWithWebView(Template& made) {
+    const auto overlay = needs_.views.overlay();
+    auto container = needs_.views.makeView(platform::Backdrop::clear);
+    removeEarlierViews();
+    if (!canBeFilled(made)) return;
+
+    container->setTag(kINAPPVIEWTAG);
+    container->setAlpha(0);
+    made.container = std::move(container);
+    guarded(needs_.reports, {"OrbinelInapp - webviewLayoutCreate", DescriptionForm::nameOnly}, [&] {
+        createCustomBase(made);
+        overlay->addChild(made.container);
+        layOut(made);
+        made.webView->addTo(*made.container);
+        addCloseButton(made);
+    });
+    if (!hidden_) needs_.views.setOverlayVisible(true, 0);  // the views in it are invisible themselves
+}
+
+void InappPresentation::removeEarlierViews() {
+    if (template_ == nullptr) return;
+    logRemoval(needs_.reports, "inAppViewCreate method");
+    keyboardPusher_.unregisterForInAppPusherKeyboardNotifications();
+    finishRemoval();
+}
+
+/// Where nothing can be put into the container, the reason is told.
+bool InappPresentation::canBeFilled(const Template& made) const {
+    if (!made.namesAPage) {
+        needs_.reports.log(LogType::inapp, LogLevel::error, "Webview can't load.", [] {
+            return Dictionary{{"reason", "no image url & no template url"}};
+        });
+        return false;
+    }
+    if (!made.isCustomScreen) logRemoval(needs_.reports, "inappPosition is not kCUSTOMSREEN");
+    return made.isCustomScreen;
+}
+
+void InappPresentation::createCustomBase(Template& made) {
+    if (made.overlay != nullptr) made.overlay->removeFromParent();
+    made.overlay.reset();
+    if (!made.place.dimsTheRest()) return;
+    made.overlay = needs_.views.makeView(platform::Backdrop::dimmed);
+    made.overlay->setTag(kOVERLAYTAG);
+    made.overlay->setAlpha(0);
+    needs_.views.overlay()->addChild(made.overlay);
+}
+
+void InappPresentation::addCloseButton(Template& made) {
+    constexpr double inset = 8;
+    constexpr double size = 30;
+    const auto button =
+        needs_.views.makeCloseButton("Close", needs_.lifetime.whileAlive([this] { closeWebViewPage(); }));
+    button->setTag(kBUTTONVIEWTAG);
+    button->setConstraints(
+        LayoutBuilder()
+            .pin({LayoutBuilder::Edge::top, LayoutBuilder::Edge::right}, LayoutBuilder::Guide::safeArea, inset)
+            .size(size, size)
+            .constraints());
+    made.container->addChild(button);
+}
+
+void InappPresentation::layOut(Template& made) { made.container->setConstraints(made.place.constraints()); }
+
+// --- Showing ---
+
+void InappPresentation::showInapp() noexcept {
+    auto show = needs_.lifetime.whileAlive([this] {
+        guarded(needs_.reports, {"OrbinelInapp - showInapp", DescriptionForm::nameOnly}, [&] { showBuilt(); });
+    });
+    if (needs_.scheduler.isMain()) return show();
+    needs_.scheduler.postMain(std::move(show));
+}
+
+void InappPresentation::showBuilt() {
+    using Stage = Template::Stage;
+    if (template_ == nullptr || !template_->loaded) return;
+    if (template_->stage == Stage::shown || template_->stage == Stage::leaving) return;
+
+    auto& ready = *template_;
+    needs_.reports.log(LogType::inapp, LogLevel::error, "showInapp has been called.");
+    needs_.presented.clearClicks();
+    makeInappVisibleBlock_.cancel();
+    if (needs_.application.state() == platform::ApplicationState::background) {
+        needs_.reports.log(LogType::inapp, LogLevel::error, "Application state is background.");
+        return giveUp();
+    }
+    if (browser_.isOpen()) {  // whose end shows the message
+        needs_.reports.log(LogType::inapp, LogLevel::error, "InApp already in view.");
+        return;
+    }
+    if (!isOrientationPortrait()) return removeInappWithCompletionHandler({});
+    if (needs_.views.isKeyboardOpen()) {
+        needs_.logging.addInappLog(inappCloseReasonKeyboardDismissType);
+        return removeInappWithCompletionHandler({});
+    }
+    reveal(ready);
+}
+
+void InappPresentation::reveal(Template& ready) {
+    const auto record = ready.record;  // the application may end the message in its callback
+    needs_.presented.setShouldAddInappLog(true);
+    ready.stage = Template::Stage::shown;
+    shown_ = true;
+    onTheScreen_ = true;
+    if (ready.overlay != nullptr) ready.overlay->fadeTo(1, kANIMATIONDURATION, [] {});
+    ready.container->fadeTo(1, kANIMATIONDURATION, [] {});
+    observe(&PresentationObserver::shown, ready);
+    if (!hidden_) needs_.views.setOverlayVisible(true, kANIMATIONDURATION);
+    performInappSeenCallback(record);
+    needs_.reports.log(LogType::inapp, LogLevel::error, "Inapp has been shown.");
+}
+
+void InappPresentation::performInappSeenCallback(const PresentedInapp::Record& record) {
+    const auto callback = [this] {
+        const MutexLock lock(mutex_);
+        return inappSeenCallback_;
+    }();
+    if (!callback.isAlive()) return;
+    guarded(needs_.reports, "-[OrbinelInapp performInappSeenCallback]", [&] {
+        callback.perform(Dictionary{{"type", inappSeenType}, {"data", inappIdentity(record.get())}});
+    });
+}
+
+/// The message stays as it is, but makes way for the next one.
+void InappPresentation::giveUp() {
+    makeInappVisibleBlock_.cancel();
+    template_->stage = Template::Stage::givenUp;
+    onTheScreen_ = false;
+}
+
+// --- Removing ---
+
+void InappPresentation::removeInapp(std::function<void()> completion) noexcept {
+    removeCurrent("-[OrbinelInapp removeInapp:]", std::move(completion));
+}
+
+void InappPresentation::removeInappWithCompletionHandler(Completion completion) noexcept {
+    removeCurrent("-[OrbinelInapp removeInappWithCompletionHandler:]", std::move(completion));
+}
+
+void InappPresentation::removeInappSilently() noexcept {
+    onMain("-[OrbinelInapp removeInappSilently]", [this] {
+        if (template_ == nullptr) return;
+        logRemoval(needs_.reports, "removeInappSilently method");
+        needs_.reports.log(LogType::inapp, LogLevel::info, "Inapp has been removed silently");
+        removeInapp({});
+    });
+}
+
+void InappPresentation::removeInappOnProductPage() noexcept {
+    onMain("-[OrbinelInapp removeInappOnProductPage:]", [this] {
+        if (template_ != nullptr && (*template_->record)["trigger"] == Value(productPage)) removeInapp({});
+    });
+}
+
+void InappPresentation::cancelScheduledInapps() noexcept {
+    ++cancellations_;
+    onMain("-[OrbinelInapp cancelScheduledInapps]", [this] {
+        makeInappVisibleBlock_.cancel();
+        if (template_ != nullptr && template_->stage != Template::Stage::shown) removeInapp({});
+    });
+}
+
+void InappPresentation::removeCurrent(const char* operation, std::function<void()> completion) {
+    onMain(operation, [this, completion = std::move(completion)]() mutable {
+        ++cancellations_;
+        makeInappVisibleBlock_.cancel();
+        if (auto* detector = shakeDetector.get()) detector->destroyShakeDetector();
+        if (template_ == nullptr) {
+            needs_.presented.clear();
+            if (completion) completion();
+            return;
+        }
+        if (completion) removalCompletions_.push_back(std::move(completion));
+        if (template_->stage != Template::Stage::leaving) removeInappFromView();
+    });
+}
+
+void InappPresentation::removeInappFromView() {
+    keyboardPusher_.unregisterForInAppPusherKeyboardNotifications();
+    movement_.cancel();
+    template_->stage = Template::Stage::leaving;
+    shown_ = false;
+    if (template_->overlay != nullptr) template_->overlay->fadeTo(0, kANIMATIONDURATION, [] {});
+    template_->container->fadeTo(0, kANIMATIONDURATION, needs_.lifetime.whileAlive([this, leaving = template_.get()] {
+        if (template_.get() == leaving) finishRemoval();
+    }));
+}
+
+void InappPresentation::finishRemoval() {
+    const auto gone = std::move(template_);
+    const auto completions = std::exchange(removalCompletions_, {});
+    makeInappVisibleBlock_.cancel();
+    movement_.cancel();
+    shown_ = false;
+    onTheScreen_ = false;
+    needs_.presented.clear(gone->record);
+
+    observe(&PresentationObserver::removed, *gone);
+    if (gone->overlay != nullptr) gone->overlay->removeFromParent();
+    gone->container->removeFromParent();
+    gone->webView->removeFromSuperview();
+    gone->webView.reset();
+    for (const auto& completion : completions) {
+        guarded(needs_.reports, "-[OrbinelInapp removeInappFromView:]", [&] { completion(); });
+    }
+}
+
+/// The message's close button.
+void InappPresentation::closeWebViewPage() {
+    InappButton button;
+    button.tag = kCloseButtonDismissControlTag;
+    if (auto* clicks = buttonClicks.get()) clicks->inappButtonClicked(button);
+}
+
+// --- What the page tells ---
+
+NavigationPolicy InappPresentation::decidePolicyForNavigationAction(const platform::NavigationAction& action) {
+    if (action.url.find(ownScheme) != std::string::npos) {
+        if (auto* told = page.get()) told->processCustomScreenClicks(action.url);
+        return NavigationPolicy::cancel;
+    }
+    if (!action.linkActivated) return NavigationPolicy::allow;
+    if (needs_.presented.content()["type"] != Value(kCUSTOMSREEN)) {
+        InappButton banner;
+        banner.tag = kBANNERCLICKED;
+        if (auto* clicks = buttonClicks.get()) clicks->inappButtonClicked(banner);
+    }
+    if (auto* opening = urlOpening.get()) opening->openUrl(action.url, {});
+    return NavigationPolicy::cancel;
+}
+
+NavigationPolicy InappPresentation::decidePolicyForNavigationResponse(const platform::NavigationResponse& response) {
+    if (template_ == nullptr) return NavigationPolicy::cancel;
+    const auto origin = originOf(response.url);
+    if (!response.mainFrame) {
+        if (origin == template_->origin) return NavigationPolicy::allow;
+        // Whatever stands in it could speak to the library in the page's name.
+        needs_.reports.log(LogType::inapp, LogLevel::error, "A frame of another origin is refused.", [&] {
+            return Dictionary{{"url", response.url}};
+        });
+        return NavigationPolicy::cancel;
+    }
+    if (response.status.value_or(0) >= firstFailedStatus) {
+        if (!template_->loaded) {
+            requestFailed("HTTP status " + std::to_string(*response.status));
+            giveUp();
+        }
+        return NavigationPolicy::cancel;
+    }
+    template_->origin = origin;  // where a redirect has led
+    return NavigationPolicy::allow;
+}
+
+void InappPresentation::didFinishNavigation() {
+    if (template_ == nullptr || template_->stage != Template::Stage::loading) return;
+    constexpr std::chrono::seconds second{1};
+    const auto mainDelay = std::max(template_->layout.delay, 0);
+    needs_.reports.log(LogType::inapp, LogLevel::info, "Webview delay received.", [&] {
+        return Dictionary{{"requestedDelay", std::to_string(mainDelay)}};
+    });
+    template_->loaded = true;
+    template_->stage = Template::Stage::delayed;
+    makeInappVisibleBlock_ =
+        needs_.scheduler.postMainAfter(mainDelay * second, needs_.lifetime.whileAlive([this] { showInapp(); }));
+}
+
+void InappPresentation::didFailNavigation(const platform::LoadFailure& failure) {
+    const bool ofLoading = failure.domain == platform::LoadFailure::urlLoading;
+    if (!failure.provisional) {
+        needs_.reports.log(LogType::inapp, LogLevel::info, "Webview warning. didFailNavigation.", [&] {
+            return Dictionary{{"errorDescription", failure.description}};
+        });
+    } else if (ofLoading) {
+        const auto* kind = failure.code == platform::LoadFailure::secureConnectionFailed ? "SSL." : "Other.";
+        needs_.reports.log(LogType::inapp, LogLevel::info,
+                           "Webview warning. " + std::string(kind) + " " + std::to_string(failure.code));
+    }
+    if (template_ == nullptr || template_->stage != Template::Stage::loading) return;
+    if (failure.provisional && !ofLoading) return;  // such as a navigation that was cancelled on purpose
+    requestFailed(failure.description);
+    giveUp();
+}
+
+void InappPresentation::webContentProcessDidTerminate() {
+    needs_.reports.log(LogType::inapp, LogLevel::info, "Webview warning. contentProcessDidTerminate.");
+    if (template_ == nullptr) return;
+    using Stage = Template::Stage;
+    template_->loaded = false;
+    if (template_->stage == Stage::loading || template_->stage == Stage::delayed) giveUp();
+}
+
+void InappPresentation::didReceiveScriptMessage(const Value& body) {
+    if (!needs_.testDevices.isTestDevice()) return;
+    needs_.console.writeLine(onOneLine("[ORBINEL][message]: " + textOf(body)));
+}
+
+void InappPresentation::requestFailed(const std::string& reason) {
+    logStatus(needs_.reports, InappStatus::requestFailed, [&] {
+        auto attributes = inappIdentity(needs_.presented.activeInapp().get());
+        attributes.set("reason", reason);
+        return attributes;
+    });
+}
+
+// --- What the page and the library ask ---
+
+void InappPresentation::evaluateJavaScript(const std::string& script) noexcept {
+    onMain("-[OrbinelInapp evaluateJavaScript:]", [this, script] {
+        if (template_ == nullptr) return;
+        template_->webView->evaluateJavaScript(script);
+        if (auto* watching = observer.get()) watching->scriptEvaluated(script);
+    });
+}
+
+void InappPresentation::adjustTemplate(const Dictionary& templateLayout) noexcept {
+    onMain("-[OrbinelInapp adjustTemplate:]", [this, templateLayout] {
+        if (template_ == nullptr || template_->stage == Template::Stage::leaving) return;
+        auto& current = *template_;
+        current.place = current.place.adjusted(templateLayout);
+        const auto before = current.container;
+        createCustomBase(current);
+        needs_.views.overlay()->addChild(before);  // back on top of what dims
+        if (current.overlay != nullptr && current.stage == Template::Stage::shown) current.overlay->setAlpha(1);
+        layOut(current);
+        observeMoved(0);
+    });
+}
+
+void InappPresentation::openBrowserUrl(const std::string& url) noexcept {
+    onMain("-[OrbinelInapp openBrowserUrl:]", [this, url] {
+        if (!browser_.openBrowserUrl(url)) return;
+        if (auto* watching = observer.get()) watching->browserOpened(url);
+    });
+}
+
+// --- The application's settings ---
+
+void InappPresentation::setTemplateWindowHidden(bool hidden) {
+    hidden_ = hidden;
+    if (hidden && browser_.isOpen()) return;  // the browser's end hides it
+    needs_.views.setOverlayVisible(!hidden, kANIMATIONDURATION);
+}
+
+void InappPresentation::showTemplateWindow() noexcept {
+    onMain("-[OrbinelInapp showTemplateWindow]", [this] { setTemplateWindowHidden(false); });
+}
+
+void InappPresentation::hideTemplateWindow() noexcept {
+    onMain("-[OrbinelInapp hideTemplateWindow]", [this] { setTemplateWindowHidden(true); });
+}
+
+void InappPresentation::enableInAppMessages() noexcept {
+    onMain("+[Orbinel enableInAppMessages]", [this] {
+        setTemplateWindowHidden(false);
+        needs_.logging.logInAppMessageAction("enableInAppMessages");
+    });
+}
+
+void InappPresentation::disableInAppMessages() noexcept {
+    onMain("+[Orbinel disableInAppMessages]", [this] {
+        setTemplateWindowHidden(true);
+        needs_.logging.logInAppMessageAction("disableInAppMessages");
+        if (template_ == nullptr || !onTheScreen_ || template_->stage == Template::Stage::leaving) return;
+        needs_.logging.logBlockedInAppMessage(*template_->record);
+        removeInapp({});
+        needs_.reports.log(LogType::inapp, LogLevel::info, "In-app messages disabled and removed.");
+    });
+}
+
+void InappPresentation::setInappSeenCallback(TargetAction<const Dictionary&> callback) noexcept {
+    const MutexLock lock(mutex_);
+    std::swap(inappSeenCallback_, callback);
+}
+
+void InappPresentation::changeFonts(const std::function<void(CustomFonts&)>& change) noexcept {
+    const MutexLock lock(mutex_);
+    change(fonts_);
+}
+
+void InappPresentation::setCustomRegularFont(std::string name) noexcept {
+    changeFonts([&](CustomFonts& fonts) { fonts.regular.swap(name); });
+}
+void InappPresentation::setCustomBoldFont(std::string name) noexcept {
+    changeFonts([&](CustomFonts& fonts) { fonts.bold.swap(name); });
+}
+void InappPresentation::setCustomItalicFont(std::string name) noexcept {
+    changeFonts([&](CustomFonts& fonts) { fonts.italic.swap(name); });
+}
+
+void InappPresentation::setDebuggingEnabled(bool enabled) noexcept { debuggingEnabled_ = enabled; }
+
+// --- Who watches ---
+
+void InappPresentation::observe(void (PresentationObserver::*event)(const PresentedView&), const Template& current) {
+    auto* watching = observer.get();
+    if (watching == nullptr) return;
+    (watching->*event)({current.url, inappFieldText(*current.record, "inapp_id"), current.container->frame()});
+}
+
+/// The message begins to move and will have arrived so many seconds later.
+void InappPresentation::observeMoved(double seconds) {
+    if (observer.get() == nullptr) return;
+    const auto delay = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
+    movement_ = needs_.scheduler.postMainAfter(delay, needs_.lifetime.whileAlive([this] {
+        if (template_ != nullptr) observe(&PresentationObserver::moved, *template_);
+    }));
+}
+
+}  // namespace orbinel

@@ -1,0 +1,184 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/late.hpp"
+#include "base/lifetime.hpp"
+#include "base/mutex.hpp"
+#include "base/reports.hpp"
+#include "inapp/collaborators.hpp"
+#include "inapp/inapp_layout.hpp"
+#include "inapp/internal_browser.hpp"
+#include "inapp/keyboard_pusher.hpp"
+#include "inapp/page_start_script.hpp"
+#include "inapp/presentation_observer.hpp"
+#include "inapp/presented_inapp.hpp"
+#include "inapp/template_url.hpp"
+#include "inapp/template_web_view.hpp"
+#include "orbinel/platform/application.hpp"
+#include "orbinel/platform/console.hpp"
+#include "orbinel/platform/json.hpp"
+#include "orbinel/platform/notification_centre.hpp"
+#include "orbinel/platform/scheduler.hpp"
+#include "orbinel/platform/views.hpp"
+#include "orbinel/target_action.hpp"
+#include "session/helper.hpp"
+#include "tools/test_devices.hpp"
+#include "user/displayed_inapp.hpp"
+#include "user/identity.hpp"
+
+namespace orbinel {
+
+/// Puts the one message on the screen and takes it away again.
+///
+/// A message is built (invisible, its page loading), then waits for its delay, then is shown, then removed. One whose
+/// page failed, or whose moment came in the background, stays as it is but counts no longer as being on the screen:
+/// the next one that is built takes its place.
+///
+/// Threads: as each operation says; "any" means that the work is done on the main queue, at once where the caller is
+/// the main thread. View work is the main thread's alone.
+class InappPresentation final : public InappPresenter,
+                                public InappScreen,
+                                public DisplayedInapp,
+                                private TemplateNavigation {
+public:
+    struct Needs {
+        Reports& reports;
+        OrbinelHelper& helper;
+        OrbinelIdentity& identity;
+        const TestDevices& testDevices;
+        PresentedInapp& presented;
+        InappLogging& logging;
+        const Lifetime& lifetime;
+        platform::Scheduler& scheduler;
+        platform::Json& json;
+        platform::Console& console;
+        platform::NotificationCentre& notificationCentre;
+        platform::Application& application;
+        platform::Views& views;
+    };
+
+    explicit InappPresentation(const Needs& needs);
+    ~InappPresentation() override;
+
+    Late<TemplatePage> page;
+    Late<InappButtonClicks> buttonClicks;
+    Late<UrlOpening> urlOpening;
+    Late<InappShakeDetector> shakeDetector;
+    Late<PresentationObserver> observer;
+
+    // --- Showing. Any thread. ---
+
+    [[nodiscard]] bool isInAppOnTheScreen() const noexcept override { return onTheScreen_; }
+    [[nodiscard]] bool isOrientationPortrait() const noexcept override { return needs_.application.isPortrait(); }
+    void createInappAfterAppropriateDelaysWithType(const InappLayout& layout) noexcept override;
+    void showInapp() noexcept override;
+
+    // --- Removing. ---
+
+    void removeInapp(std::function<void()> completion) noexcept override;
+    void removeInappSilently() noexcept override;
+    /// Any thread.
+    void removeInappWithCompletionHandler(Completion completion) noexcept override;
+    /// Removes a message that the view of a product brought up. Any thread.
+    void removeInappOnProductPage() noexcept;
+    /// Nothing that has been handed over is shown any more. Any thread.
+    void cancelScheduledInapps() noexcept;
+
+    // --- What the page and the library ask. Main thread. ---
+
+    void evaluateJavaScript(const std::string& script) noexcept override;
+    void adjustTemplate(const Dictionary& templateLayout) noexcept override;
+    void openBrowserUrl(const std::string& url) noexcept override;
+    void textFieldBeginEditing() noexcept override { textFieldIsEditing_ = true; }
+    void textFieldEndEditing() noexcept override { textFieldIsEditing_ = false; }
+    [[nodiscard]] bool textFieldIsEditing() const noexcept { return textFieldIsEditing_; }
+    [[nodiscard]] bool isInappShowing() const noexcept { return shown_; }
+
+    // --- The application's settings. Any thread. ---
+
+    void showTemplateWindow() noexcept;
+    void hideTemplateWindow() noexcept;
+    void reenableTemplates() noexcept { showTemplateWindow(); }
+    void disableTemplates() noexcept { hideTemplateWindow(); }
+    void enableInAppMessages() noexcept;
+    void disableInAppMessages() noexcept;
+
+    void setInappSeenCallback(TargetAction<const Dictionary&> callback) noexcept;
+    void setCustomRegularFont(std::string name) noexcept;
+    void setCustomBoldFont(std::string name) noexcept;
+    void setCustomItalicFont(std::string name) noexcept;
+    /// Pages that are built from now on tell the console what they write to theirs.
+    void setDebuggingEnabled(bool enabled) noexcept;
+
+private:
+    struct Template;
+
+    // Building.
+    void build(const InappLayout& layout);
+    [[nodiscard]] std::shared_ptr<OrbinelWKWebView> makeWebView();
+    void createInAppWithWebView(Template& made);
+    void removeEarlierViews();
+    void createCustomBase(Template& made);
+    void addCloseButton(Template& made);
+    void layOut(Template& made);
+    [[nodiscard]] bool canBeFilled(const Template& made) const;
+
+    // Showing.
+    void showBuilt();
+    void reveal(Template& ready);
+    void performInappSeenCallback(const PresentedInapp::Record& record);
+    void giveUp();
+
+    // Removing.
+    void removeCurrent(const char* operation, std::function<void()> completion);
+    void removeInappFromView();
+    void finishRemoval();
+    void closeWebViewPage();
+
+    // The page's telling.
+    platform::NavigationPolicy decidePolicyForNavigationAction(const platform::NavigationAction& action) override;
+    platform::NavigationPolicy decidePolicyForNavigationResponse(const platform::NavigationResponse& response) override;
+    void didFinishNavigation() override;
+    void didFailNavigation(const platform::LoadFailure& failure) override;
+    void webContentProcessDidTerminate() override;
+    void didReceiveScriptMessage(const Value& body) override;
+    void requestFailed(const std::string& reason);
+
+    void onMain(const char* operation, std::function<void()> work) noexcept;
+    void setTemplateWindowHidden(bool hidden);
+    void observe(void (PresentationObserver::*event)(const PresentedView&), const Template& current);
+    void observeMoved(double seconds);
+    void changeFonts(const std::function<void(CustomFonts&)>& change) noexcept;
+
+    const Needs needs_;
+    TemplateUrl templateUrl_;
+    KeyboardPusher keyboardPusher_;
+    InternalBrowser browser_;
+
+    // Mirrored for other threads.
+    std::atomic<bool> onTheScreen_{false};
+    std::atomic<bool> hidden_{false};
+    std::atomic<bool> debuggingEnabled_{false};
+    std::atomic<std::uint64_t> cancellations_{0};  // a build that was handed over before the last one is left
+
+    mutable Mutex mutex_;
+    CustomFonts fonts_ ORBINEL_GUARDED_BY(mutex_);
+    TargetAction<const Dictionary&> inappSeenCallback_ ORBINEL_GUARDED_BY(mutex_);
+
+    // The main thread's.
+    std::unique_ptr<Template> template_;
+    platform::Ticket makeInappVisibleBlock_;
+    platform::Ticket movement_;
+    bool shown_ = false;
+    bool textFieldIsEditing_ = false;
+    std::vector<std::function<void()>> removalCompletions_;
+};
+
+}  // namespace orbinel

@@ -1,0 +1,339 @@
+#include "inapp/presentation.hpp"
+
+#include "inapp/view_tags.hpp"
+#include "support/library_test.hpp"
+
+namespace orbinel::testing {
+namespace {
+
+using platform::NavigationPolicy;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+/// Everything that a message's presentation asks of others, in one list.
+class Neighbours final : public InappLogging,
+                         public TemplatePage,
+                         public InappButtonClicks,
+                         public UrlOpening,
+                         public InappShakeDetector {
+public:
+    void addInappLog(std::int32_t type) override { asked.push_back("log " + std::to_string(type)); }
+    void addClickLog(const Dictionary&) override {}
+    void logBlockedInAppMessage(const Dictionary& inapp) override {
+        asked.push_back("blocked " + inappFieldText(inapp, "inapp_id"));
+    }
+    void logInAppMessageAction(std::string_view action) override { asked.emplace_back(action); }
+    void processCustomScreenClicks(std::string_view url) override { asked.emplace_back(url); }
+    void inappButtonClicked(const InappButton& button) override {
+        asked.push_back("button " + std::to_string(button.tag));
+    }
+    void openUrl(const std::string& url, std::function<void()>) override { asked.push_back("open " + url); }
+    void destroyShakeDetector() override { ++detectorsDestroyed; }
+
+    std::vector<std::string> asked;
+    int detectorsDestroyed = 0;
+};
+
+class Presenting : public LibraryTest {
+protected:
+    Presenting() {
+        presentation.page.bind(neighbours);
+        presentation.buttonClicks.bind(neighbours);
+        presentation.urlOpening.bind(neighbours);
+        presentation.shakeDetector.bind(neighbours);
+    }
+
+    static Dictionary campaign(int id, Dictionary layout, Value delay = 0) {
+        return {{"inapp_id", id},
+                {"variant_id", 7},
+                {"delay", std::move(delay)},
+                {"content", Dictionary{{"type", kCUSTOMSREEN},
+                                       {"template_url", "https://pages.test/t"},
+                                       {"template_layout", std::move(layout)}}}};
+    }
+    void build(Dictionary record, InappLayout layout = {}) {
+        layout.delay = static_cast<std::int32_t>(record["delay"].integer().value_or(0));
+        presented.present(std::make_shared<const Dictionary>(std::move(record)));
+        presentation.createInappAfterAppropriateDelaysWithType(layout);
+        host.settle();
+    }
+    void buildAndShow(Dictionary layout) {
+        build(campaign(1, std::move(layout)));
+        page()->finish();
+        host.advance(1);
+    }
+    std::shared_ptr<headless::HeadlessPage> page() { return host.views->page(); }
+    double alpha(std::int32_t tag = kINAPPVIEWTAG) {
+        const auto view = host.views->view(tag);
+        return view ? view->alpha : -1;
+    }
+    platform::Rectangle frame() {
+        return host.views->view(kINAPPVIEWTAG).value_or(headless::HeadlessViewFacts{}).frame;
+    }
+
+    PresentedInapp presented;
+    Neighbours neighbours;
+    InappPresentation presentation{{world().reports, world().helper, world().identity, world().testDevices, presented,
+                                    neighbours, world().lifetime(), *host.scheduler, *host.json, *host.console,
+                                    *host.notificationCentre, *host.application, *host.views}};
+};
+
+TEST_F(Presenting, APageLoadsAtOnceAndIsSeenWhenItsDelayIsOver) {
+    struct Target {
+        std::vector<Dictionary> seen;
+        void onSeen(const Dictionary& info) { seen.push_back(info); }
+    };
+    const auto target = std::make_shared<Target>();
+    presentation.setInappSeenCallback({std::weak_ptr(target), &Target::onSeen});
+    build(campaign(1, {}, 5));
+    EXPECT_THAT(page()->url(), StartsWith("https://pages.test/t/" + *world().helper.getUdid()));
+    EXPECT_TRUE(presentation.isInAppOnTheScreen());
+    presentation.showInapp();  // nothing is there to be seen yet
+    EXPECT_EQ(sinks.count("showInapp has been called."), 0u);
+    EXPECT_EQ(page()->respond(200), NavigationPolicy::allow);
+    page()->progress(0.424);
+    page()->progress(0.428);
+    page()->finish();
+    host.advance(4.9);
+    EXPECT_EQ(alpha(), 0);
+    EXPECT_FALSE(presented.shouldAddInappLog());
+
+    build(campaign(2, {}));  // is dropped, and the first one keeps its place
+    EXPECT_EQ(sinks.count("Waiting other orbinel webview"), 1u);
+    host.advance(0.2);
+    EXPECT_GT(alpha(), 0);
+    EXPECT_LT(alpha(), 1);
+    host.advance(1);
+    EXPECT_EQ(alpha(), 1);
+    EXPECT_TRUE(presented.shouldAddInappLog());
+    const Dictionary identity{{"inapp_id", "1"}, {"variant_id", "7"}};
+    EXPECT_THAT(target->seen, ElementsAre(Dictionary{{"type", 5}, {"data", identity}}));
+    EXPECT_THAT(sinks.messages({"Orbinel", "Template", "App template", "Webview", "showInapp", "Inapp"}),
+                ElementsAre("OrbinelWKWebbiew initialized", "Template URL is about to load.",
+                            "OrbinelWKWebbiew added to superview", "App template load request",
+                            "OrbinelWKWebbiew estimated_progress", "Webview delay received.",
+                            "showInapp has been called.", "Inapp has been shown.", "Webview has been drawn"));
+
+    ASSERT_TRUE(host.views->tap(kBUTTONVIEWTAG));
+    EXPECT_THAT(neighbours.asked, ElementsAre("button 13"));
+    int completed = 0;
+    presentation.removeInapp([&] { ++completed; });
+    presentation.removeInapp([&] { ++completed; });
+    EXPECT_EQ(completed, 0);
+    host.advance(1);
+    EXPECT_EQ(completed, 2);
+    presentation.removeInapp([&] { ++completed; });
+    EXPECT_EQ(completed, 3);
+    EXPECT_EQ(host.views->tree().size(), 1u);
+    EXPECT_FALSE(page()->isAlive());
+    EXPECT_FALSE(presentation.isInAppOnTheScreen());
+    EXPECT_EQ(presented.activeInapp(), nullptr);
+    EXPECT_EQ(neighbours.detectorsDestroyed, 3);
+}
+
+TEST_F(Presenting, WhatTheMomentForbidsIsNotShown) {
+    const auto due = [&](const std::function<void()>& before) {
+        build(campaign(1, {}));
+        page()->finish();
+        before();
+        host.advance(1);
+    };
+    due([&] { host.application->setPortrait(false); });
+    EXPECT_EQ(alpha(), -1);
+    EXPECT_THAT(neighbours.asked, IsEmpty());
+    host.application->setPortrait(true);
+
+    due([&] { host.views->setKeyboardOpen(true); });
+    EXPECT_EQ(alpha(), -1);
+    EXPECT_THAT(neighbours.asked, ElementsAre("log 7"));
+    host.views->setKeyboardOpen(false);
+
+    due([&] { presentation.openBrowserUrl("https://shop.test/"); });
+    EXPECT_EQ(alpha(), 0);
+    EXPECT_EQ(sinks.count("InApp already in view."), 1u);
+    ASSERT_TRUE(host.views->tap(kPUSHBROWSERCLOSEBUTTONVIEWTAG));
+    host.advance(1);
+    EXPECT_EQ(alpha(), 1);
+    EXPECT_EQ(alpha(kPUSHBROWSERVIEWTAG), -1);
+    presentation.removeInappSilently();
+    host.advance(1);
+
+    due([&] { host.application->setState(platform::ApplicationState::background); });
+    EXPECT_EQ(alpha(), 0);
+    EXPECT_EQ(sinks.count("Application state is background."), 1u);
+    EXPECT_FALSE(presentation.isInAppOnTheScreen());  // it makes way for the next one
+    EXPECT_EQ(sinks.count("Inapp has been shown."), 1u);
+}
+
+TEST_F(Presenting, AFailedPageStaysInvisibleAndMakesWayForTheNextMessage) {
+    const auto failure = [](std::int32_t code, bool provisional) {
+        return platform::LoadFailure{std::string(platform::LoadFailure::urlLoading), code, "broken", provisional};
+    };
+    const std::vector<std::function<void()>> failures{
+        [&] { page()->fail(failure(-1200, true)); },
+        [&] { page()->fail(failure(-1005, false)); },
+        [&] { EXPECT_EQ(page()->respond(404), NavigationPolicy::cancel); },
+        [&] { page()->terminate(); },
+    };
+    for (const auto& fail : failures) {
+        build(campaign(1, {}));
+        EXPECT_TRUE(presentation.isInAppOnTheScreen());
+        fail();
+        page()->finish();  // whatever the engine says afterwards
+        host.advance(1);
+        EXPECT_EQ(alpha(), 0);
+        EXPECT_FALSE(presentation.isInAppOnTheScreen());
+    }
+    EXPECT_THAT(sinks.messages({"Webview warning", "Template request"}),
+                ElementsAre("Webview warning. SSL. -1200", "Template request failed",
+                            "Webview warning. didFailNavigation.", "Template request failed", "Template request failed",
+                            "Webview warning. contentProcessDidTerminate."));
+    EXPECT_EQ(sinks.count("RemoveFromSuperview is called."), 3u);
+    buildAndShow({});
+    EXPECT_EQ(alpha(), 1);
+
+    presentation.removeInapp({});
+    host.advance(1);
+    host.views->setWebViewRefusal("no engine");
+    build(campaign(1, {}));
+    EXPECT_EQ(sinks.records().back().message, "Template request failed");
+    EXPECT_EQ((*sinks.records().back().customAttributes)["reason"], Value("no engine"));
+    EXPECT_EQ(presented.activeInapp(), nullptr);
+}
+
+TEST_F(Presenting, AddressesThatCannotBeUsedAreToldApart) {
+    const auto outcome = [&](const char* url, std::int32_t type = kCUSTOMSREEN) {
+        sinks.clear();
+        build({{"inapp_id", 1}, {"content", Dictionary{{"type", type}, {"template_url", url}}}});
+        EXPECT_EQ(host.views->tree().size(), 1u) << url;
+        return sinks.messages({"Waiting", "Template URL is invalid", "Webview can't", "RemoveFrom", "App template"});
+    };
+    EXPECT_THAT(outcome("https://a b/"), ElementsAre("Waiting other orbinel webview"));
+    EXPECT_THAT(outcome("file:///etc"), ElementsAre("Template URL is invalid"));
+    EXPECT_THAT(outcome("http:///no-host"), ElementsAre("Template URL is invalid"));
+    EXPECT_THAT(outcome(""), ElementsAre("Webview can't load."));
+    EXPECT_THAT(outcome("https://pages.test", 2), ElementsAre("RemoveFromSuperview is called."));
+}
+
+TEST_F(Presenting, PositionAndHeightPlaceTheMessageInsideTheSafeArea) {
+    // 390 x 844 points, of which 47 above and 34 below are covered.
+    const auto placed = [&](Dictionary layout) {
+        buildAndShow(std::move(layout));
+        const auto place = frame();
+        const bool dims = alpha(kOVERLAYTAG) == 1;
+        presentation.removeInapp({});
+        host.advance(1);
+        return std::pair(place, dims);
+    };
+    using platform::Rectangle;
+    EXPECT_EQ(placed({}), std::pair(Rectangle(0, 47, 390, 763), false));
+    EXPECT_EQ(placed({{"height", -2}, {"ignoreSafeZone", true}}), std::pair(Rectangle(0, 0, 390, 844), false));
+    EXPECT_EQ(placed({{"height", 0.5}, {"position", 2}}), std::pair(Rectangle(0, 47, 390, 422), false));
+    EXPECT_EQ(placed({{"height", 0.5}, {"position", 5}}), std::pair(Rectangle(0, 217.5, 390, 422), true));
+    EXPECT_EQ(placed({{"height", 0.5}, {"position", 5}, {"ignoreSafeZone", 1}}),
+              std::pair(Rectangle(0, 211, 390, 422), true));
+    EXPECT_EQ(placed({{"height", 0.5}, {"position", 42}}), std::pair(Rectangle(0, 388, 390, 422), false));
+
+    buildAndShow({{"height", 0.5}, {"position", 8}});
+    presentation.adjustTemplate({{"position", 5}, {"height", 0.25}});
+    EXPECT_EQ(frame(), Rectangle(0, 323, 390, 211));
+    EXPECT_EQ(alpha(kOVERLAYTAG), 1);
+    EXPECT_TRUE(host.views->tap(kBUTTONVIEWTAG));
+}
+
+TEST_F(Presenting, ADockedFormMovesWithTheKeyboardUntilItIsRemoved) {
+    const auto keyboard = [&](std::string_view name, Dictionary info = {}) {
+        host.notificationCentre->post(name, info);
+        host.advance(1);
+        return frame().y;
+    };
+    const auto willShow = platform::notification_names::keyboardWillShow;
+    for (const bool docked : {true, false}) {
+        InappLayout layout;
+        layout.type = kCUSTOMSREEN;
+        layout.layoutStyle = docked ? 4 : 3;
+        layout.position = 7;
+        layout.notFullHeight = true;
+        build(campaign(1, {{"height", 0.5}, {"position", 7}}), layout);
+        EXPECT_EQ(keyboard(willShow, {{"height", 300}}), docked ? 88 : 388);
+        EXPECT_EQ(keyboard(platform::notification_names::keyboardWillHide), 388);
+        presentation.removeInapp({});
+        EXPECT_EQ(keyboard(willShow, {{"height", 300}}), 0);
+    }
+}
+
+TEST_F(Presenting, OnlyThePageItselfSpeaksAndLinksOpenOutside) {
+    buildAndShow({});
+    EXPECT_EQ(page()->navigate("orbinelurl://%7B%7D", true), NavigationPolicy::cancel);
+    EXPECT_EQ(page()->navigate("https://pages.test/next"), NavigationPolicy::allow);
+    EXPECT_EQ(page()->navigate("https://shop.test/", true), NavigationPolicy::cancel);
+    EXPECT_THAT(neighbours.asked, ElementsAre("orbinelurl://%7B%7D", "open https://shop.test/"));
+    neighbours.asked.clear();
+
+    EXPECT_EQ(page()->respond({"https://PAGES.test/frame", 200, false}), NavigationPolicy::allow);
+    for (const auto* other : {"https://pages.test.evil/", "http://pages.test/", "data:text/html,x"}) {
+        EXPECT_EQ(page()->respond({other, 200, false}), NavigationPolicy::cancel) << other;
+    }
+    EXPECT_EQ(sinks.count("A frame of another origin is refused."), 3u);
+
+    presented.present(std::make_shared<const Dictionary>(Dictionary{{"content", Dictionary{{"type", 2}}}}));
+    (void)page()->navigate("https://shop.test/", true);
+    EXPECT_THAT(neighbours.asked, ElementsAre("button 6", "open https://shop.test/"));
+}
+
+TEST_F(Presenting, HiddenTemplatesAndProductPagesRemoveWhatTheyAreMeantTo) {
+    auto ofProduct = campaign(1, {});
+    ofProduct.set("trigger", "product_detail_page_view");
+    buildAndShow({});
+    presentation.removeInappOnProductPage();
+    host.advance(1);
+    EXPECT_EQ(alpha(), 1);
+    presentation.disableInAppMessages();
+    host.advance(1);
+    EXPECT_THAT(neighbours.asked, ElementsAre("disableInAppMessages", "blocked 1"));
+    EXPECT_EQ(sinks.count("In-app messages disabled and removed."), 1u);
+    EXPECT_EQ(alpha(), -1);
+    EXPECT_FALSE(host.views->tree().front().visible);
+
+    presentation.openBrowserUrl("https://shop.test/");
+    EXPECT_TRUE(host.views->tree().front().visible);
+    ASSERT_TRUE(host.views->tap(kPUSHBROWSERCLOSEBUTTONVIEWTAG));
+    host.settle();
+    EXPECT_FALSE(host.views->tree().front().visible);
+    presentation.enableInAppMessages();
+    EXPECT_TRUE(host.views->tree().front().visible);
+
+    build(ofProduct);
+    presentation.removeInappOnProductPage();
+    host.advance(1);
+    EXPECT_EQ(alpha(), -1);
+    build(campaign(1, {}, 5));
+    page()->finish();
+    presented.present(std::make_shared<const Dictionary>(campaign(2, {})));
+    presentation.createInappAfterAppropriateDelaysWithType({});
+    presentation.cancelScheduledInapps();  // both what waits for its delay and what is not built yet
+    host.advance(10);
+    EXPECT_EQ(host.views->tree().size(), 1u);
+    EXPECT_EQ(sinks.count("Inapp has been shown."), 1u);
+}
+
+TEST_F(Presenting, PagesGetTheFontsAndTellTheConsoleOnlyOnTestDevices) {
+    presentation.setCustomRegularFont(R"(Acme "Sans")");
+    presentation.setDebuggingEnabled(true);
+    buildAndShow({});
+    EXPECT_TRUE(page()->settings().inspectable);
+    EXPECT_THAT(page()->settings().startScript, HasSubstr(R"({"--orbinel-regular-font":"\"Acme \\\"Sans\\\"\""})"));
+    EXPECT_THAT(page()->settings().startScript, HasSubstr("console.log"));
+    page()->message("secret");
+    world().testDevices.markDeviceAsDebug();
+    page()->message("seen\nhere");
+    const auto lines = host.console->lines();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "[ORBINEL][message]: secret"), 0);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_THAT(lines.back(), StartsWith("[ORBINEL][message]: seen"));
+}
+
+}  // namespace
+}  // namespace orbinel::testing
