@@ -57,7 +57,8 @@ httplib::Headers usualHeaders() { return {{"ts", timestamp}, {"X-Requested-With"
 class Backend : public testing::Test {
 protected:
     Backend() {
-        tool_.emplace(std::vector<std::string>{"backend", "--port", "0", "--answers", answers_.string()});
+        tool_.emplace(std::vector<std::string>{"backend", "--port", "0", "--answers", answers_.string(), "--templates",
+                                               answers_.string()});
         const auto line = tool_->firstLine();
         EXPECT_THAT(line, MatchesRegex("listening on http://127\\.0\\.0\\.1:[0-9]+"));
         origin_ = line.substr(line.rfind(' ') + 1);
@@ -473,6 +474,42 @@ TEST_F(Backend, KeepsTheLastTenThousand) {
     EXPECT_NE(run(), before);
     post(stop, envelope("{}"));
     EXPECT_EQ(received()[0]["id"].GetInt(), 10'004);
+}
+
+// A page may run its own inline scripts and navigate to the library's scheme; anything else that it could do, or any
+// other file that it could be, would be an attack that our own tool made possible.
+TEST_F(Backend, ServesThePagesOfMessagesAndNothingElse) {
+    writeAnswer("banner-2.html", "<p>first");
+    const auto pathOf = [](const std::string& name) { return "/templates/" + name + "/UD1/anna-1/en"; };
+    const auto page = get(pathOf("banner-2"), {});
+    EXPECT_EQ(page->body, "<p>first");
+    EXPECT_EQ(page->get_header_value("Content-Type"), "text/html; charset=utf-8");
+    EXPECT_THAT(page->get_header_value("Content-Security-Policy"),
+                AllOf(HasSubstr("default-src 'none'"), HasSubstr("script-src 'unsafe-inline';"),
+                      HasSubstr("style-src 'unsafe-inline';"), HasSubstr("frame-src orbinelurl:;")));
+    EXPECT_EQ(lastSummary(), "page banner-2, device UD1, user anna-1, language en");
+    EXPECT_FALSE(received()[0].HasMember("problem"));
+    writeAnswer("banner-2.html", "<p>edited");
+    EXPECT_EQ(get(pathOf("banner-2"))->body, "<p>edited");
+
+    const auto outside = answers_.string() + "-outside.html";
+    std::ofstream(outside) << "secret";
+    std::filesystem::create_directory(answers_ / "folder.html");
+    writeAnswer("BIG.html", "reachable by no name");
+    const auto up = "../" + answers_.filename().string() + "-outside";
+    for (const auto& path :
+         {pathOf("unknown"), pathOf("folder"), pathOf("BIG"), pathOf(up), pathOf("..%2F" + up.substr(3)),
+          pathOf("banner-2.html"), pathOf("banner-2%00"), pathOf(""), pathOf(std::string(5000, 'a')),
+          std::string("/templates/banner-2"), std::string("/templates/banner-2/UD1//en"), pathOf("banner-2") + "/x"}) {
+        const auto response = get(path);
+        ASSERT_TRUE(response) << path;
+        EXPECT_EQ(response->status, 404) << path;
+        EXPECT_THAT(response->body, Not(HasSubstr("secret"))) << path;
+    }
+    EXPECT_EQ(post(pathOf("banner-2"), "{}")->status, 404);
+    const auto requests = received();
+    EXPECT_STREQ(requests[requests.Size() - 1]["problem"].GetString(), "a page is reached by GET, not by POST");
+    std::filesystem::remove(outside);
 }
 
 TEST_F(Backend, SharesItsPortWithNobody) {

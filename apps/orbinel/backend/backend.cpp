@@ -26,11 +26,17 @@ std::optional<int> parsePort(std::string_view text) {
     return port;
 }
 
-std::filesystem::path defaultAnswers() {
-    const std::filesystem::path here = "examples/backend";
+/// Of the directory that this one is run in, where it has these examples; else of the source tree.
+std::filesystem::path examples(const char* directory) {
+    const auto here = std::filesystem::path("examples") / directory;
     std::error_code ignored;
     if (std::filesystem::is_directory(here, ignored)) return here;
     return std::filesystem::path(ORBINEL_SOURCE_DIR) / here;
+}
+
+bool isMissing(const std::optional<std::string>& directory) {
+    std::error_code ignored;
+    return directory && !std::filesystem::is_directory(*directory, ignored);
 }
 
 /// Serves on a thread of its own while this one waits for a signal.
@@ -63,6 +69,7 @@ int serveUntilSignal(BackendServer& server) {
 int runBackend(std::span<const std::string> arguments) {
     std::optional<std::string> portText;
     std::optional<std::string> answers;
+    std::optional<std::string> templates;
     ServerOptions options;
     OptionParser parser("backend", "",
                         "Stands in for the API on this machine: answers every request, decodes it, prints a line about "
@@ -70,6 +77,9 @@ int runBackend(std::span<const std::string> arguments) {
     parser.addText("port", "N", "the port to listen on, 0 for any free one (default: 8787)", portText);
     parser.addText("answers", "DIR", "the answers, JSON files read at every request (default: examples/backend)",
                    answers);
+    parser.addText("templates", "DIR",
+                   "the pages of in-app messages, HTML files read at every request (default: examples/templates)",
+                   templates);
     parser.addFlag("quiet", "print no line for each request", options.quiet);
     parser.addFlag("payloads", "print the decoded payload under each line", options.payloads);
     const auto operands = parser.parse(arguments);
@@ -77,11 +87,11 @@ int runBackend(std::span<const std::string> arguments) {
     if (!operands->empty()) return parser.misuse("\"" + operands->front() + "\" is one argument too many");
     const auto port = portText ? parsePort(*portText) : defaultPort;
     if (!port) return parser.misuse("\"" + *portText + "\" is not a port from 0 to 65535");
-    options.answers = answers ? std::filesystem::path(*answers) : defaultAnswers();
-    std::error_code ignored;
-    if (answers && !std::filesystem::is_directory(options.answers, ignored)) {
-        return parser.misuse(*answers + " is not a directory");
+    for (const auto& directory : {answers, templates}) {
+        if (isMissing(directory)) return parser.misuse(*directory + " is not a directory");
     }
+    options.answers = answers ? std::filesystem::path(*answers) : examples("backend");
+    options.templates = templates ? std::filesystem::path(*templates) : examples("templates");
 
     BackendServer server(std::move(options));
     if (!server.bind(*port)) {

@@ -73,7 +73,8 @@ void answerJson(httplib::Response& response, int status, const std::string& body
 
 }  // namespace
 
-BackendServer::BackendServer(ServerOptions options) : options_(std::move(options)), service_(options_.answers) {
+BackendServer::BackendServer(ServerOptions options)
+    : options_(std::move(options)), service_(options_.answers), templates_(options_.templates) {
     server_.new_task_queue = [] { return new httplib::ThreadPool(threads); };
     server_.set_payload_max_length(maxBody);
     server_.set_keep_alive_timeout(idleSeconds);
@@ -190,7 +191,7 @@ void BackendServer::serveRemembered(const std::string& method, Inspectable& reme
 }
 
 void BackendServer::serveApi(Incoming incoming, httplib::Response& response) {
-    auto reading = readRequest(incoming);
+    auto reading = isTemplatePath(incoming.path) ? readTemplateRequest(incoming) : readRequest(incoming);
     const auto wanted = overrides_.take(incoming.path);
     auto reply = wanted ? overriddenReply(*wanted, incoming, reading) : usualReply(incoming, reading);
     // A path of the person's own is none of the API's, but not a mistake either.
@@ -210,6 +211,7 @@ void BackendServer::serveApi(Incoming incoming, httplib::Response& response) {
 Reply BackendServer::usualReply(const Incoming& incoming, const Reading& reading) {
     if (!reading.served) return refusal(404, reading.problem);
     if (reading.unreadableEnvelope) return refusal(400, reading.problem);
+    if (const auto page = templateAddressOf(incoming.path)) return templates_.reply(*page);
     return service_.reply(*findEndpoint(incoming.path), incoming, reading, origin_);
 }
 

@@ -11,14 +11,16 @@
 #include "apps/orbinel/backend/reply.hpp"
 #include "apps/orbinel/backend/request_log.hpp"
 #include "apps/orbinel/backend/service.hpp"
+#include "apps/orbinel/backend/templates.hpp"
 #include "base/mutex.hpp"
 
 namespace orbinel::tool {
 
 struct ServerOptions {
     std::filesystem::path answers;
-    bool quiet = false;     // no line a request
-    bool payloads = false;  // under each line, the payload
+    std::filesystem::path templates;  // the pages of in-app messages
+    bool quiet = false;               // no line a request
+    bool payloads = false;            // under each line, the payload
 };
 
 /// The stand-in for the API: an HTTP server on the loopback address.
@@ -57,6 +59,7 @@ private:
     std::string origin_;
     RequestLog log_;
     Service service_;
+    const Templates templates_;
     Overrides overrides_;
     httplib::Server server_;
     std::atomic<bool> ended_ = false;
