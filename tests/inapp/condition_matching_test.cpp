@@ -21,6 +21,7 @@ TEST(ConditionMatching, EveryOperatorTakesItsTypes) {
         bool expected;
     };
     const Array list{Value("red")};
+    // clang-format off: as many a line as fit
     const std::vector<Case> cases{
         {"eq", "Red", "Red", true},
         {"eq", "Red", "red", false},
@@ -64,6 +65,7 @@ TEST(ConditionMatching, EveryOperatorTakesItsTypes) {
         {"between", 5, 7, true},
         {"", list, 7, true},
     };
+    // clang-format on
     for (const auto& one : cases) EXPECT_EQ(meets(one.actual, one.op, one.value), one.expected) << &one - cases.data();
 }
 
