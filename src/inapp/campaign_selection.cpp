@@ -73,7 +73,7 @@ bool CampaignSelection::checkInapp(std::string_view eventName, const Dictionary&
             logStatus(reports_, InappStatus::notFound, event);
             return false;
         }
-        if (templatesAreSetToBeHidden_) return block(*inapp);
+        if (presented_.templatesAreSetToBeHidden()) return block(*inapp);
         prepareInappToShow(inapp);
         logStatus(reports_, InappStatus::selected, event);
         return true;

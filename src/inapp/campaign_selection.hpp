@@ -70,10 +70,6 @@ public:
     void setTestInAppExistence(bool exists) noexcept { testInAppExists_ = exists; }
     [[nodiscard]] bool doesTestInAppExist() noexcept override { return testInAppExists_; }
 
-    // While they are to be hidden, every message that is chosen is recorded as blocked.
-    void setTemplatesAreSetToBeHidden(bool hidden) noexcept { templatesAreSetToBeHidden_ = hidden; }
-    [[nodiscard]] bool templatesAreSetToBeHidden() const noexcept { return templatesAreSetToBeHidden_; }
-
 private:
     [[nodiscard]] bool isShowingPossible(std::string_view eventName);
     bool block(const Dictionary& inapp);
@@ -89,7 +85,6 @@ private:
     CampaignChoice choice_;
 
     std::atomic<bool> testInAppExists_{false};
-    std::atomic<bool> templatesAreSetToBeHidden_{false};
 };
 
 }  // namespace orbinel

@@ -70,7 +70,7 @@ InappPresentation::InappPresentation(const Needs& needs)
       keyboardPusher_({needs.lifetime, needs.notificationCentre}),
       browser_({needs.reports, needs.lifetime, needs.scheduler, needs.views, urlOpening}) {
     browser_.closed = [this] {
-        if (hidden_) needs_.views.setOverlayVisible(false, 0);
+        if (needs_.presented.templatesAreSetToBeHidden()) needs_.views.setOverlayVisible(false, 0);
         if (template_ != nullptr && template_->stage == Template::Stage::delayed) showInapp();
     };
 }
@@ -180,7 +180,8 @@ void InappPresentation::createInAppWithWebView(Template& made) {
         made.webView->addTo(*made.container);
         addCloseButton(made);
     });
-    if (!hidden_) needs_.views.setOverlayVisible(true, 0);  // the views in it are invisible themselves
+    if (!needs_.presented.templatesAreSetToBeHidden())
+        needs_.views.setOverlayVisible(true, 0);  // the views in it are invisible themselves
 }
 
 void InappPresentation::removeEarlierViews() {
@@ -272,7 +273,7 @@ void InappPresentation::reveal(Template& ready) {
     if (ready.overlay != nullptr) ready.overlay->fadeTo(1, kANIMATIONDURATION, [] {});
     ready.container->fadeTo(1, kANIMATIONDURATION, [] {});
     observe(&PresentationObserver::shown, ready);
-    if (!hidden_) needs_.views.setOverlayVisible(true, kANIMATIONDURATION);
+    if (!needs_.presented.templatesAreSetToBeHidden()) needs_.views.setOverlayVisible(true, kANIMATIONDURATION);
     performInappSeenCallback(record);
     needs_.reports.log(LogType::inapp, LogLevel::error, "Inapp has been shown.");
 }
@@ -504,7 +505,7 @@ void InappPresentation::openBrowserUrl(const std::string& url) noexcept {
 // --- The application's settings ---
 
 void InappPresentation::setTemplateWindowHidden(bool hidden) {
-    hidden_ = hidden;
+    needs_.presented.setTemplatesAreSetToBeHidden(hidden);
     if (hidden && browser_.isOpen()) return;  // the browser's end hides it
     needs_.views.setOverlayVisible(!hidden, kANIMATIONDURATION);
 }

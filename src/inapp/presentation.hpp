@@ -164,7 +164,6 @@ private:
 
     // Mirrored for other threads.
     std::atomic<bool> onTheScreen_{false};
-    std::atomic<bool> hidden_{false};
     std::atomic<bool> debuggingEnabled_{false};
     std::atomic<std::uint64_t> cancellations_{0};  // a build that was handed over before the last one is left
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -32,6 +33,10 @@ public:
     /// "content" of the active record; an empty dictionary where there is none.
     [[nodiscard]] Dictionary content() const;
 
+    // While messages are to be hidden, none is handed over and none is seen.
+    void setTemplatesAreSetToBeHidden(bool hidden) noexcept { templatesAreSetToBeHidden_ = hidden; }
+    [[nodiscard]] bool templatesAreSetToBeHidden() const noexcept { return templatesAreSetToBeHidden_; }
+
     // Whether it was shown, so that its close is to be logged.
     void setShouldAddInappLog(bool should);
     [[nodiscard]] bool shouldAddInappLog() const;
@@ -44,6 +49,8 @@ public:
     void clearClicks();
 
 private:
+    std::atomic<bool> templatesAreSetToBeHidden_{false};
+
     mutable Mutex mutex_;
     Record activeInapp_ ORBINEL_GUARDED_BY(mutex_);
     bool shouldAddInappLog_ ORBINEL_GUARDED_BY(mutex_) = false;

@@ -115,12 +115,12 @@ void OrbinelTemplateStore::addSurvey(const Request& request) {
 
 void OrbinelTemplateStore::purchase(const Request& request) {
     products_.purchase(request.value);
-    callPartnerDelegate(purchaseType, Dictionary{{"purchased_items", request.value}});
+    callPartnerDelegate(purchaseType, Dictionary{{"purchased_items", fieldOrSelf(request.value, "purchased_items")}});
 }
 
 void OrbinelTemplateStore::addToCart(const Request& request) {
     products_.addToCart(request.value);
-    callPartnerDelegate(cartType, Dictionary{{"cart_items", request.value}});
+    callPartnerDelegate(cartType, Dictionary{{"cart_items", fieldOrSelf(request.value, "cart_items")}});
 }
 
 // --- The application's callback ---

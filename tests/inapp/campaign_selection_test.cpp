@@ -111,13 +111,13 @@ TEST_F(CampaignSelectionTest, EveryOutcomeLeavesItsStatus) {
     EXPECT_THAT(statuses(), ElementsAre("Orientation is not portrait"));
     screen.portrait = true;
 
-    inapps->selection.setTemplatesAreSetToBeHidden(true);
+    inapps->presented.setTemplatesAreSetToBeHidden(true);
     EXPECT_FALSE(check("a"));
     EXPECT_EQ(record().blocked_inapps,
               (Array{Dictionary{{"inapp_id", ""}, {"variant_id", "7"}, {"timestamp", static_cast<int>(begin)}}}));
     EXPECT_EQ(sinks.count("BlockedInAppMessage."), 1U);
     EXPECT_THAT(statuses(), ElementsAre("App Template has been chosen.", "Blocked in-app message removed."));
-    inapps->selection.setTemplatesAreSetToBeHidden(false);
+    inapps->presented.setTemplatesAreSetToBeHidden(false);
     EXPECT_FALSE(check("a"));  // chosen, though blocked
     EXPECT_EQ(sinks.records().back().customAttributes, (Dictionary{{"event_name", "a"}}));
     EXPECT_EQ(sinks.records().back().level, LogLevel::error);

@@ -76,7 +76,7 @@ protected:
     PresentedInapp presented;
     Neighbours neighbours;
     InappPresentation presentation{{world().reports, world().helper, world().identity, world().testDevices, presented,
-                                    neighbours, world().lifetime(), *host.scheduler, *host.json, *host.console,
+                                    neighbours, world().ownLifetime, *host.scheduler, *host.json, *host.console,
                                     *host.notificationCentre, *host.application, *host.views}};
 };
 

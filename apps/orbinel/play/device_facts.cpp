@@ -64,10 +64,12 @@ FactChange bundleText(const Value& value, std::string_view name) {
 }
 
 FactChange appState(const Value& value, std::string_view name) {
-    static constexpr std::array<Choice<std::string_view>, 3> states{
-        {{"active", "active"}, {"inactive", "inactive"}, {"background", "background"}}};
-    const std::string state(oneOf<std::string_view>(value, name, states));
-    return [state](const DeviceParts& parts) { parts.appState = state; };
+    using platform::ApplicationState;
+    static constexpr std::array<Choice<ApplicationState>, 3> states{{{"active", ApplicationState::active},
+                                                                     {"inactive", ApplicationState::inactive},
+                                                                     {"background", ApplicationState::background}}};
+    const auto state = oneOf<ApplicationState>(value, name, states);
+    return [state](const DeviceParts& parts) { parts.application.setState(state); };
 }
 
 FactChange orientation(const Value& value, std::string_view name) {
@@ -146,6 +148,16 @@ FactChange safeArea(const Value& value, std::string_view name) {
     return deviceFact([area](DeviceFacts& device) { device.safeArea = area; });
 }
 
+FactChange keyboardOpen(const Value& value, std::string_view name) {
+    const bool open = requireBoolean(value, inQuotes(name));
+    return [open](const DeviceParts& parts) { parts.views.setKeyboardOpen(open); };
+}
+
+FactChange accelerometer(const Value& value, std::string_view name) {
+    const bool available = requireBoolean(value, inQuotes(name));
+    return [available](const DeviceParts& parts) { parts.accelerometer.setAvailable(available); };
+}
+
 struct Fact {
     std::string_view name;
     FactChange (*read)(const Value& value, std::string_view name);  // nullptr: does not exist yet
@@ -169,8 +181,8 @@ constexpr std::array<Fact, 20> facts{{
     {"model", deviceText<&DeviceFacts::machine>},
     {"screen", screen},
     {"safe_area", safeArea},
-    {"keyboard_open", nullptr},
-    {"accelerometer", nullptr},
+    {"keyboard_open", keyboardOpen},
+    {"accelerometer", accelerometer},
     {"bundle_info", nullptr},
 }};
 

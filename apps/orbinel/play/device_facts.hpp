@@ -1,13 +1,14 @@
 #pragma once
 
 #include <functional>
-#include <string>
 #include <vector>
 
+#include "orbinel/headless/headless_accelerometer.hpp"
 #include "orbinel/headless/headless_application.hpp"
 #include "orbinel/headless/headless_device.hpp"
 #include "orbinel/headless/headless_notifications.hpp"
 #include "orbinel/headless/headless_scheduler.hpp"
+#include "orbinel/headless/headless_views.hpp"
 #include "orbinel/value.hpp"
 
 namespace orbinel::tool {
@@ -18,7 +19,8 @@ struct DeviceParts {
     headless::HeadlessApplication& application;
     headless::HeadlessNotifications& notifications;
     headless::HeadlessScheduler& scheduler;
-    std::string& appState;  // "active", "inactive" or "background"
+    headless::HeadlessViews& views;
+    headless::HeadlessAccelerometer& accelerometer;
 };
 
 /// One fact that has been read and checked, ready to be set.

@@ -8,6 +8,7 @@
 #include "apps/orbinel/play/remembering_secure_items.hpp"
 #include "core/world.hpp"
 #include "hosts/common/rapidjson_json.hpp"
+#include "inapp/view_tags.hpp"
 #include "session/stored_keys.hpp"
 
 namespace orbinel::tool {
@@ -58,6 +59,26 @@ Value contentCache(World& world, const RememberingSecureItems&) {
     return contentOf(*world.services.defaults->suite(keys::contentSuite));
 }
 
+Value campaigns(World& world, const RememberingSecureItems&) {
+    return Dictionary{{"nonEventBasedInapps", world.inapps.nonEventBasedInapps()},
+                      {"eventBasedInapps", world.inapps.eventBasedInapps()}};
+}
+
+/// The library's views that are in the window, by their tags.
+Value screen(World& world, const RememberingSecureItems&) {
+    Array views;
+    const auto overlay = world.services.views->overlay();
+    for (const auto tag :
+         {kINAPPVIEWTAG, kBUTTONVIEWTAG, kOVERLAYTAG, kPUSHBROWSERVIEWTAG, kPUSHBROWSERCLOSEBUTTONVIEWTAG}) {
+        const auto view = overlay != nullptr ? overlay->findTag(tag) : nullptr;
+        if (view == nullptr) continue;
+        const auto [x, y, width, height] = view->frame();
+        views.emplace_back(
+            Dictionary{{"tag", tag}, {"frame", Dictionary{{"x", x}, {"y", y}, {"width", width}, {"height", height}}}});
+    }
+    return views;
+}
+
 constexpr std::array<std::pair<std::string_view, Inspection>, 8> inspections{{
     {"session_record", sessionRecord},
     {"defaults", defaults},
@@ -65,17 +86,15 @@ constexpr std::array<std::pair<std::string_view, Inspection>, 8> inspections{{
     {"secure", secure},
     {"gate", gate},
     {"content_cache", contentCache},
-    {"screen", nullptr},  // the last two do not exist yet
-    {"campaigns", nullptr},
+    {"screen", screen},
+    {"campaigns", campaigns},
 }};
 
 }  // namespace
 
 Inspection findInspection(std::string_view name) {
     for (const auto& [known, inspection] : inspections) {
-        if (known != name) continue;
-        if (inspection == nullptr) throw Unusable("to inspect " + inQuotes(name) + " does not exist yet");
-        return inspection;
+        if (known == name) return inspection;
     }
     throw Unusable("there is nothing to inspect under " + inQuotes(name));
 }

@@ -4,13 +4,16 @@
 #include <random>
 #include <utility>
 
+#include "apps/orbinel/play/traced_device.hpp"
 #include "core/current_world.hpp"
 #include "core/world.hpp"
 #include "hosts/common/glib_base64.hpp"
 #include "hosts/common/in_process_notification_centre.hpp"
 #include "hosts/common/rapidjson_json.hpp"
 #include "orbinel/headless/headless_console.hpp"
-#include "orbinel/headless/headless_host.hpp"
+#include "orbinel/headless/headless_haptics.hpp"
+#include "orbinel/headless/headless_pasteboard.hpp"
+#include "orbinel/headless/headless_review_prompt.hpp"
 #include "orbinel/linux/linux_host.hpp"
 #include "orbinel/orbinel.hpp"
 #include "session/stored_keys.hpp"
@@ -50,7 +53,14 @@ PlayHost::PlayHost(std::shared_ptr<headless::HeadlessScheduler> scheduler, bool 
       notifications_(std::make_shared<headless::HeadlessNotifications>()),
       console_(std::make_shared<headless::HeadlessConsole>([&trace](std::string_view line) {
           trace.write({{"console", line}});
-      })) {}
+      })),
+      views_(std::make_shared<headless::HeadlessViews>(scheduler_, device_)),
+      accelerometer_(std::make_shared<headless::HeadlessAccelerometer>(scheduler_)),
+      trace_(trace),
+      presentation_(trace),
+      page_(views_) {
+    application_->setState(platform::ApplicationState::inactive);
+}
 
 PlayHost::~PlayHost() {
     shutdown();
@@ -58,14 +68,26 @@ PlayHost::~PlayHost() {
 }
 
 platform::Services PlayHost::services() const {
-    const auto none = headless::HeadlessHost(scheduler_).services();
-    return {scheduler_,          http_,        json_,           base64_,          defaults_, secureItems_,
-            notificationCentre_, application_, device_,         notifications_,   console_,  none.views,
-            none.accelerometer,  none.haptics, none.pasteboard, none.reviewPrompt};
+    return {scheduler_,
+            http_,
+            json_,
+            base64_,
+            defaults_,
+            secureItems_,
+            notificationCentre_,
+            std::make_shared<TracedApplication>(application_, trace_),
+            device_,
+            std::make_shared<TracedNotifications>(notifications_, trace_),
+            console_,
+            views_,
+            accelerometer_,
+            std::make_shared<TracedHaptics>(std::make_shared<headless::HeadlessHaptics>(), trace_),
+            std::make_shared<TracedPasteboard>(std::make_shared<headless::HeadlessPasteboard>(), trace_),
+            std::make_shared<TracedReviewPrompt>(std::make_shared<headless::HeadlessReviewPrompt>(), trace_)};
 }
 
 void PlayHost::changeDevice(const std::vector<FactChange>& changes) {
-    const DeviceParts parts{*device_, *application_, *notifications_, *scheduler_, appState_};
+    const DeviceParts parts{*device_, *application_, *notifications_, *scheduler_, *views_, *accelerometer_};
     for (const auto& change : changes) change(parts);
 }
 
@@ -87,6 +109,7 @@ void PlayHost::write(const Preset& preset) {
 
 void PlayHost::launch() {
     if (!start(services())) throw NotCarriedOut("the library does not start");
+    current_world::get()->inappPresentation.observer.bind(presentation_);
     drain();
 }
 
@@ -112,9 +135,16 @@ void PlayHost::waitForCancelledRequests() {
 }
 
 void PlayHost::post(std::string_view notification, const Dictionary& info) {
-    if (notification == platform::notification_names::didBecomeActive) appState_ = "active";
-    if (notification == platform::notification_names::didEnterBackground) appState_ = "background";
+    namespace names = platform::notification_names;
+    if (notification == names::didBecomeActive) application_->setState(platform::ApplicationState::active);
+    if (notification == names::didEnterBackground) application_->setState(platform::ApplicationState::background);
+    if (notification == names::keyboardWillShow) views_->setKeyboardOpen(true);
+    if (notification == names::keyboardWillHide) views_->setKeyboardOpen(false);
     notificationCentre_->post(notification, info);
+}
+
+void PlayHost::shake(const platform::Acceleration& acceleration) {
+    accelerometer_->sample(acceleration.x, acceleration.y, acceleration.z);
 }
 
 void PlayHost::drain() {

@@ -5,26 +5,23 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "apps/orbinel/play/device_facts.hpp"
+#include "apps/orbinel/play/headless_page.hpp"
+#include "apps/orbinel/play/not_carried_out.hpp"
 #include "apps/orbinel/play/remembering_secure_items.hpp"
 #include "apps/orbinel/play/scenario.hpp"
 #include "apps/orbinel/play/trace.hpp"
 #include "apps/orbinel/play/traced_http.hpp"
+#include "apps/orbinel/play/traced_presentation.hpp"
 #include "hosts/linux/sqlite_defaults.hpp"
 #include "orbinel/headless/headless_scheduler.hpp"
 #include "orbinel/platform/services.hpp"
 
 namespace orbinel::tool {
-
-/// Why a step could not be carried out: a clause.
-struct NotCarriedOut : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 /// The clock of a scenario: a virtual one that begins there, or the real one.
 [[nodiscard]] std::shared_ptr<headless::HeadlessScheduler> makeScheduler(const std::optional<double>& clockStart);
@@ -67,6 +64,10 @@ public:
     /// Drains until the condition, asked after each change, holds; false when the limit (real time) comes first.
     [[nodiscard]] bool drainUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
 
+    /// Delivers one sample of the accelerometer, in g.
+    void shake(const platform::Acceleration& acceleration);
+
+    [[nodiscard]] PlayedPage& page() { return page_; }
     [[nodiscard]] headless::HeadlessScheduler& scheduler() { return *scheduler_; }
     [[nodiscard]] const RememberingSecureItems& secureItems() const { return *secureItems_; }
 
@@ -86,7 +87,11 @@ private:
     const std::shared_ptr<headless::HeadlessDevice> device_;
     const std::shared_ptr<headless::HeadlessNotifications> notifications_;
     const std::shared_ptr<platform::Console> console_;
-    std::string appState_ = "inactive";
+    const std::shared_ptr<headless::HeadlessViews> views_;
+    const std::shared_ptr<headless::HeadlessAccelerometer> accelerometer_;
+    Trace& trace_;
+    TracedPresentation presentation_;
+    HeadlessPlayedPage page_;
 };
 
 }  // namespace orbinel::tool

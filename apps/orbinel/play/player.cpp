@@ -133,6 +133,13 @@ void Player::run(const NotifyStep& notify) {
 
 void Player::run(const DeviceStep& device) { host_.changeDevice(device.changes); }
 
+void Player::run(const TemplateStep& step) {
+    const Trace::Action action(trace_);
+    step.action(host_.page());
+}
+
+void Player::run(const ShakeStep& shake) { host_.shake(shake.acceleration); }
+
 void Player::run(const AdvanceStep& advance) {
     if (!advance.settle) return host_.scheduler().advance(advance.seconds);
     host_.scheduler().advance(advance.seconds, [this] {

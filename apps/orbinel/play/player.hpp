@@ -42,6 +42,8 @@ private:
     void run(const RelaunchStep& relaunch);
     void run(const RepeatStep& repeat);
     void run(const InspectStep& inspect);
+    void run(const TemplateStep& step);
+    void run(const ShakeStep& shake);
     void run(const MarkStep& mark);
     void run(const Expectation& expectation);
     void run(const ReleaseStep& release);

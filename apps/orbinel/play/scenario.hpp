@@ -12,6 +12,8 @@
 #include "apps/orbinel/play/expectation.hpp"
 #include "apps/orbinel/play/inspection.hpp"
 #include "apps/orbinel/play/operation.hpp"
+#include "apps/orbinel/play/page_action.hpp"
+#include "orbinel/platform/accelerometer.hpp"
 #include "orbinel/value.hpp"
 
 /// A scenario that has been read and checked as a whole: playing it can fail, but it cannot be misunderstood.
@@ -63,6 +65,15 @@ struct InspectStep {
     Inspection inspection = nullptr;
 };
 
+struct TemplateStep {
+    PageAction action;
+};
+
+/// One sample of the accelerometer.
+struct ShakeStep {
+    platform::Acceleration acceleration;
+};
+
 struct MarkStep {};
 
 struct ReleaseStep {
@@ -79,7 +90,7 @@ struct RepeatStep {
 struct Step {
     std::vector<std::size_t> place;  // its number from 0; within a repetition, the repetition's first
     std::variant<CallStep, NotifyStep, DeviceStep, AdvanceStep, SettleStep, WaitForStep, RelaunchStep, RepeatStep,
-                 InspectStep, MarkStep, Expectation, ReleaseStep>
+                 InspectStep, TemplateStep, ShakeStep, MarkStep, Expectation, ReleaseStep>
         action;
 };
 

@@ -15,14 +15,17 @@ constexpr double mostSteps = 1'000'000;           // of one play, repetitions co
 constexpr double longestLimit = 3600;             // seconds, real time
 constexpr double longestAdvance = 3'155'760'000;  // seconds: a hundred years
 
-constexpr std::array<std::string_view, 12> stepKinds{"call",     "notify",  "device", "advance", "settle", "wait_for",
-                                                     "relaunch", "inspect", "repeat", "mark",    "expect", "release"};
-constexpr std::array<std::string_view, 8> laterStepKinds{"push",     "open_url", "user_activity", "device_token",
-                                                         "template", "page",     "screenshot",    "shake"};
+constexpr std::array<std::string_view, 14> stepKinds{"call",     "notify",   "device",   "advance", "settle",
+                                                     "wait_for", "relaunch", "inspect",  "repeat",  "mark",
+                                                     "expect",   "release",  "template", "shake"};
+constexpr std::array<std::string_view, 6> laterStepKinds{"push",         "open_url", "user_activity",
+                                                         "device_token", "page",     "screenshot"};
+constexpr double hardestShake = 1000;  // g
 
 constexpr std::array notifications{
-    platform::notification_names::didBecomeActive, platform::notification_names::didEnterBackground,
-    platform::notification_names::willTerminate, platform::notification_names::orientationDidChange};
+    platform::notification_names::didBecomeActive,  platform::notification_names::didEnterBackground,
+    platform::notification_names::willTerminate,    platform::notification_names::orientationDidChange,
+    platform::notification_names::keyboardWillShow, platform::notification_names::keyboardWillHide};
 
 /// One whose text names the step already.
 struct PlacedUnusable : Unusable {
@@ -83,6 +86,15 @@ InspectStep readInspect(Fields& fields) {
     return {name, findInspection(name)};
 }
 
+ShakeStep readShake(Fields& fields) {
+    const auto& axes = requireArray(fields.require("shake"), "\"shake\"");
+    if (axes.size() != 3) throw Unusable("\"shake\" takes three numbers");
+    const auto axis = [&](std::size_t index) {
+        return requireNumber(axes[index], "a number of \"shake\"", -hardestShake, hardestShake);
+    };
+    return {{axis(0), axis(1), axis(2)}};
+}
+
 MarkStep readMark(Fields& fields) {
     if (!requireBoolean(fields.require("mark"), "\"mark\"")) throw Unusable("\"mark\" can only be true");
     return {};
@@ -135,6 +147,8 @@ StepReader::Action StepReader::readAction(const Value& json, const Place& place,
         if (name == "relaunch") return readRelaunch(fields);
         if (name == "inspect") return readInspect(fields);
         if (name == "repeat") return readRepeat(fields, place, rounds);
+        if (name == "template") return TemplateStep{readPageAction(fields.require("template"))};
+        if (name == "shake") return readShake(fields);
         if (name == "mark") return readMark(fields);
         if (name == "expect") return readExpectation(fields.require("expect"), arguments_);
         return readRelease(fields);
