@@ -1,0 +1,145 @@
+#include "orbinel/gtk/gtk_host.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "hosts/gtk/iio_accelerometer.hpp"
+#include "tests/gtk/window_under_test.hpp"
+#include "tests/linux/temporary_directory.hpp"
+
+namespace orbinel::hosts {
+namespace {
+
+namespace names = platform::notification_names;
+using platform::ApplicationState;
+
+class GtkHostOnScreen : public testing::Test {
+protected:
+    [[nodiscard]] static LinuxHostOptions optionsIn(const std::filesystem::path& directory) {
+        LinuxHostOptions options;
+        options.dataDirectory = directory;
+        options.applicationVersion = "2.1.0";
+        return options;
+    }
+    [[nodiscard]] platform::Ticket count(std::string_view name, int& counter) const {
+        return host.services().notificationCentre->addObserver(name, [&counter](const Dictionary&) { ++counter; });
+    }
+
+    TemporaryDirectory directory;
+    WindowUnderTest window{400, 600};
+    GtkHost host{window.get(), optionsIn(directory.path())};
+    platform::Application& application = *host.services().application;
+};
+
+TEST_F(GtkHostOnScreen, TheApplicationIsActiveWhileOneOfItsWindowsIs) {
+    int activations = 0;
+    const auto ticket = count(names::didBecomeActive, activations);
+    EXPECT_EQ(application.state(), ApplicationState::inactive);
+    EXPECT_EQ(application.bundle().version, "2.1.0");
+    ASSERT_TRUE(window.present());
+    ASSERT_TRUE(turnUntil([&] { return application.state() == ApplicationState::active; }));
+    {
+        WindowUnderTest dialog(200, 200);  // takes the keyboard; the application keeps it
+        ASSERT_TRUE(dialog.present());
+        turnFor(std::chrono::milliseconds{100});
+        EXPECT_EQ(application.state(), ApplicationState::active);
+    }
+    ASSERT_TRUE(turnUntil([&] { return gtk_window_is_active(window.get()); }));
+    EXPECT_EQ(activations, 1);
+    gtk_window_minimize(window.get());
+    ASSERT_TRUE(turnUntil([&] { return application.state() == ApplicationState::inactive; }));
+    gtk_window_unminimize(window.get());
+    gtk_window_present(window.get());
+    EXPECT_TRUE(turnUntil([&] { return activations == 2; }));
+}
+
+TEST_F(GtkHostOnScreen, TheWindowsShapeIsTheOrientation) {
+    int turns = 0;
+    const auto ticket = count(names::orientationDidChange, turns);
+    EXPECT_TRUE(application.isPortrait());
+    ASSERT_TRUE(window.present());
+    gtk_window_set_default_size(window.get(), 700, 400);
+    ASSERT_TRUE(turnUntil([&] { return turns == 1; }));
+    EXPECT_FALSE(application.isPortrait());
+    gtk_window_set_default_size(window.get(), 400, 400);
+    ASSERT_TRUE(turnUntil([&] { return turns == 2; }));
+    EXPECT_TRUE(application.isPortrait());
+}
+
+TEST_F(GtkHostOnScreen, WhatNothingOpensIsToldOnceAndNeverInsideTheCall) {
+    std::vector<bool> opened;
+    for (const auto* url : {"acme-nobody://x", "no url", ""}) {
+        application.openUrl(url, [&](bool done) { opened.push_back(done); });
+    }
+    EXPECT_THAT(opened, testing::IsEmpty());
+    ASSERT_TRUE(turnUntil([&] { return opened.size() == 3; }));
+    EXPECT_THAT(opened, testing::Each(false));
+    application.openSettings();
+    application.openNotificationSettings();
+}
+
+TEST_F(GtkHostOnScreen, TextGoesToTheClipboard) {
+    host.services().pasteboard->setText("acme \xc3\xa9 \xff!");
+    std::string read;
+    gdk_clipboard_read_text_async(
+        gdk_display_get_clipboard(gdk_display_get_default()), nullptr,
+        [](GObject* clipboard, GAsyncResult* result, gpointer text) {
+            const TextPointer found(gdk_clipboard_read_text_finish(GDK_CLIPBOARD(clipboard), result, nullptr));
+            *static_cast<std::string*>(text) = found.get();
+        },
+        &read);
+    ASSERT_TRUE(turnUntil([&] { return !read.empty(); }));
+    EXPECT_EQ(read, "acme \xc3\xa9 \xef\xbf\xbd!");
+}
+
+TEST_F(GtkHostOnScreen, ServicesOutliveTheHostAndTheWindow) {
+    platform::Services services;
+    {
+        GtkHost other(window.get(), optionsIn(directory.path() / "other"));
+        services = other.services();
+    }
+    ASSERT_TRUE(window.present());
+    EXPECT_TRUE(turnUntil([&] { return services.application->state() == ApplicationState::active; }));
+    window.destroy();
+    EXPECT_TRUE(turnUntil([&] { return services.application->state() == ApplicationState::inactive; }));
+    EXPECT_EQ(services.views->overlay(), nullptr);
+}
+
+TEST_F(GtkHostOnScreen, AnAccelerometerTellsInGWhatTheKernelMeasuresUntilNobodyListens) {
+    const auto write = [&](const std::string& file, const std::string& text) {
+        std::ofstream(directory.path() / "devices/iio:device1" / file) << text << '\n';
+    };
+    std::filesystem::create_directories(directory.path() / "devices/iio:device0");  // of another kind
+    std::filesystem::create_directories(directory.path() / "devices/iio:device1");
+    write("in_accel_x_raw", "-100");
+    write("in_accel_y_raw", "0");
+    write("in_accel_z_raw", "200");
+    write("in_accel_scale", "0.0980665");
+
+    IioAccelerometer accelerometer(host.services().scheduler, directory.path() / "devices");
+    ASSERT_TRUE(turnUntil([&] { return accelerometer.isAvailable(); }));
+    std::vector<platform::AccelerationOrReason> samples;
+    auto ticket =
+        accelerometer.start(std::chrono::milliseconds{5}, [&](const auto& sample) { samples.push_back(sample); });
+    ASSERT_TRUE(turnUntil([&] { return samples.size() >= 2; }));
+    const auto& first = std::get<platform::Acceleration>(samples.front());
+    EXPECT_NEAR(first.x, -1, 1e-9);
+    EXPECT_NEAR(first.z, 2, 1e-9);
+
+    std::filesystem::remove(directory.path() / "devices/iio:device1/in_accel_z_raw");
+    EXPECT_TRUE(turnUntil([&] { return std::holds_alternative<std::string>(samples.back()); }));
+    ticket.cancel();
+    const auto count = samples.size();
+    turnFor(std::chrono::milliseconds{50});
+    EXPECT_EQ(samples.size(), count);
+
+    IioAccelerometer none(host.services().scheduler, directory.path() / "nothing");
+    turnFor(std::chrono::milliseconds{20});
+    EXPECT_FALSE(none.isAvailable());
+}
+
+}  // namespace
+}  // namespace orbinel::hosts
