@@ -330,7 +330,7 @@ TEST_P(ViewsContract, APageSpeaksByNavigationsOfTheApplicationsSchemeAndByMessag
     delegate->lines.clear();
 
     // Byte for byte, and a cancelled navigation is neither a failure nor the end of the page.
-    const std::string payload = "orbinelurl://%7B%22a%22:%22%C3%A9%2f%22,%22B%22:%20[1]%7D";
+    const std::string payload = "orbinelurl://%7B%22a%22%3A%22%C3%A9%2f%22%2c%22B%22%3A%20%5B1%5D%7D";
     made.page->navigate(payload, false);
     ASSERT_TRUE(settles([&] { return delegate->heard("action " + payload); }));
     made.page->navigate("orbinelurl://link", true);
