@@ -46,7 +46,7 @@ public:
     [[nodiscard]] Dictionary getOrbinelIdentifiers() const noexcept;
 
 private:
-    void set(std::string_view prefix, OptionalText key, OptionalText identifier) noexcept;
+    void set(const char* operation, std::string_view prefix, OptionalText key, OptionalText identifier) noexcept;
     void refuseKey(std::string_view key) const noexcept;
 
     LibraryPart<const UserAccess> access_;

@@ -68,7 +68,8 @@ InappPresentation::InappPresentation(const Needs& needs)
     : needs_(needs),
       templateUrl_({needs.reports, needs.helper, needs.identity, needs.application}),
       keyboardPusher_({needs.lifetime, needs.notificationCentre}),
-      browser_({needs.reports, needs.lifetime, needs.scheduler, needs.views, urlOpening}) {
+      browser_({needs.reports, needs.lifetime, needs.scheduler, needs.views, urlOpening}),
+      inappSeenCallback_({needs.reports, needs.lifetime, needs.scheduler}) {
     browser_.closed = [this] {
         if (needs_.presented.templatesAreSetToBeHidden()) needs_.views.setOverlayVisible(false, 0);
         if (template_ != nullptr && template_->stage == Template::Stage::delayed) showInapp();
@@ -127,7 +128,11 @@ void InappPresentation::build(const InappLayout& layout) {
         return needs_.presented.clear(record);
     }
     createInAppWithWebView(*made);
-    if (made->container == nullptr) return needs_.presented.clear(record);
+    if (made->container == nullptr) {
+        logStatus(needs_.reports, InappStatus::loadRequested,
+                  identity);  // which is told of every message that is built
+        return needs_.presented.clear(record);
+    }
 
     template_ = std::move(made);
     onTheScreen_ = true;
@@ -180,8 +185,8 @@ void InappPresentation::createInAppWithWebView(Template& made) {
         made.webView->addTo(*made.container);
         addCloseButton(made);
     });
-    if (!needs_.presented.templatesAreSetToBeHidden())
-        needs_.views.setOverlayVisible(true, 0);  // the views in it are invisible themselves
+    // The views in it are invisible themselves.
+    if (!needs_.presented.templatesAreSetToBeHidden()) needs_.views.setOverlayVisible(true, 0);
 }
 
 void InappPresentation::removeEarlierViews() {
@@ -265,7 +270,6 @@ void InappPresentation::showBuilt() {
 }
 
 void InappPresentation::reveal(Template& ready) {
-    const auto record = ready.record;  // the application may end the message in its callback
     needs_.presented.setShouldAddInappLog(true);
     ready.stage = Template::Stage::shown;
     shown_ = true;
@@ -274,19 +278,9 @@ void InappPresentation::reveal(Template& ready) {
     ready.container->fadeTo(1, kANIMATIONDURATION, [] {});
     observe(&PresentationObserver::shown, ready);
     if (!needs_.presented.templatesAreSetToBeHidden()) needs_.views.setOverlayVisible(true, kANIMATIONDURATION);
-    performInappSeenCallback(record);
+    inappSeenCallback_.performLater("-[OrbinelInapp performInappSeenCallback]",
+                                    Dictionary{{"type", inappSeenType}, {"data", ready.identity()}});
     needs_.reports.log(LogType::inapp, LogLevel::error, "Inapp has been shown.");
-}
-
-void InappPresentation::performInappSeenCallback(const PresentedInapp::Record& record) {
-    const auto callback = [this] {
-        const MutexLock lock(mutex_);
-        return inappSeenCallback_;
-    }();
-    if (!callback.isAlive()) return;
-    guarded(needs_.reports, "-[OrbinelInapp performInappSeenCallback]", [&] {
-        callback.perform(Dictionary{{"type", inappSeenType}, {"data", inappIdentity(record.get())}});
-    });
 }
 
 /// The message stays as it is, but makes way for the next one.
@@ -537,8 +531,8 @@ void InappPresentation::disableInAppMessages() noexcept {
 }
 
 void InappPresentation::setInappSeenCallback(TargetAction<const Dictionary&> callback) noexcept {
-    const MutexLock lock(mutex_);
-    std::swap(inappSeenCallback_, callback);
+    guarded(needs_.reports, "-[OrbinelInapp setInappSeenCallback:withSelector:]",
+            [&] { inappSeenCallback_.set(std::move(callback)); });
 }
 
 void InappPresentation::changeFonts(const std::function<void(CustomFonts&)>& change) noexcept {

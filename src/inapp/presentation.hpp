@@ -12,6 +12,7 @@
 #include "base/lifetime.hpp"
 #include "base/mutex.hpp"
 #include "base/reports.hpp"
+#include "inapp/application_callback.hpp"
 #include "inapp/collaborators.hpp"
 #include "inapp/inapp_layout.hpp"
 #include "inapp/internal_browser.hpp"
@@ -27,7 +28,6 @@
 #include "orbinel/platform/notification_centre.hpp"
 #include "orbinel/platform/scheduler.hpp"
 #include "orbinel/platform/views.hpp"
-#include "orbinel/target_action.hpp"
 #include "session/helper.hpp"
 #include "tools/test_devices.hpp"
 #include "user/displayed_inapp.hpp"
@@ -110,7 +110,7 @@ public:
     void enableInAppMessages() noexcept;
     void disableInAppMessages() noexcept;
 
-    void setInappSeenCallback(TargetAction<const Dictionary&> callback) noexcept;
+    void setInappSeenCallback(ApplicationCallback::Action callback) noexcept;
     void setCustomRegularFont(std::string name) noexcept;
     void setCustomBoldFont(std::string name) noexcept;
     void setCustomItalicFont(std::string name) noexcept;
@@ -133,7 +133,6 @@ private:
     // Showing.
     void showBuilt();
     void reveal(Template& ready);
-    void performInappSeenCallback(const PresentedInapp::Record& record);
     void giveUp();
 
     // Removing.
@@ -161,6 +160,7 @@ private:
     TemplateUrl templateUrl_;
     KeyboardPusher keyboardPusher_;
     InternalBrowser browser_;
+    ApplicationCallback inappSeenCallback_;
 
     // Mirrored for other threads.
     std::atomic<bool> onTheScreen_{false};
@@ -169,7 +169,6 @@ private:
 
     mutable Mutex mutex_;
     CustomFonts fonts_ ORBINEL_GUARDED_BY(mutex_);
-    TargetAction<const Dictionary&> inappSeenCallback_ ORBINEL_GUARDED_BY(mutex_);
 
     // The main thread's.
     std::unique_ptr<Template> template_;

@@ -18,7 +18,8 @@ namespace codes = attribute_codes;
 OrbinelIdentifiers::OrbinelIdentifiers(LibraryPart<const UserAccess> access) noexcept : access_(access) {}
 
 /// Out of memory leaves the identifiers as they are.
-void OrbinelIdentifiers::set(std::string_view prefix, OptionalText key, OptionalText identifier) noexcept {
+void OrbinelIdentifiers::set(const char* operation, std::string_view prefix, OptionalText key,
+                             OptionalText identifier) noexcept {
     if (identifier.view().empty()) return;
     try {
         auto changed = identifiers_ != nullptr ? *identifiers_ : Dictionary();
@@ -26,7 +27,7 @@ void OrbinelIdentifiers::set(std::string_view prefix, OptionalText key, Optional
         identifiers_ = std::make_shared<const Dictionary>(std::move(changed));
     } catch (const std::exception& exception) {
         const Visit<const UserAccess> access(access_);
-        if (access) reportException(access->reports, "-[OrbinelIdentifiers getOrbinelIdentifiers]", exception.what());
+        if (access) reportException(access->reports, operation, exception.what());
     }
 }
 
@@ -36,17 +37,18 @@ void OrbinelIdentifiers::refuseKey(std::string_view key) const noexcept {
 }
 
 OrbinelIdentifiers& OrbinelIdentifiers::addEmail(OptionalText email) & noexcept {
-    if (isEmailValid(email.view())) set("", codes::EMAIL, email);
+    if (isEmailValid(email.view())) set("-[OrbinelIdentifiers addEmail]", "", codes::EMAIL, email);
     return *this;
 }
 
 OrbinelIdentifiers& OrbinelIdentifiers::addPhoneNumber(OptionalText phoneNumber) & noexcept {
-    if (isPhoneNumberValid(phoneNumber.view())) set("", codes::PHONE_NUMBER, phoneNumber);
+    if (isPhoneNumberValid(phoneNumber.view()))
+        set("-[OrbinelIdentifiers addPhoneNumber]", "", codes::PHONE_NUMBER, phoneNumber);
     return *this;
 }
 
 OrbinelIdentifiers& OrbinelIdentifiers::addUserID(OptionalText userId) & noexcept {
-    set("", codes::UUID, userId);
+    set("-[OrbinelIdentifiers addUserID]", "", codes::UUID, userId);
     return *this;
 }
 
@@ -56,7 +58,7 @@ OrbinelIdentifiers& OrbinelIdentifiers::addCustomIdentifier(OptionalText key, Op
         refuseKey(key.view());
         return *this;
     }
-    set(codes::customPrefix, key, identifier);
+    set("-[OrbinelIdentifiers addCustomIdentifier]", codes::customPrefix, key, identifier);
     return *this;
 }
 

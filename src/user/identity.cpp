@@ -195,16 +195,17 @@ void OrbinelIdentity::resetOrbinelIdWithCompletionBlock(Completion completion) n
 }
 
 void OrbinelIdentity::sendIdentityRequestWithCachedIdentifiers(Completion completion) noexcept {
-    resolveAgain("Getting correct orbinelId for logged in user.", getIdentifiers(), completion);
+    resolveAgain("-[OrbinelIdentity sendIdentityRequestWithCachedIdentifiers]",
+                 "Getting correct orbinelId for logged in user.", getIdentifiers(), completion);
 }
 
 void OrbinelIdentity::getBrandNewOrbinelIdWithCompletionBlock(Completion completion) noexcept {
-    resolveAgain("Getting brand new orbinlId for logged out user.", {}, completion);
+    resolveAgain("-[OrbinelIdentity getBrandNewOrbinelIdWithCompletionBlock:]",
+                 "Getting brand new orbinlId for logged out user.", {}, completion);
 }
 
-void OrbinelIdentity::resolveAgain(std::string_view message, const Dictionary& identifiers,
-                                   const Completion& completion) noexcept {
-    const GuardedOperation operation("-[OrbinelIdentity resetOrbinelIdWithCompletionBlock:]");
+void OrbinelIdentity::resolveAgain(const GuardedOperation& operation, std::string_view message,
+                                   const Dictionary& identifiers, const Completion& completion) noexcept {
     const bool asked = guarded(reports_, operation, [&] {
         reports_.log(LogType::inapp, LogLevel::info, message, [] { return Dictionary(); });
         const auto change = beginChange();

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/guard.hpp"
 #include "base/mutex.hpp"
 #include "base/reports.hpp"
 #include "session/collaborators.hpp"
@@ -99,7 +100,8 @@ private:
     [[nodiscard]] std::optional<std::string> currentId();
     [[nodiscard]] std::optional<std::string> validId();
     void mirror(const std::string& orbinelId);
-    void resolveAgain(std::string_view message, const Dictionary& identifiers, const Completion& completion) noexcept;
+    void resolveAgain(const GuardedOperation& operation, std::string_view message, const Dictionary& identifiers,
+                      const Completion& completion) noexcept;
     void setIdentifiersAsAttributes(const Dictionary& identifiers);
     void forgetLogin() noexcept;
 
