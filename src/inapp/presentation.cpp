@@ -134,6 +134,7 @@ void InappPresentation::build(const InappLayout& layout) {
         return needs_.presented.clear(record);
     }
 
+    needs_.presented.presentWhereNone(record);  // what was removed for it may have been of the same campaign
     template_ = std::move(made);
     onTheScreen_ = true;
     if (KeyboardPusher::shouldKeyboardPushInAppForInAppType(layout)) {

@@ -12,6 +12,11 @@ void PresentedInapp::present(Record record) {
     activeInapp_.swap(record);  // the earlier one is released without the lock
 }
 
+void PresentedInapp::presentWhereNone(Record record) {
+    const MutexLock lock(mutex_);
+    if (activeInapp_ == nullptr) activeInapp_.swap(record);
+}
+
 void PresentedInapp::clear() {
     Record gone;
     Array clicks;

@@ -21,6 +21,9 @@ public:
     /// Makes the record the active one.
     void present(Record record);
 
+    /// Makes the record the active one where none is.
+    void presentWhereNone(Record record);
+
     /// The message is gone: nothing is active, nothing gathered.
     void clear();
 
