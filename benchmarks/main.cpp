@@ -1,9 +1,6 @@
-#include <benchmark/benchmark.h>
-
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <vector>
 
 #include "benchmarks/ratio_table.hpp"
 #include "benchmarks/running_library.hpp"
@@ -40,16 +37,5 @@ void printSizes() {
 /// Further arguments are Google Benchmark's own, such as --benchmark_filter=Event.
 int main(int count, char** words) {
     printSizes();
-    std::string interleave = "--benchmark_enable_random_interleaving=true";
-    std::string repeat = "--benchmark_repetitions=9";
-    std::string shorten = "--benchmark_min_time=0.05";
-    std::vector<char*> arguments{words[0], interleave.data(), repeat.data(), shorten.data()};
-    arguments.insert(arguments.end(), words + 1, words + count);
-    int argumentCount = static_cast<int>(arguments.size());
-    benchmark::Initialize(&argumentCount, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments.data())) return 2;
-    orbinel::bench::RatioTable table;
-    benchmark::RunSpecifiedBenchmarks(&table);
-    benchmark::Shutdown();
-    return 0;
+    return orbinel::bench::runBenchmarks(count, words);
 }

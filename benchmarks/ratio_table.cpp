@@ -56,4 +56,19 @@ void RatioTable::Finalize() {
     }
 }
 
+int runBenchmarks(int count, char** words) {
+    std::string interleave = "--benchmark_enable_random_interleaving=true";
+    std::string repeat = "--benchmark_repetitions=9";
+    std::string shorten = "--benchmark_min_time=0.05";
+    std::vector<char*> arguments{words[0], interleave.data(), repeat.data(), shorten.data()};
+    arguments.insert(arguments.end(), words + 1, words + count);
+    int argumentCount = static_cast<int>(arguments.size());
+    benchmark::Initialize(&argumentCount, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments.data())) return 2;
+    RatioTable table;
+    benchmark::RunSpecifiedBenchmarks(&table);
+    benchmark::Shutdown();
+    return 0;
+}
+
 }  // namespace orbinel::bench

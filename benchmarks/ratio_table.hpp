@@ -34,4 +34,7 @@ private:
     std::vector<std::pair<std::string, double>> medians_;  // nanoseconds
 };
 
+/// Runs all benchmarks, interleaved, and prints the table. Arguments are Google Benchmark's own. The exit status.
+int runBenchmarks(int count, char** words);
+
 }  // namespace orbinel::bench
