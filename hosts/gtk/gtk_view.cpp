@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "hosts/gtk/placement.hpp"
+#include "hosts/common/frame_solver.hpp"
 
 namespace orbinel::hosts {
 
@@ -117,7 +117,8 @@ void GtkView::layOut(int width, int height) noexcept {
 }
 
 platform::Rectangle GtkView::placeIn(double parentWidth, double parentHeight) const {
-    auto placed = place(constraints_, parentWidth, parentHeight);
+    const platform::Rectangle parent{0, 0, parentWidth, parentHeight};
+    auto placed = solveFrame(constraints_, parent, parent);  // no desktop covers a part of a window
     placed.y += offset_.value();
     return placed;
 }

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "frame_solver.hpp"
+#include "hosts/common/frame_solver.hpp"
 
 namespace orbinel::headless {
 
@@ -104,7 +104,7 @@ void HeadlessView::setVerticalOffset(double points, double seconds) noexcept {
 platform::Rectangle HeadlessView::frame() const noexcept {
     const auto parent = parent_.lock();
     auto frame =
-        parent != nullptr ? solveFrame(constraints_, parent->frame(), display_->safeArea()) : display_->window();
+        parent != nullptr ? hosts::solveFrame(constraints_, parent->frame(), display_->safeArea()) : display_->window();
     frame.y += offset_.at(display_->scheduler().now());
     return frame;
 }

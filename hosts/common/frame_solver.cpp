@@ -1,10 +1,10 @@
-#include "frame_solver.hpp"
+#include "hosts/common/frame_solver.hpp"
 
 #include <algorithm>
 #include <optional>
 #include <utility>
 
-namespace orbinel::headless {
+namespace orbinel::hosts {
 
 namespace {
 
@@ -128,4 +128,4 @@ Rectangle solveFrame(const std::vector<LayoutConstraint>& constraints, const Rec
     return {parent.x + x.position, parent.y + y.position, std::max(x.size, 0.0), std::max(y.size, 0.0)};
 }
 
-}  // namespace orbinel::headless
+}  // namespace orbinel::hosts
