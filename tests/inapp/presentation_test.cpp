@@ -214,7 +214,8 @@ TEST_F(Presenting, AddressesThatCannotBeUsedAreToldApart) {
     EXPECT_THAT(outcome("file:///etc"), ElementsAre("Template URL is invalid"));
     EXPECT_THAT(outcome("http:///no-host"), ElementsAre("Template URL is invalid"));
     EXPECT_THAT(outcome(""), ElementsAre("Webview can't load.", "App template load request"));
-    EXPECT_THAT(outcome("https://pages.test", 2), ElementsAre("RemoveFromSuperview is called.", "App template load request"));
+    EXPECT_THAT(outcome("https://pages.test", 2),
+                ElementsAre("RemoveFromSuperview is called.", "App template load request"));
 }
 
 TEST_F(Presenting, PositionAndHeightPlaceTheMessageInsideTheSafeArea) {
