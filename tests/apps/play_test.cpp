@@ -504,6 +504,8 @@ TEST(PlayScenario, IsRefusedAsAWholeWithOneLine) {
         {step(R"({"template": {"tap": "next"}})"), "\"tap\" can only be"},
         {step(R"({"template": {"send": {}, "fail": {}}})"), "\"domain\""},
         {step(R"({"shake": [1, 2]})"), "\"shake\" takes three numbers"},
+        {step(R"({"page": "1 + 1"})"), "\"page\" needs --ui gtk"},
+        {step(R"({"screenshot": "x.png"})"), "\"screenshot\" needs --ui gtk"},
         {step(R"({"expect": {"in": "request", "where": {"url": 1}}})"), "must begin with"},
         {step(R"({"release": "nobody"})"), "kept anything as \"nobody\""},
         {step(R"({"call": "build", "on": "later"})"), "kept anything as \"later\""},
@@ -531,7 +533,7 @@ TEST(PlayScenario, IsRefusedAsAWholeWithOneLine) {
     for (const std::vector<std::string>& words : {std::vector<std::string>{"play"},
                                                   {"play", "/nowhere/at/all.json"},
                                                   {"play", "/"},
-                                                  {"play", "--ui", "gtk", "-"},
+                                                  {"play", "--ui", "paper", "-"},
                                                   {"play", "--data-dir", "/dev/null/x", "-"}}) {
         ToolProcess tool(words, R"({"name": "n", "steps": []})");
         EXPECT_EQ(tool.wait(), 2) << words.back();

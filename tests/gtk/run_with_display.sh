@@ -20,7 +20,7 @@ finish() {
 trap finish EXIT
 
 mkfifo "$scratch/display"
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3<>"$scratch/display" >"$scratch/xvfb.log" 2>&1 &
+Xvfb -displayfd 3 -screen 0 1024x900x24 -nolisten tcp 3<>"$scratch/display" >"$scratch/xvfb.log" 2>&1 &
 started+=($!)
 exec 4<>"$scratch/display"
 if ! read -r -t 20 number <&4; then

@@ -150,7 +150,7 @@ FactChange safeArea(const Value& value, std::string_view name) {
 
 FactChange keyboardOpen(const Value& value, std::string_view name) {
     const bool open = requireBoolean(value, inQuotes(name));
-    return [open](const DeviceParts& parts) { parts.views.setKeyboardOpen(open); };
+    return [open](const DeviceParts& parts) { parts.interface.setKeyboardOpen(open); };
 }
 
 FactChange accelerometer(const Value& value, std::string_view name) {

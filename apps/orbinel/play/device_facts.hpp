@@ -3,12 +3,12 @@
 #include <functional>
 #include <vector>
 
+#include "apps/orbinel/play/play_interface.hpp"
 #include "orbinel/headless/headless_accelerometer.hpp"
 #include "orbinel/headless/headless_application.hpp"
 #include "orbinel/headless/headless_device.hpp"
 #include "orbinel/headless/headless_notifications.hpp"
 #include "orbinel/headless/headless_scheduler.hpp"
-#include "orbinel/headless/headless_views.hpp"
 #include "orbinel/value.hpp"
 
 namespace orbinel::tool {
@@ -19,7 +19,7 @@ struct DeviceParts {
     headless::HeadlessApplication& application;
     headless::HeadlessNotifications& notifications;
     headless::HeadlessScheduler& scheduler;
-    headless::HeadlessViews& views;
+    PlayInterface& interface;
     headless::HeadlessAccelerometer& accelerometer;
 };
 

@@ -14,22 +14,15 @@ namespace orbinel::tool {
 
 namespace {
 
-constexpr std::array<std::string_view, 15> kinds{"step",
-                                                 "request",
-                                                 "response",
-                                                 "callback",
-                                                 "console",
-                                                 "state",
-                                                 "expectation",
-                                                 "view",
-                                                 "script",
-                                                 "opened",
-                                                 "permission_request",
-                                                 "pasteboard",
-                                                 "registered_for_push",
-                                                 "haptic",
-                                                 "review_prompt"};
-constexpr std::array<std::string_view, 4> laterKinds{"host_called", "page", "screenshot", "template"};
+constexpr std::array<std::string_view, 16> kinds{"step",        "request",
+                                                 "response",    "callback",
+                                                 "console",     "state",
+                                                 "expectation", "view",
+                                                 "page",        "script",
+                                                 "opened",      "permission_request",
+                                                 "pasteboard",  "registered_for_push",
+                                                 "haptic",      "review_prompt"};
+constexpr std::array<std::string_view, 1> laterKinds{"host_called"};
 
 /// Entries of these kinds are one object; those of all others have their content beside the kind.
 bool startsInside(std::string_view kind) { return kind == "request" || kind == "response"; }

@@ -3,8 +3,6 @@
 #include <utility>
 
 #include "apps/orbinel/play/not_carried_out.hpp"
-#include "core/current_world.hpp"
-#include "core/world.hpp"
 #include "inapp/view_tags.hpp"
 
 namespace orbinel::tool {
@@ -38,13 +36,6 @@ void HeadlessPlayedPage::tapBrowserClose() { tap(kPUSHBROWSERCLOSEBUTTONVIEWTAG,
 
 void HeadlessPlayedPage::tap(std::int32_t tag, const char* what) {
     if (!views_->tap(tag)) throw NotCarriedOut(std::string("there is no ") + what);
-}
-
-/// Native buttons are of messages without a page of their own; what they do is the library's.
-void HeadlessPlayedPage::tap(const InappButton& native) {
-    const auto world = current_world::get();
-    if (world == nullptr) throw NotCarriedOut("the library does not run");
-    world->inappButtons.inappButtonClicked(native);
 }
 
 }  // namespace orbinel::tool

@@ -20,7 +20,6 @@ public:
     void terminate() override;
     void tapClose() override;
     void tapBrowserClose() override;
-    void tap(const InappButton& native) override;
 
 private:
     [[nodiscard]] headless::HeadlessPage& page() const;

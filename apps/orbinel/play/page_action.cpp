@@ -10,6 +10,9 @@
 #include <utility>
 
 #include "apps/orbinel/play/fields.hpp"
+#include "apps/orbinel/play/not_carried_out.hpp"
+#include "core/current_world.hpp"
+#include "core/world.hpp"
 #include "hosts/common/rapidjson_json.hpp"
 
 namespace orbinel::tool {
@@ -50,9 +53,16 @@ InappButton readNativeButton(const Value& json) {
     return button;
 }
 
+/// Native buttons are of messages without a page of their own; what they do is the library's.
+void press(const InappButton& native) {
+    const auto world = current_world::get();
+    if (world == nullptr) throw NotCarriedOut("the library does not run");
+    world->inappButtons.inappButtonClicked(native);
+}
+
 PageAction readTap(const Value& json) {
     if (json.ifDictionary() != nullptr) {
-        return [button = readNativeButton(json)](PlayedPage& page) { page.tap(button); };
+        return [button = readNativeButton(json)](PlayedPage&) { press(button); };
     }
     const auto& what = requireText(json, "\"tap\"");
     if (what == "close") return [](PlayedPage& page) { page.tapClose(); };

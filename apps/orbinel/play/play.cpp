@@ -33,7 +33,7 @@ constexpr std::size_t largestScenario = 64 * 1024 * 1024;  // bytes
 struct PlayOptions {
     std::optional<std::string> endpoint;
     std::optional<std::string> dataDirectory;
-    std::optional<std::string> interface;
+    Interface interface = Interface::headless;
     bool pretty = false;
     std::string file;
 };
@@ -107,7 +107,7 @@ int exitStatusOf(Player::Verdict verdict) {
 int playIn(const std::filesystem::path& directory, const Scenario& scenario, const PlayOptions& options) {
     const auto scheduler = makeScheduler(scenario.clockStart);
     Trace trace(*scheduler, std::cout, options.pretty ? Trace::Form::pretty : Trace::Form::lines);
-    PlayHost host(scheduler, scenario.clockStart.has_value(), directory, trace);
+    PlayHost host(scheduler, scenario.clockStart.has_value(), directory, trace, options.interface);
     Player player(scenario, host, trace,
                   [&](const std::string& clause) { complain(options.file, clause, exitNotCarriedOut); });
     return exitStatusOf(player.play());
@@ -115,7 +115,7 @@ int playIn(const std::filesystem::path& directory, const Scenario& scenario, con
 
 int play(const PlayOptions& options) {
     try {
-        const auto read = readScenario(readFile(options.file), options.endpoint);
+        const auto read = readScenario(readFile(options.file), options.endpoint, options.interface);
         if (const auto* unusable = std::get_if<Unusable>(&read)) throw *unusable;
         const auto& scenario = std::get<Scenario>(read);
         if (options.dataDirectory) {
@@ -135,6 +135,7 @@ int play(const PlayOptions& options) {
 
 int runPlay(std::span<const std::string> arguments) {
     PlayOptions options;
+    std::optional<std::string> interface;
     OptionParser parser("play", "FILE|-",
                         "Drives the library as the scenario in FILE says and writes what happens, one JSON object a "
                         "line.\nEnds with 0 when every expectation held, 1 when one failed, 2 when the scenario is "
@@ -142,13 +143,13 @@ int runPlay(std::span<const std::string> arguments) {
     parser.addText("endpoint", "URL", "what ${endpoint} stands for in the scenario", options.endpoint);
     parser.addText("data-dir", "DIR", "where everything is stored (default: a temporary directory)",
                    options.dataDirectory);
-    parser.addText("ui", "headless|gtk", "the views (default: headless)", options.interface);
+    parser.addText("ui", "headless|gtk", "where messages are shown (default: headless)", interface);
     parser.addFlag("pretty", "write the trace for people", options.pretty);
     const auto files = parser.parse(arguments);
     if (!files) return parser.exitStatus();
     if (files->size() != 1) return parser.misuse("one scenario file is needed");
-    if (options.interface == "gtk") return parser.misuse("--ui gtk does not exist yet");
-    if (options.interface && options.interface != "headless") return parser.misuse("--ui takes headless or gtk");
+    if (interface && interface != "headless" && interface != "gtk") return parser.misuse("--ui takes headless or gtk");
+    if (interface == "gtk") options.interface = Interface::gtk;
     options.file = files->front();
     return play(options);
 }

@@ -4,6 +4,8 @@
 #include <random>
 #include <utility>
 
+#include "apps/orbinel/play/gtk_interface.hpp"
+#include "apps/orbinel/play/headless_interface.hpp"
 #include "apps/orbinel/play/traced_device.hpp"
 #include "core/current_world.hpp"
 #include "core/world.hpp"
@@ -24,7 +26,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds longestSlice{50};  // real-time work falls due without anybody saying so
 constexpr std::chrono::milliseconds longestEnd{5000};
 
 /// In virtual time two plays of one scenario are the same play; in real time they are two devices.
@@ -39,7 +40,7 @@ std::shared_ptr<headless::HeadlessScheduler> makeScheduler(const std::optional<d
 }
 
 PlayHost::PlayHost(std::shared_ptr<headless::HeadlessScheduler> scheduler, bool isVirtual,
-                   std::filesystem::path directory, Trace& trace)
+                   std::filesystem::path directory, Trace& trace, Interface interface)
     : scheduler_(std::move(scheduler)),
       directory_(std::move(directory)),
       json_(std::make_shared<hosts::RapidJson>()),
@@ -54,17 +55,23 @@ PlayHost::PlayHost(std::shared_ptr<headless::HeadlessScheduler> scheduler, bool 
       console_(std::make_shared<headless::HeadlessConsole>([&trace](std::string_view line) {
           trace.write({{"console", line}});
       })),
-      views_(std::make_shared<headless::HeadlessViews>(scheduler_, device_)),
+      interface_(makeInterface(interface)),
       accelerometer_(std::make_shared<headless::HeadlessAccelerometer>(scheduler_)),
       trace_(trace),
-      presentation_(trace),
-      page_(views_) {
+      presentation_(trace) {
     application_->setState(platform::ApplicationState::inactive);
 }
 
 PlayHost::~PlayHost() {
     shutdown();
     static_cast<void>(settle(longestEnd));
+}
+
+std::unique_ptr<PlayInterface> PlayHost::makeInterface(Interface interface) {
+    if (interface == Interface::headless) {
+        return std::make_unique<HeadlessInterface>(std::make_shared<headless::HeadlessViews>(scheduler_, device_));
+    }
+    return makeGtkInterface([this](const auto& condition, auto limit) { return drainUntil(condition, limit); });
 }
 
 platform::Services PlayHost::services() const {
@@ -79,7 +86,7 @@ platform::Services PlayHost::services() const {
             device_,
             std::make_shared<TracedNotifications>(notifications_, trace_),
             console_,
-            views_,
+            interface_->views(),
             accelerometer_,
             std::make_shared<TracedHaptics>(std::make_shared<headless::HeadlessHaptics>(), trace_),
             std::make_shared<TracedPasteboard>(std::make_shared<headless::HeadlessPasteboard>(), trace_),
@@ -87,7 +94,7 @@ platform::Services PlayHost::services() const {
 }
 
 void PlayHost::changeDevice(const std::vector<FactChange>& changes) {
-    const DeviceParts parts{*device_, *application_, *notifications_, *scheduler_, *views_, *accelerometer_};
+    const DeviceParts parts{*device_, *application_, *notifications_, *scheduler_, *interface_, *accelerometer_};
     for (const auto& change : changes) change(parts);
 }
 
@@ -138,8 +145,8 @@ void PlayHost::post(std::string_view notification, const Dictionary& info) {
     namespace names = platform::notification_names;
     if (notification == names::didBecomeActive) application_->setState(platform::ApplicationState::active);
     if (notification == names::didEnterBackground) application_->setState(platform::ApplicationState::background);
-    if (notification == names::keyboardWillShow) views_->setKeyboardOpen(true);
-    if (notification == names::keyboardWillHide) views_->setKeyboardOpen(false);
+    if (notification == names::keyboardWillShow) interface_->setKeyboardOpen(true);
+    if (notification == names::keyboardWillHide) interface_->setKeyboardOpen(false);
     notificationCentre_->post(notification, info);
 }
 
@@ -150,10 +157,17 @@ void PlayHost::shake(const platform::Acceleration& acceleration) {
 void PlayHost::drain() {
     do {
         scheduler_->runUntilIdle();
+        interface_->iterate();
         // Twice: what a store's completion asks a store for stands in line behind the first waiting.
         defaults_->waitUntilWritten();
         defaults_->waitUntilWritten();
     } while (scheduler_->hasDueWork());
+}
+
+void PlayHost::turn() {
+    scheduler_->runUntilIdle();
+    interface_->iterate();
+    scheduler_->waitForWork(interface_->longestWait());
 }
 
 bool PlayHost::settle(std::chrono::milliseconds limit, const std::vector<std::string>& ignoredUrlParts) {
@@ -168,7 +182,7 @@ bool PlayHost::drainUntil(const std::function<bool()>& condition, std::chrono::m
         // A completion that has returned since then may have left work behind.
         if (condition() && !scheduler_->hasDueWork() && http_->changes() == known) return true;
         if (Clock::now() >= deadline) return false;
-        http_->waitForChange(known, std::min(deadline, Clock::now() + longestSlice));
+        http_->waitForChange(known, std::min(deadline, Clock::now() + interface_->longestWait()));
     }
 }
 

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "apps/orbinel/play/device_facts.hpp"
-#include "apps/orbinel/play/headless_page.hpp"
 #include "apps/orbinel/play/not_carried_out.hpp"
+#include "apps/orbinel/play/play_interface.hpp"
 #include "apps/orbinel/play/remembering_secure_items.hpp"
 #include "apps/orbinel/play/scenario.hpp"
 #include "apps/orbinel/play/trace.hpp"
@@ -26,14 +26,15 @@ namespace orbinel::tool {
 /// The clock of a scenario: a virtual one that begins there, or the real one.
 [[nodiscard]] std::shared_ptr<headless::HeadlessScheduler> makeScheduler(const std::optional<double>& clockStart);
 
-/// The platform of a play: HTTP and storage of Linux, everything else in memory; and the library that runs on it.
+/// The platform of a play: HTTP and storage of Linux, the views of an interface, everything
+/// else in memory; and the library that runs on it.
 ///
 /// Threads: made, used and ended on the scheduler's main thread.
 class PlayHost {
 public:
-    /// The trace must outlive it. The directory must be there.
+    /// The trace must outlive it. The directory must be there. Throws `Unusable` where there is no such interface.
     PlayHost(std::shared_ptr<headless::HeadlessScheduler> scheduler, bool isVirtual, std::filesystem::path directory,
-             Trace& trace);
+             Trace& trace, Interface interface);
     ~PlayHost();
     PlayHost(const PlayHost&) = delete;
     PlayHost& operator=(const PlayHost&) = delete;
@@ -64,14 +65,18 @@ public:
     /// Drains until the condition, asked after each change, holds; false when the limit (real time) comes first.
     [[nodiscard]] bool drainUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
 
+    /// Runs the due work of the queues alone, then waits for more of it, for a moment at most.
+    void turn();
+
     /// Delivers one sample of the accelerometer, in g.
     void shake(const platform::Acceleration& acceleration);
 
-    [[nodiscard]] PlayedPage& page() { return page_; }
+    [[nodiscard]] PlayInterface& interface() { return *interface_; }
     [[nodiscard]] headless::HeadlessScheduler& scheduler() { return *scheduler_; }
     [[nodiscard]] const RememberingSecureItems& secureItems() const { return *secureItems_; }
 
 private:
+    [[nodiscard]] std::unique_ptr<PlayInterface> makeInterface(Interface interface);
     [[nodiscard]] platform::Services services() const;
     void waitForCancelledRequests();
 
@@ -87,11 +92,10 @@ private:
     const std::shared_ptr<headless::HeadlessDevice> device_;
     const std::shared_ptr<headless::HeadlessNotifications> notifications_;
     const std::shared_ptr<platform::Console> console_;
-    const std::shared_ptr<headless::HeadlessViews> views_;
+    const std::unique_ptr<PlayInterface> interface_;
     const std::shared_ptr<headless::HeadlessAccelerometer> accelerometer_;
     Trace& trace_;
     TracedPresentation presentation_;
-    HeadlessPlayedPage page_;
 };
 
 }  // namespace orbinel::tool

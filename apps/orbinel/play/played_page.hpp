@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "inapp/collaborators.hpp"
 #include "orbinel/platform/web_view.hpp"
 #include "orbinel/value.hpp"
 
@@ -33,7 +32,6 @@ public:
     // What the person presses.
     virtual void tapClose() = 0;
     virtual void tapBrowserClose() = 0;
-    virtual void tap(const InappButton& native) = 0;
 };
 
 }  // namespace orbinel::tool

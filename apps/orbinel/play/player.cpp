@@ -86,10 +86,7 @@ void Player::inBackground(const std::function<void()>& work) {
         done = true;
         scheduler.postMain([] {});  // ends the waiting below
     });
-    while (!done) {
-        scheduler.runUntilIdle();
-        scheduler.waitForWork(std::chrono::seconds(1));
-    }
+    while (!done) host_.turn();
     thread.join();
     if (failure != nullptr) std::rethrow_exception(failure);
 }
@@ -135,8 +132,16 @@ void Player::run(const DeviceStep& device) { host_.changeDevice(device.changes);
 
 void Player::run(const TemplateStep& step) {
     const Trace::Action action(trace_);
-    step.action(host_.page());
+    step.action(host_.interface().page());
 }
+
+void Player::run(const PageStep& page) {
+    auto value = host_.interface().evaluate(page.expression);
+    if (value.isAbsent()) value = Null{};
+    trace_.write({{"page", std::move(value)}});
+}
+
+void Player::run(const ScreenshotStep& screenshot) { host_.interface().screenshot(screenshot.file); }
 
 void Player::run(const ShakeStep& shake) { host_.shake(shake.acceleration); }
 

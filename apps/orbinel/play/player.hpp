@@ -43,6 +43,8 @@ private:
     void run(const RepeatStep& repeat);
     void run(const InspectStep& inspect);
     void run(const TemplateStep& step);
+    void run(const PageStep& page);
+    void run(const ScreenshotStep& screenshot);
     void run(const ShakeStep& shake);
     void run(const MarkStep& mark);
     void run(const Expectation& expectation);

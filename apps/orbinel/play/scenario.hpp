@@ -19,6 +19,9 @@
 /// A scenario that has been read and checked as a whole: playing it can fail, but it cannot be misunderstood.
 namespace orbinel::tool {
 
+/// Where a play shows its messages.
+enum class Interface { headless, gtk };
+
 struct Invocation {
     const Operation* operation = nullptr;
     std::vector<Argument> arguments;
@@ -69,6 +72,16 @@ struct TemplateStep {
     PageAction action;
 };
 
+/// Evaluates in the page.
+struct PageStep {
+    std::string expression;
+};
+
+/// Takes a picture of the window.
+struct ScreenshotStep {
+    std::string file;
+};
+
 /// One sample of the accelerometer.
 struct ShakeStep {
     platform::Acceleration acceleration;
@@ -90,7 +103,7 @@ struct RepeatStep {
 struct Step {
     std::vector<std::size_t> place;  // its number from 0; within a repetition, the repetition's first
     std::variant<CallStep, NotifyStep, DeviceStep, AdvanceStep, SettleStep, WaitForStep, RelaunchStep, RepeatStep,
-                 InspectStep, TemplateStep, ShakeStep, MarkStep, Expectation, ReleaseStep>
+                 InspectStep, TemplateStep, PageStep, ScreenshotStep, ShakeStep, MarkStep, Expectation, ReleaseStep>
         action;
 };
 

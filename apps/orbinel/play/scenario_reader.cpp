@@ -77,7 +77,7 @@ Preset readPreset(const Value& json, ArgumentReader& arguments) {
     return preset;
 }
 
-Scenario readChecked(std::string_view text, const std::optional<std::string>& endpoint) {
+Scenario readChecked(std::string_view text, const std::optional<std::string>& endpoint, Interface interface) {
     auto json = parsed(text);
     replaceEndpoint(json, endpoint);
     Fields fields(json, "the scenario");
@@ -85,10 +85,13 @@ Scenario readChecked(std::string_view text, const std::optional<std::string>& en
     Scenario scenario;
     scenario.name = requireText(fields.require("name"), "\"name\"");
     scenario.clockStart = readClock(fields);
+    if (scenario.clockStart && interface == Interface::gtk) {
+        throw Unusable("the clock cannot be virtual with --ui gtk");
+    }
     if (const auto* device = fields.find("device")) scenario.device = readFacts(*device);
     if (fields.find("host") != nullptr) throw Unusable("\"host\" does not exist yet");
     if (const auto* preset = fields.find("preset")) scenario.preset = readPreset(*preset, arguments);
-    StepReader steps(arguments, scenario.clockStart.has_value());
+    StepReader steps(arguments, scenario.clockStart.has_value(), interface);
     scenario.steps = steps.read(fields.require("steps"));
     fields.expectNoOthers();
     return scenario;
@@ -96,10 +99,10 @@ Scenario readChecked(std::string_view text, const std::optional<std::string>& en
 
 }  // namespace
 
-std::variant<Scenario, Unusable> readScenario(std::string_view text,
-                                              const std::optional<std::string>& endpoint) noexcept {
+std::variant<Scenario, Unusable> readScenario(std::string_view text, const std::optional<std::string>& endpoint,
+                                              Interface interface) noexcept {
     try {
-        return readChecked(text, endpoint);
+        return readChecked(text, endpoint, interface);
     } catch (const Unusable& error) {
         return error;
     } catch (const std::exception& error) {

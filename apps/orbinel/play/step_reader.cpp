@@ -15,11 +15,10 @@ constexpr double mostSteps = 1'000'000;           // of one play, repetitions co
 constexpr double longestLimit = 3600;             // seconds, real time
 constexpr double longestAdvance = 3'155'760'000;  // seconds: a hundred years
 
-constexpr std::array<std::string_view, 14> stepKinds{"call",     "notify",   "device",   "advance", "settle",
-                                                     "wait_for", "relaunch", "inspect",  "repeat",  "mark",
-                                                     "expect",   "release",  "template", "shake"};
-constexpr std::array<std::string_view, 6> laterStepKinds{"push",         "open_url", "user_activity",
-                                                         "device_token", "page",     "screenshot"};
+constexpr std::array<std::string_view, 16> stepKinds{
+    "call",   "notify", "device", "advance", "settle",   "wait_for", "relaunch",   "inspect",
+    "repeat", "mark",   "expect", "release", "template", "page",     "screenshot", "shake"};
+constexpr std::array<std::string_view, 4> laterStepKinds{"push", "open_url", "user_activity", "device_token"};
 constexpr double hardestShake = 1000;  // g
 
 constexpr std::array notifications{
@@ -148,6 +147,8 @@ StepReader::Action StepReader::readAction(const Value& json, const Place& place,
         if (name == "inspect") return readInspect(fields);
         if (name == "repeat") return readRepeat(fields, place, rounds);
         if (name == "template") return TemplateStep{readPageAction(fields.require("template"))};
+        if (name == "page") return PageStep{readWindowText(fields, name)};
+        if (name == "screenshot") return ScreenshotStep{readWindowText(fields, name)};
         if (name == "shake") return readShake(fields);
         if (name == "mark") return readMark(fields);
         if (name == "expect") return readExpectation(fields.require("expect"), arguments_);
@@ -242,6 +243,11 @@ AdvanceStep StepReader::readAdvance(Fields& fields) const {
     AdvanceStep advance{requireNumber(fields.require("advance"), "\"advance\"", 0, longestAdvance)};
     if (const auto* settle = fields.find("settle")) advance.settle = requireBoolean(*settle, "\"settle\"");
     return advance;
+}
+
+std::string StepReader::readWindowText(Fields& fields, std::string_view key) const {
+    if (interface_ != Interface::gtk) throw Unusable(inQuotes(key) + " needs --ui gtk");
+    return requireText(fields.require(key), inQuotes(key));
 }
 
 WaitForStep StepReader::readWaitFor(Fields& fields) {

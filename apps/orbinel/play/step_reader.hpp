@@ -15,8 +15,8 @@ namespace orbinel::tool {
 /// kept. Throws `Unusable`, with the step's number.
 class StepReader {
 public:
-    StepReader(ArgumentReader& arguments, bool hasVirtualClock)
-        : arguments_(arguments), hasVirtualClock_(hasVirtualClock) {}
+    StepReader(ArgumentReader& arguments, bool hasVirtualClock, Interface interface)
+        : arguments_(arguments), hasVirtualClock_(hasVirtualClock), interface_(interface) {}
 
     [[nodiscard]] std::vector<Step> read(const Value& json);
 
@@ -34,6 +34,8 @@ private:
     [[nodiscard]] Argument readProducts(const Value& json, std::string_view what);
     [[nodiscard]] NotifyStep readNotification(Fields& fields);
     [[nodiscard]] AdvanceStep readAdvance(Fields& fields) const;
+    /// The text of a step that only a window can carry out.
+    [[nodiscard]] std::string readWindowText(Fields& fields, std::string_view key) const;
     [[nodiscard]] WaitForStep readWaitFor(Fields& fields);
     [[nodiscard]] RepeatStep readRepeat(Fields& fields, const Place& place, double rounds);
     [[nodiscard]] ReleaseStep readRelease(Fields& fields);
@@ -41,6 +43,7 @@ private:
 
     ArgumentReader& arguments_;
     const bool hasVirtualClock_;
+    const Interface interface_;
     std::map<std::string, ThingKind, std::less<>> kept_;
     double played_ = 0;  // steps so far, repetitions counted out
 };
