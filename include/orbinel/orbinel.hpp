@@ -210,7 +210,7 @@ public:
     static void removeInapp() noexcept;
 
     /// The same, not gated; the completion, which may be empty, is called afterwards on the main queue, also where
-    /// there was nothing to remove.
+    /// there was nothing to remove; but not while the library is not started.
     static void removeInappWithCompletionHandler(std::function<void()> completion) noexcept;
 
     /// Shows messages again, from the next one on. Not gated.

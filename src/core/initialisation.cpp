@@ -45,6 +45,7 @@ Initialisation::Initialisation(const Needs& needs)
       recommendations_(needs.recommendations),
       lifecycle_(needs.lifecycle),
       templateEvents_(needs.templateEvents),
+      frequencyCap_(needs.frequencyCap),
       inapp_(needs.inapp),
       features_(needs.features),
       lifetime_(needs.lifetime),
@@ -187,8 +188,8 @@ void Initialisation::flushSDKCache() noexcept {
         wizard_.terminateConnection();
         auto& store = helper_.standardStore();
         store.set(keys::retryIdentityRequest, false);
-        store.set(keys::inappFrequency, {});
         store.synchronize();
+        frequencyCap_.forget();
         reports_.log(LogType::common, LogLevel::info, "Cached SDK data flushed.");
     });
 }

@@ -10,6 +10,7 @@
 #include "base/reports.hpp"
 #include "core/lifecycle.hpp"
 #include "core/pending_features.hpp"
+#include "inapp/frequency_cap.hpp"
 #include "inapp/presentation.hpp"
 #include "inapp/template_events.hpp"
 #include "orbinel/platform/notification_centre.hpp"
@@ -50,6 +51,7 @@ public:
         OrbinelRecommendation& recommendations;
         Lifecycle& lifecycle;
         TemplateEvents& templateEvents;
+        FrequencyCap& frequencyCap;
         InappPresentation& inapp;
         PendingFeatures& features;
         const Lifetime& lifetime;
@@ -100,6 +102,7 @@ private:
     OrbinelRecommendation& recommendations_;
     Lifecycle& lifecycle_;
     TemplateEvents& templateEvents_;
+    FrequencyCap& frequencyCap_;
     InappPresentation& inapp_;
     PendingFeatures& features_;
     const Lifetime& lifetime_;

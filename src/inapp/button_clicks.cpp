@@ -51,7 +51,8 @@ void ButtonClicks::close(const InappButton& button) {
     const bool isCloseButton = button.tag == kCloseButtonDismissControlTag;
     logging->addInappLog(isCloseButton ? kCloseButtonDismissValue : button.tag);
     if (button.tag == kBANNERCLICKED) return;
-    screen->removeInapp({});
+    // Of the control group nothing is on the screen, and what has been handed over is another message.
+    if (button.tag != kDISSMISSTYPECONTROL) screen->removeInapp({});
     reports_.log(LogType::inapp, LogLevel::info, "RemoveFromSuperview is called.", [] {
         return Dictionary{{"reason", "inappButtonClicked method"}};
     });

@@ -121,12 +121,14 @@ void CampaignSelection::present(const Campaign& inapp) {
     }
     presented_.present(inapp);
     logControlGroup();
+    presented_.clear(inapp);
 }
 
 void CampaignSelection::logControlGroup() {
     const ControlGroupBeingLogged logging;
     InappButton button;
     button.tag = kDISSMISSTYPECONTROL;
+    presented_.setShouldAddInappLog(true);  // although it is never shown
     buttonClicks->inappButtonClicked(button);
     reports_.log(LogType::inapp, LogLevel::error, "Can't show inapp.", [] {
         return Dictionary{{"reason", "inappPosition -1"}};
@@ -143,8 +145,7 @@ void CampaignSelection::showCustomInapp(const Dictionary& content, std::string_v
                                           {"delay", 0},
                                           {"content", content}}});
         if (eventName != testInapp) return;
-        checkInapp(testInapp, 1);
-        presenter->showInapp();
+        if (checkInapp(testInapp, 1)) presenter->showInapp();
     });
 }
 

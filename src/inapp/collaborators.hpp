@@ -130,6 +130,7 @@ class InappShakeDetector {
 public:
     virtual ~InappShakeDetector() = default;
     virtual void destroyShakeDetector() = 0;
+    [[nodiscard]] virtual bool isObserving() const noexcept = 0;  // main thread
 };
 
 }  // namespace orbinel

@@ -69,6 +69,18 @@ void FrequencyCap::cleanFrequencyCache() noexcept {
     });
 }
 
+void FrequencyCap::forget() noexcept {
+    guarded(reports_, "+[OrbinelInapp forgetFrequencies]", [&] {
+        {
+            const MutexLock lock(mutex_);
+            caps_.clear();
+            read_ = true;
+            changed_ = true;
+        }
+        writeBack();
+    });
+}
+
 void FrequencyCap::readStored() {
     {
         const MutexLock lock(mutex_);
@@ -93,7 +105,8 @@ void FrequencyCap::writeBack() {
             changed_ = false;
             writing_ = true;
         }
-        helper_.standardStore().set(keys::inappFrequency, std::move(newest));
+        const bool none = newest.empty();
+        helper_.standardStore().set(keys::inappFrequency, none ? Value() : Value(std::move(newest)));
         helper_.standardStore().synchronize();
     }
 }

@@ -29,6 +29,9 @@ public:
     /// an ID or a frequency is never capped.
     [[nodiscard]] bool isFreqCapped(const Dictionary& inapp) noexcept;
 
+    /// Forgets every cap, also in the store.
+    void forget() noexcept;
+
     /// Forgets what has passed.
     void cleanFrequencyCache() noexcept;
 

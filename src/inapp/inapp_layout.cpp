@@ -36,7 +36,9 @@ TemplateLayout::TemplateLayout(Dictionary templateLayout)
 
 TemplateLayout TemplateLayout::adjusted(const Dictionary& templateLayout) const {
     auto source = source_;
-    for (const auto& [key, value] : templateLayout) source.set(key, value);
+    for (const auto* key : {"height", "position", "ignoreSafeZone"}) {
+        if (const auto* value = templateLayout.find(key)) source.set(key, *value);
+    }
     return TemplateLayout(std::move(source));
 }
 

@@ -17,11 +17,6 @@ Value integerField(const Dictionary& inapp, std::string_view field) {
     return std::in_range<std::int32_t>(number) ? Value(static_cast<std::int32_t>(number)) : Value(number);
 }
 
-/// Reasons to close a message before it could be shown.
-bool neverShown(std::int32_t dismissType) {
-    return dismissType == inappCloseReasonKeyboardDismissType || dismissType == kDISSMISSTYPECONTROL;
-}
-
 }  // namespace
 
 InappLogs::InappLogs(const Needs& needs)
@@ -36,8 +31,7 @@ void InappLogs::addInappLog(std::int32_t dismissType) noexcept {
         if (auto* detector = shakeDetector.get()) detector->destroyShakeDetector();
         const auto inapp = presented_.activeInapp();
         if (inapp == nullptr) return;
-        const bool shown = presented_.takeShouldAddInappLog();
-        if (shown || neverShown(dismissType)) logClose(*inapp, dismissType);
+        if (presented_.takeShouldAddInappLog()) logClose(*inapp, dismissType);
     });
 }
 
@@ -54,6 +48,7 @@ void InappLogs::logClose(const Dictionary& inapp, std::int32_t dismissType) {
 
 void InappLogs::addClickLog(const Dictionary& click) noexcept {
     guarded(reports_, "+[OrbinelInapp addClickLog:]", [&] {
+        if (!presented_.mayKeep(click)) return reports_.note("Dropped a click: the message has sent too much.");
         auto log = click;
         log.set("timestamp", helper_.getNowAsTimestamp());
         if (!presented_.addClick(std::move(log))) reports_.note("Dropped a click: the message has too many.");

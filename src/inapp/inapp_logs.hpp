@@ -31,8 +31,9 @@ public:
 
     Late<InappShakeDetector> shakeDetector;
 
-    /// Stops the shake detector, and logs the close once: where the message was shown, or never could be (an open
-    /// keyboard, the control group). The log is the event "inapp_seen" as well, without its clicks.
+    /// Stops the shake detector, and logs the close once: where the message was shown, or its presenter wants it
+    /// although it never could be (an open keyboard, the control group). The log is the event "inapp_seen" as well,
+    /// without its clicks.
     void addInappLog(std::int32_t dismissType) noexcept override;
 
     /// Kept until the close is logged, with the moment it came. Beyond 1,000 clicks of one message they are dropped.

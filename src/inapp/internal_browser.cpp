@@ -97,6 +97,11 @@ void InternalBrowser::layOut(platform::View& overlay) {
         LayoutBuilder().pin({Edge::top, Edge::right}, Guide::safeArea, inset).size(button, button).constraints());
 }
 
+void InternalBrowser::bringToFront() {
+    const auto overlay = needs_.views.overlay();
+    if (view_ != nullptr && overlay != nullptr) overlay->addChild(view_);
+}
+
 void InternalBrowser::close() {
     // Not while its own button calls.
     needs_.scheduler.postMain(needs_.lifetime.whileAlive([this, closing = view_] {

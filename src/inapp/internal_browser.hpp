@@ -32,6 +32,7 @@ public:
 
     /// Opens the page in place of one that is open. False where it is opened outside.
     bool openBrowserUrl(const std::string& url);
+    void bringToFront();
     [[nodiscard]] bool isOpen() const noexcept { return page_ != nullptr; }
 
     std::function<void()> closed;  // by the person; on the main queue

@@ -7,6 +7,7 @@
 
 #include "base/guard.hpp"
 #include "base/value_text.hpp"
+#include "base/whole_number.hpp"
 #include "inapp/inapp_status.hpp"
 #include "inapp/layout_builder.hpp"
 #include "inapp/view_tags.hpp"
@@ -23,6 +24,7 @@ constexpr std::string_view ownScheme = "orbinelurl://";
 constexpr std::string_view productPage = "product_detail_page_view";
 constexpr std::int32_t inappSeenType = 5;  // among the types of the application's callback
 constexpr std::int32_t firstFailedStatus = 400;
+constexpr std::chrono::seconds longestLoad{60};  // a page that hangs must not keep all others away
 
 bool hasContent(const Value& text) { return !text.stringOrEmpty().empty(); }
 
@@ -45,7 +47,7 @@ struct InappPresentation::Template {
           place(content["template_layout"].ifDictionary() != nullptr ? *content["template_layout"].ifDictionary()
                                                                      : Dictionary()),
           namesAPage(hasContent(content["image"]) || hasContent(content["template_url"])),
-          isCustomScreen(content["type"] == Value(kCUSTOMSREEN)) {}
+          isCustomScreen(int32Of(content["type"]) == kCUSTOMSREEN) {}
 
     [[nodiscard]] Dictionary identity() const { return inappIdentity(record.get()); }
 
@@ -72,12 +74,13 @@ InappPresentation::InappPresentation(const Needs& needs)
       inappSeenCallback_({needs.reports, needs.lifetime, needs.scheduler}) {
     browser_.closed = [this] {
         if (needs_.presented.templatesAreSetToBeHidden()) needs_.views.setOverlayVisible(false, 0);
-        if (template_ != nullptr && template_->stage == Template::Stage::delayed) showInapp();
+        if (std::exchange(waitsForBrowser_, false)) showInapp();
     };
 }
 
 InappPresentation::~InappPresentation() {
     if (template_ == nullptr) return;
+    template_->webView->end();  // a host may hold the delegate for longer
     if (template_->overlay != nullptr) template_->overlay->removeFromParent();
     if (template_->container != nullptr) template_->container->removeFromParent();
 }
@@ -92,62 +95,85 @@ void InappPresentation::onMain(const char* operation, std::function<void()> work
 // --- Building ---
 
 void InappPresentation::createInappAfterAppropriateDelaysWithType(const InappLayout& layout) noexcept {
-    needs_.scheduler.postMain(needs_.lifetime.whileAlive([this, layout, asOf = cancellations_.load()] {
-        guarded(needs_.reports, {"OrbinelInapp - inAppViewCreate", DescriptionForm::nameOnly}, [&] {
-            if (asOf == cancellations_) build(layout);
-        });
-    }));
+    needs_.scheduler.postMain(needs_.lifetime.whileAlive(
+        [this, layout, record = needs_.presented.activeInapp(), asOf = cancellations_.load()] {
+            guarded(needs_.reports, {"OrbinelInapp - inAppViewCreate", DescriptionForm::nameOnly}, [&] {
+                if (asOf == cancellations_ && record != nullptr) build(record, layout);
+            });
+        }));
 }
 
-void InappPresentation::build(const InappLayout& layout) {
-    const auto record = needs_.presented.activeInapp();
-    if (record == nullptr) return;
+void InappPresentation::build(const PresentedInapp::Record& record, const InappLayout& layout) {
     const auto identity = [&] { return inappIdentity(record.get()); };
+    if (needs_.presented.activeInapp() != record) {  // another one was handed over in the same turn
+        return logStatus(needs_.reports, InappStatus::waitingForOther, identity);
+    }
     if (template_ != nullptr && template_->stage == Template::Stage::delayed) {
         logStatus(needs_.reports, InappStatus::waitingForOther, identity);
         needs_.presented.present(template_->record);  // which is still the one to be shown
         return;
     }
 
+    auto made = prepare(record, layout);
+    if (made == nullptr || !putUp(std::move(made))) needs_.presented.clear(record);
+}
+
+/// The message with its web view and its URL; nothing where it has none that can be used, which is told.
+std::unique_ptr<InappPresentation::Template> InappPresentation::prepare(const PresentedInapp::Record& record,
+                                                                        const InappLayout& layout) {
     auto made = std::make_unique<Template>(record, layout);
-    made->webView = makeWebView();
-    if (made->webView == nullptr) return needs_.presented.clear(record);
+    made->webView = makeWebView(*record);
+    if (made->webView == nullptr) return nullptr;
     const auto url = templateUrl_.getTemplateURLFromContent(made->content);
     if (!url) {
-        logStatus(needs_.reports, InappStatus::waitingForOther, identity);
-        return needs_.presented.clear(record);
+        logStatus(needs_.reports, InappStatus::waitingForOther, [&] { return made->identity(); });
+        return nullptr;
     }
     made->url = *url;
     made->origin = originOf(*url);
-    if (made->namesAPage && !isWebUrl(made->url)) {
-        logStatus(needs_.reports, InappStatus::urlInvalid, [&] {
-            auto attributes = identity();
-            attributes.set("url", made->url);
-            return attributes;
-        });
-        return needs_.presented.clear(record);
-    }
-    createInAppWithWebView(*made);
-    if (made->container == nullptr) {
-        logStatus(needs_.reports, InappStatus::loadRequested,
-                  identity);  // which is told of every message that is built
-        return needs_.presented.clear(record);
-    }
+    if (!made->namesAPage || isWebUrl(made->url)) return made;
+    logStatus(needs_.reports, InappStatus::urlInvalid, [&] {
+        auto attributes = made->identity();
+        attributes.set("url", made->url);
+        return attributes;
+    });
+    return nullptr;
+}
 
-    needs_.presented.presentWhereNone(record);  // what was removed for it may have been of the same campaign
+/// Puts the message into the window and asks for its page; false where it cannot be shown, or was removed meanwhile.
+bool InappPresentation::putUp(std::unique_ptr<Template> made) {
+    const auto asOf = cancellations_.load();
+    createInAppWithWebView(*made);
+    // Told of every message that is built, also of one without a page.
+    logStatus(needs_.reports, InappStatus::loadRequested, [&] { return made->identity(); });
+    if (made->container == nullptr) return false;
+    if (asOf != cancellations_) {
+        made->container->removeFromParent();
+        return false;
+    }
+    needs_.presented.presentWhereNone(made->record);  // what was removed for it may have been of the same campaign
     template_ = std::move(made);
     onTheScreen_ = true;
-    if (KeyboardPusher::shouldKeyboardPushInAppForInAppType(layout)) {
+    if (KeyboardPusher::shouldKeyboardPushInAppForInAppType(template_->layout)) {
         keyboardPusher_.registerForInAppPusherKeyboardNotifications(template_->container,
                                                                     [this] { observeMoved(kANIMATIONDURATION); });
     }
+    limitLoading();
     template_->webView->load(template_->url);
-    logStatus(needs_.reports, InappStatus::loadRequested, identity);
     observe(&PresentationObserver::built, *template_);
+    return true;
+}
+
+void InappPresentation::limitLoading() {
+    loadLimit_ = needs_.scheduler.postMainAfter(longestLoad, needs_.lifetime.whileAlive([this] {
+        if (template_ == nullptr || template_->stage != Template::Stage::loading) return;
+        requestFailed(*template_->record, "The page has not been loaded within a minute.");
+        giveUp();
+    }));
 }
 
 /// Nothing where no page can be shown here, which is told.
-std::shared_ptr<OrbinelWKWebView> InappPresentation::makeWebView() {
+std::shared_ptr<OrbinelWKWebView> InappPresentation::makeWebView(const Dictionary& record) {
     std::string reason = "The application has no window.";
     if (needs_.views.overlay() != nullptr) {
         constexpr float firstInspectable = 16.4F;
@@ -166,7 +192,7 @@ std::shared_ptr<OrbinelWKWebView> InappPresentation::makeWebView() {
         }
         reason = std::get<std::string>(outcome);
     }
-    requestFailed(reason);
+    requestFailed(record, reason);
     return nullptr;
 }
 
@@ -247,8 +273,7 @@ void InappPresentation::showInapp() noexcept {
 
 void InappPresentation::showBuilt() {
     using Stage = Template::Stage;
-    if (template_ == nullptr || !template_->loaded) return;
-    if (template_->stage == Stage::shown || template_->stage == Stage::leaving) return;
+    if (template_ == nullptr || template_->stage != Stage::delayed) return;
 
     auto& ready = *template_;
     needs_.reports.log(LogType::inapp, LogLevel::error, "showInapp has been called.");
@@ -260,10 +285,12 @@ void InappPresentation::showBuilt() {
     }
     if (browser_.isOpen()) {  // whose end shows the message
         needs_.reports.log(LogType::inapp, LogLevel::error, "InApp already in view.");
+        waitsForBrowser_ = true;
         return;
     }
     if (!isOrientationPortrait()) return removeInappWithCompletionHandler({});
     if (needs_.views.isKeyboardOpen()) {
+        needs_.presented.setShouldAddInappLog(true);  // although it was never shown
         needs_.logging.addInappLog(inappCloseReasonKeyboardDismissType);
         return removeInappWithCompletionHandler({});
     }
@@ -312,7 +339,11 @@ void InappPresentation::removeInappSilently() noexcept {
 
 void InappPresentation::removeInappOnProductPage() noexcept {
     onMain("-[OrbinelInapp removeInappOnProductPage:]", [this] {
-        if (template_ != nullptr && (*template_->record)["trigger"] == Value(productPage)) removeInapp({});
+        const auto active = needs_.presented.activeInapp();
+        const bool handedOver = active != nullptr && (*active)["trigger"] == Value(productPage);
+        if (handedOver || (template_ != nullptr && (*template_->record)["trigger"] == Value(productPage))) {
+            removeInapp({});
+        }
     });
 }
 
@@ -357,7 +388,13 @@ void InappPresentation::finishRemoval() {
     movement_.cancel();
     shown_ = false;
     onTheScreen_ = false;
+    waitsForBrowser_ = false;
+    loadLimit_.cancel();
     needs_.presented.clear(gone->record);
+    // The page may have started it anew while it faded.
+    if (auto* detector = shakeDetector.get(); detector != nullptr && detector->isObserving()) {
+        detector->destroyShakeDetector();
+    }
 
     observe(&PresentationObserver::removed, *gone);
     if (gone->overlay != nullptr) gone->overlay->removeFromParent();
@@ -384,7 +421,7 @@ NavigationPolicy InappPresentation::decidePolicyForNavigationAction(const platfo
         return NavigationPolicy::cancel;
     }
     if (!action.linkActivated) return NavigationPolicy::allow;
-    if (needs_.presented.content()["type"] != Value(kCUSTOMSREEN)) {
+    if (int32Of(needs_.presented.content()["type"]) != kCUSTOMSREEN) {
         InappButton banner;
         banner.tag = kBANNERCLICKED;
         if (auto* clicks = buttonClicks.get()) clicks->inappButtonClicked(banner);
@@ -406,7 +443,7 @@ NavigationPolicy InappPresentation::decidePolicyForNavigationResponse(const plat
     }
     if (response.status.value_or(0) >= firstFailedStatus) {
         if (!template_->loaded) {
-            requestFailed("HTTP status " + std::to_string(*response.status));
+            requestFailed(*template_->record, "HTTP status " + std::to_string(*response.status));
             giveUp();
         }
         return NavigationPolicy::cancel;
@@ -422,6 +459,7 @@ void InappPresentation::didFinishNavigation() {
     needs_.reports.log(LogType::inapp, LogLevel::info, "Webview delay received.", [&] {
         return Dictionary{{"requestedDelay", std::to_string(mainDelay)}};
     });
+    loadLimit_.cancel();
     template_->loaded = true;
     template_->stage = Template::Stage::delayed;
     makeInappVisibleBlock_ =
@@ -440,8 +478,7 @@ void InappPresentation::didFailNavigation(const platform::LoadFailure& failure) 
                            "Webview warning. " + std::string(kind) + " " + std::to_string(failure.code));
     }
     if (template_ == nullptr || template_->stage != Template::Stage::loading) return;
-    if (failure.provisional && !ofLoading) return;  // such as a navigation that was cancelled on purpose
-    requestFailed(failure.description);
+    requestFailed(*template_->record, failure.description);
     giveUp();
 }
 
@@ -458,9 +495,9 @@ void InappPresentation::didReceiveScriptMessage(const Value& body) {
     needs_.console.writeLine(onOneLine("[ORBINEL][message]: " + textOf(body)));
 }
 
-void InappPresentation::requestFailed(const std::string& reason) {
+void InappPresentation::requestFailed(const Dictionary& record, const std::string& reason) {
     logStatus(needs_.reports, InappStatus::requestFailed, [&] {
-        auto attributes = inappIdentity(needs_.presented.activeInapp().get());
+        auto attributes = inappIdentity(&record);
         attributes.set("reason", reason);
         return attributes;
     });
@@ -478,12 +515,14 @@ void InappPresentation::evaluateJavaScript(const std::string& script) noexcept {
 
 void InappPresentation::adjustTemplate(const Dictionary& templateLayout) noexcept {
     onMain("-[OrbinelInapp adjustTemplate:]", [this, templateLayout] {
-        if (template_ == nullptr || template_->stage == Template::Stage::leaving) return;
+        const auto overlay = needs_.views.overlay();
+        if (overlay == nullptr || template_ == nullptr || template_->stage == Template::Stage::leaving) return;
         auto& current = *template_;
         current.place = current.place.adjusted(templateLayout);
         const auto before = current.container;
         createCustomBase(current);
-        needs_.views.overlay()->addChild(before);  // back on top of what dims
+        overlay->addChild(before);  // back on top of what dims
+        browser_.bringToFront();
         if (current.overlay != nullptr && current.stage == Template::Stage::shown) current.overlay->setAlpha(1);
         layOut(current);
         observeMoved(0);

@@ -121,8 +121,11 @@ private:
     struct Template;
 
     // Building.
-    void build(const InappLayout& layout);
-    [[nodiscard]] std::shared_ptr<OrbinelWKWebView> makeWebView();
+    void build(const PresentedInapp::Record& record, const InappLayout& layout);
+    [[nodiscard]] std::unique_ptr<Template> prepare(const PresentedInapp::Record& record, const InappLayout& layout);
+    [[nodiscard]] bool putUp(std::unique_ptr<Template> made);
+    void limitLoading();
+    [[nodiscard]] std::shared_ptr<OrbinelWKWebView> makeWebView(const Dictionary& record);
     void createInAppWithWebView(Template& made);
     void removeEarlierViews();
     void createCustomBase(Template& made);
@@ -148,7 +151,7 @@ private:
     void didFailNavigation(const platform::LoadFailure& failure) override;
     void webContentProcessDidTerminate() override;
     void didReceiveScriptMessage(const Value& body) override;
-    void requestFailed(const std::string& reason);
+    void requestFailed(const Dictionary& record, const std::string& reason);
 
     void onMain(const char* operation, std::function<void()> work) noexcept;
     void setTemplateWindowHidden(bool hidden);
@@ -174,6 +177,8 @@ private:
     std::unique_ptr<Template> template_;
     platform::Ticket makeInappVisibleBlock_;
     platform::Ticket movement_;
+    platform::Ticket loadLimit_;
+    bool waitsForBrowser_ = false;  // the message is due, and only the browser is before it
     bool shown_ = false;
     bool textFieldIsEditing_ = false;
     std::vector<std::function<void()>> removalCompletions_;

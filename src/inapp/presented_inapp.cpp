@@ -1,5 +1,6 @@
 #include "inapp/presented_inapp.hpp"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -7,9 +8,27 @@
 
 namespace orbinel {
 
+namespace {
+
+/// About what the value takes when it is sent.
+std::size_t weightOf(const Value& value) {
+    constexpr std::size_t ofOne = 16;
+    if (const auto* text = value.ifString()) return ofOne + text->size();
+    std::size_t weight = ofOne;
+    if (const auto* array = value.ifArray()) {
+        for (const auto& element : *array) weight += weightOf(element);
+    } else if (const auto* dictionary = value.ifDictionary()) {
+        for (const auto& [key, entry] : *dictionary) weight += key.size() + weightOf(entry);
+    }
+    return weight;
+}
+
+}  // namespace
+
 void PresentedInapp::present(Record record) {
     const MutexLock lock(mutex_);
     activeInapp_.swap(record);  // the earlier one is released without the lock
+    kept_ = 0;
 }
 
 void PresentedInapp::presentWhereNone(Record record) {
@@ -38,6 +57,15 @@ void PresentedInapp::clear(const Record& record) {
 PresentedInapp::Record PresentedInapp::activeInapp() const {
     const MutexLock lock(mutex_);
     return activeInapp_;
+}
+
+bool PresentedInapp::mayKeep(const Value& sent) {
+    constexpr std::size_t most = std::size_t{1} << 20U;
+    const auto bytes = weightOf(sent);
+    const MutexLock lock(mutex_);
+    if (bytes > most - std::min(kept_, most)) return false;
+    kept_ += bytes;
+    return true;
 }
 
 Dictionary PresentedInapp::content() const {

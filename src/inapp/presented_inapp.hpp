@@ -46,6 +46,10 @@ public:
     /// Asks and clears in one step, so that a close is logged once.
     [[nodiscard]] bool takeShouldAddInappLog();
 
+    /// Counts what the page of the message sends to be kept: false where it is beyond 1 MiB in all, which no message
+    /// needs and the session could not carry.
+    [[nodiscard]] bool mayKeep(const Value& sent);
+
     // The clicks that the page has reported ("inappClickLog"). Beyond a thousand they are refused.
     [[nodiscard]] bool addClick(Dictionary click);
     [[nodiscard]] Array takeClicks();
@@ -58,6 +62,7 @@ private:
     Record activeInapp_ ORBINEL_GUARDED_BY(mutex_);
     bool shouldAddInappLog_ ORBINEL_GUARDED_BY(mutex_) = false;
     Array inappClickLog_ ORBINEL_GUARDED_BY(mutex_);
+    std::size_t kept_ ORBINEL_GUARDED_BY(mutex_) = 0;  // bytes, about
 };
 
 /// A record's field as text: an integer in digits; the empty text where it is missing, null or empty.

@@ -36,6 +36,8 @@ public:
     /// Stops observing. Any thread: moved to the main queue where it is another.
     void destroyShakeDetector() noexcept override;
 
+    [[nodiscard]] bool isObserving() const noexcept override { return observation_.has_value(); }
+
 private:
     void start(std::function<void()> callback);
     void take(const platform::AccelerationOrReason& sample);

@@ -18,6 +18,7 @@ void TemplateAnswers::append(Array SessionRecord::*list, Complete&& complete) {
     Dictionary answer{{"inapp_id", template_values::integerOf((*inapp)["inapp_id"])},
                       {"variant_id", template_values::integerOf((*inapp)["variant_id"])}};
     complete(answer);
+    if (!presented_.mayKeep(answer)) return reports_.note("Dropped what a page sent: it has sent too much.");
     session_.update([&](SessionRecord& record) { (record.*list).emplace_back(std::move(answer)); });
 }
 

@@ -16,7 +16,7 @@ public:
     struct Needs {
         Reports& reports;
         OrbinelSession& session;
-        const PresentedInapp& presented;
+        PresentedInapp& presented;
         const platform::Json& json;
     };
 
@@ -34,7 +34,7 @@ private:
 
     Reports& reports_;
     OrbinelSession& session_;
-    const PresentedInapp& presented_;
+    PresentedInapp& presented_;
     const platform::Json& json_;
 };
 

@@ -7,6 +7,12 @@
 
 namespace orbinel {
 
+namespace {
+
+constexpr std::size_t longestTemplateData = 16'384;  // bytes of a record; a page may repeat itself
+
+}  // namespace
+
 TemplateBridge::TemplateBridge(const Needs& needs) : reports_(needs.reports), store_(needs.store), json_(needs.json) {}
 
 void TemplateBridge::processCustomScreenClicks(std::string_view url) noexcept {
@@ -14,7 +20,7 @@ void TemplateBridge::processCustomScreenClicks(std::string_view url) noexcept {
         const auto payload = template_payload::decode(url);
         if (payload) {
             reports_.log(LogType::inapp, LogLevel::info, "Received data from WebView.", [&] {
-                return Dictionary{{"template_data", *payload}};
+                return Dictionary{{"template_data", payload->substr(0, longestTemplateData)}};
             });
         }
         const auto actions = payload ? read(*payload) : std::nullopt;

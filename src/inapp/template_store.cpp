@@ -64,6 +64,7 @@ OrbinelTemplateStore::OrbinelTemplateStore(const Needs& needs)
       nativeActions_(needs.nativeActions),
       shakes_(needs.shakes),
       urls_(needs.urls),
+      presented_(needs.presented),
       lifetime_(needs.lifetime),
       json_(needs.json),
       notificationCentre_(needs.notificationCentre),
@@ -189,8 +190,10 @@ void OrbinelTemplateStore::dismiss(const Request& request) {
 }
 
 /// What is opened may take the person away: the message is removed once more after that, in case it stayed until then.
+/// Another one that has taken its place stays.
 void OrbinelTemplateStore::configureInappRemoval(const Dictionary& parameters, Removal removal) noexcept {
     guarded(reports_, "+[OrbinelTemplateStore configureInappRemoval:]", [&] {
+        const auto asking = presented_.activeInapp();
         const auto& reason = parameters["dismiss"];
         if (removal == Removal::silent) {
             screen->removeInappSilently();
@@ -199,7 +202,10 @@ void OrbinelTemplateStore::configureInappRemoval(const Dictionary& parameters, R
             screen->removeInapp({});
         }
         const auto* redirection = parameters["redirection"].ifString();
-        if (redirection != nullptr) urls_.openUrl(*redirection, [this] { screen->removeInapp({}); });
+        if (redirection == nullptr) return;
+        urls_.openUrl(*redirection, [this, asking] {
+            if (presented_.activeInapp() == asking) screen->removeInapp({});
+        });
     });
 }
 

@@ -9,6 +9,7 @@
 #include "inapp/application_callback.hpp"
 #include "inapp/collaborators.hpp"
 #include "inapp/native_actions.hpp"
+#include "inapp/presented_inapp.hpp"
 #include "inapp/shake_detector.hpp"
 #include "inapp/template_answers.hpp"
 #include "inapp/template_attributes.hpp"
@@ -40,6 +41,7 @@ public:
         NativeActions& nativeActions;
         ShakeDetector& shakes;
         UrlOpener& urls;
+        const PresentedInapp& presented;
         const Lifetime& lifetime;
         const platform::Json& json;
         platform::Scheduler& scheduler;
@@ -106,6 +108,7 @@ private:
     NativeActions& nativeActions_;
     ShakeDetector& shakes_;
     UrlOpener& urls_;
+    const PresentedInapp& presented_;
     const Lifetime& lifetime_;
     const platform::Json& json_;
     platform::NotificationCentre& notificationCentre_;

@@ -13,7 +13,9 @@ using platform::NavigationPolicy;
 
 OrbinelWKWebView::OrbinelWKWebView(const Needs& needs) : needs_(needs) {}
 
-OrbinelWKWebView::~OrbinelWKWebView() {
+OrbinelWKWebView::~OrbinelWKWebView() { end(); }
+
+void OrbinelWKWebView::end() {
     if (webView_ == nullptr) return;
     webView_.reset();
     logStatus(needs_.reports, InappStatus::webViewReleased, LogLevel::info);

@@ -46,6 +46,9 @@ public:
     void addTo(platform::View& superview);
     void removeFromSuperview();
 
+    /// Ends the platform's view; nothing is told any more. The destructor does the same.
+    void end();
+
     // The platform's telling.
     platform::NavigationPolicy decidePolicyForNavigationAction(
         const platform::NavigationAction& action) noexcept override;

@@ -46,7 +46,7 @@ TEST_F(InitialisationTest, SwitchesThePartnerByAChainOfRequests) {
     initialise("acme");
     becomeActive();
     host.defaults->standard()->set(keys::orbinelId, "id-1");
-    host.defaults->standard()->set(keys::inappFrequency, Dictionary{{"1", -1}});
+    EXPECT_FALSE(world().frequencyCap.isFreqCapped({{"inapp_id", 1}, {"frequency", -1}}));
     Orbinel::tagEvent("before").build();
     Orbinel::reinitWithPartnerName("acme");
     EXPECT_EQ(sinks.count("Reinit returned. Partner name is the same."), 1U);
@@ -68,6 +68,7 @@ TEST_F(InitialisationTest, SwitchesThePartnerByAChainOfRequests) {
                     "Reinit OrbinelID reset completed.", "Reinit session start completed.", "Reinit completed."));
     EXPECT_TRUE(stored(keys::orbinelId).isAbsent());
     EXPECT_TRUE(stored(keys::inappFrequency).isAbsent());
+    EXPECT_FALSE(world().frequencyCap.isFreqCapped({{"inapp_id", 1}, {"frequency", -1}}));
 }
 
 TEST_F(InitialisationTest, SwitchesThePartnerWithoutRequestsWhileConsentIsWithheld) {

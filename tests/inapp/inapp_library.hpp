@@ -28,6 +28,7 @@ public:
     void showInapp() override { ++shows; }
     void inappButtonClicked(const InappButton& button) override { onClick(button); }
     void destroyShakeDetector() override { ++detectorsStopped; }
+    bool isObserving() const noexcept override { return false; }
 };
 
 /// A started library whose campaigns are chosen by objects that the test holds.

@@ -99,8 +99,11 @@ TEST_F(InappLogsTest, ACloseIsLoggedOnceWithItsClicks) {
     EXPECT_EQ(record().custom_events.back().event_params->snapshot(), close);
     EXPECT_EQ(screen.detectorsStopped, 4);
 
+    inapps->logs.addInappLog(inappCloseReasonKeyboardDismissType);  // a page may give any reason
+    EXPECT_THAT(record().inapp_logs, SizeIs(1));
+    inapps->presented.setShouldAddInappLog(true);
     inapps->logs.addInappLog(inappCloseReasonKeyboardDismissType);
-    EXPECT_THAT(record().inapp_logs, SizeIs(2));
+    ASSERT_THAT(record().inapp_logs, SizeIs(2));
     EXPECT_FALSE(record().inapp_logs[1].ifDictionary()->contains("click_logs"));
 }
 
@@ -121,6 +124,9 @@ TEST_F(InappLogsTest, APageCannotClickForEver) {
     present(1);
     for (int i = 0; i < 2000; ++i) inapps->logs.addClickLog({});
     EXPECT_THAT(inapps->presented.takeClicks(), SizeIs(1000));
+    present(2);
+    for (int i = 0; i < 4; ++i) inapps->logs.addClickLog({{"text", std::string(400'000, 'x')}});
+    EXPECT_THAT(inapps->presented.takeClicks(), SizeIs(2)) << "more than a megabyte in all";
 }
 
 TEST_F(InappLogsTest, ActionsAndReasonsHaveTheirTexts) {

@@ -31,6 +31,7 @@ public:
     }
     void openUrl(const std::string& url, std::function<void()>) override { asked.push_back("open " + url); }
     void destroyShakeDetector() override { ++detectorsDestroyed; }
+    bool isObserving() const noexcept override { return false; }
 
     std::vector<std::string> asked;
     int detectorsDestroyed = 0;
@@ -201,6 +202,25 @@ TEST_F(Presenting, AFailedPageStaysInvisibleAndMakesWayForTheNextMessage) {
     EXPECT_EQ(sinks.records().back().message, "Template request failed");
     EXPECT_EQ((*sinks.records().back().customAttributes)["reason"], Value("no engine"));
     EXPECT_EQ(presented.activeInapp(), nullptr);
+}
+
+TEST_F(Presenting, APageThatHangsAndAMessageThatWasOvertakenMakeWay) {
+    build(campaign(1, {}));
+    host.advance(59);
+    EXPECT_TRUE(presentation.isInAppOnTheScreen());
+    host.advance(2);
+    EXPECT_FALSE(presentation.isInAppOnTheScreen());
+    EXPECT_EQ(sinks.count("Template request failed"), 1u);
+
+    presented.present(std::make_shared<const Dictionary>(campaign(2, {})));
+    presentation.createInappAfterAppropriateDelaysWithType({});
+    build(campaign(3, {}));  // in the same turn
+    EXPECT_EQ(sinks.count("Waiting other orbinel webview"), 1u);
+    page()->respond(200);
+    page()->finish();
+    host.advance(1);
+    EXPECT_EQ(alpha(), 1);
+    EXPECT_EQ((*presented.activeInapp())["inapp_id"], Value(3));
 }
 
 TEST_F(Presenting, AddressesThatCannotBeUsedAreToldApart) {
