@@ -78,8 +78,9 @@ struct Bridge {
     TemplateAttributes attributes{{world_.reports, world_.userAttributes, *services.json, *services.scheduler}};
     TemplateProducts products{{world_.reports, world_.productCreation, world_.cartReminder, *services.json}};
     TemplateAnswers answers{{world_.reports, world_.session, presented, *services.json}};
-    OrbinelTemplateStore store{{world_.reports, events, attributes, products, answers, messages, native, shakes, urls, presented,
-                                world_.ownLifetime, *services.json, *services.scheduler, *services.notificationCentre}};
+    OrbinelTemplateStore store{{world_.reports, events, attributes, products, answers, messages, native, shakes, urls,
+                                presented, world_.ownLifetime, *services.json, *services.scheduler,
+                                *services.notificationCentre}};
     ButtonClicks buttons{{world_.reports, world_.helper, world_.userAttributes, native, urls, world_.ownLifetime,
                           *services.json, *services.scheduler}};
     TemplateBridge page{{world_.reports, store, *services.json}};
