@@ -63,8 +63,9 @@ void HeadlessView::completeEarlierFade() {
     fade_.cancel();
     auto completion = std::exchange(fadeCompletion_, nullptr);
     if (completion == nullptr) return;
-    completedFades_.push_back(
-        display_->scheduler().postMainAfter(milliseconds{0}, [completed = std::move(completion)] { completed(); }));
+    display_->scheduler().postMain([view = weak_from_this(), completed = std::move(completion)] {
+        if (const auto kept = view.lock()) completed();
+    });
 }
 
 void HeadlessView::addChild(const std::shared_ptr<platform::View>& child) noexcept {

@@ -101,7 +101,6 @@ private:
 
     std::function<void()> fadeCompletion_;
     platform::Ticket fade_;
-    std::vector<platform::Ticket> completedFades_;  // about to tell so
 };
 
 }  // namespace orbinel::headless

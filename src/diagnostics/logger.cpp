@@ -84,9 +84,11 @@ void OrbinelLogger::log(OrbinelLog record) noexcept {
     });
 }
 
+/// What is beyond the bound is dropped: only a loop writes so much between two batches.
 void OrbinelLogger::append(OrbinelLog record) {
+    constexpr std::size_t most = 20'000;
     const MutexLock lock(mutex_);
-    logs_.push_back(std::move(record));
+    if (logs_.size() < most) logs_.push_back(std::move(record));
 }
 
 std::string OrbinelLogger::lineOf(const OrbinelLog& record) const {
