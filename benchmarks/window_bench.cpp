@@ -74,6 +74,7 @@ private:
         options.dataDirectory = folder_.path();
         options.localisation = "en";
         if (!window_.present()) fail("the window does not become active");
+        gtk_window_set_focus(window_.get(), nullptr);  // no message comes while a text field has the keyboard
         host_ = std::make_unique<hosts::GtkHost>(window_.get(), options);
         if (!start(host_->services())) fail("the library does not start");
         world().inappPresentation.observer.bind(*this);
