@@ -63,7 +63,8 @@ struct Bridge {
     TemplateProducts products{{world.reports, world.productCreation, world.cartReminder, *services.json}};
     TemplateAnswers answers{{world.reports, world.session, presented, *services.json}};
     OrbinelTemplateStore store{{world.reports, events, attributes, products, answers, messages, native, shakes, urls,
-                                world.ownLifetime, *services.json, *services.scheduler, *services.notificationCentre}};
+                                presented, world.ownLifetime, *services.json, *services.scheduler,
+                                *services.notificationCentre}};
     TemplateBridge page{{world.reports, store, *services.json}};
 };
 
