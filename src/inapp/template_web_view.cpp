@@ -71,7 +71,7 @@ void OrbinelWKWebView::estimatedProgressChanged(double progress) noexcept {
     logStatus(
         needs_.reports, InappStatus::loading,
         [&] {
-            return Dictionary{{"estimated_progress", "%" + std::to_string(percentage)}};
+            return Dictionary{{"estimated_progress", std::string("%").append(std::to_string(percentage))}};
         },
         LogLevel::info);
 }
