@@ -249,17 +249,17 @@ TEST_F(Presenting, PositionAndHeightPlaceTheMessageInsideTheSafeArea) {
         return std::pair(place, dims);
     };
     using platform::Rectangle;
-    EXPECT_EQ(placed({}), std::pair(Rectangle(0, 47, 390, 763), false));
-    EXPECT_EQ(placed({{"height", -2}, {"ignoreSafeZone", true}}), std::pair(Rectangle(0, 0, 390, 844), false));
-    EXPECT_EQ(placed({{"height", 0.5}, {"position", 2}}), std::pair(Rectangle(0, 47, 390, 422), false));
-    EXPECT_EQ(placed({{"height", 0.5}, {"position", 5}}), std::pair(Rectangle(0, 217.5, 390, 422), true));
+    EXPECT_EQ(placed({}), std::pair(Rectangle{0, 47, 390, 763}, false));
+    EXPECT_EQ(placed({{"height", -2}, {"ignoreSafeZone", true}}), std::pair(Rectangle{0, 0, 390, 844}, false));
+    EXPECT_EQ(placed({{"height", 0.5}, {"position", 2}}), std::pair(Rectangle{0, 47, 390, 422}, false));
+    EXPECT_EQ(placed({{"height", 0.5}, {"position", 5}}), std::pair(Rectangle{0, 217.5, 390, 422}, true));
     EXPECT_EQ(placed({{"height", 0.5}, {"position", 5}, {"ignoreSafeZone", 1}}),
-              std::pair(Rectangle(0, 211, 390, 422), true));
-    EXPECT_EQ(placed({{"height", 0.5}, {"position", 42}}), std::pair(Rectangle(0, 388, 390, 422), false));
+              std::pair(Rectangle{0, 211, 390, 422}, true));
+    EXPECT_EQ(placed({{"height", 0.5}, {"position", 42}}), std::pair(Rectangle{0, 388, 390, 422}, false));
 
     buildAndShow({{"height", 0.5}, {"position", 8}});
     presentation.adjustTemplate({{"position", 5}, {"height", 0.25}});
-    EXPECT_EQ(frame(), Rectangle(0, 323, 390, 211));
+    EXPECT_EQ(frame(), (Rectangle{0, 323, 390, 211}));
     EXPECT_EQ(alpha(kOVERLAYTAG), 1);
     EXPECT_TRUE(host.views->tap(kBUTTONVIEWTAG));
 }
