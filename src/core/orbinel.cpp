@@ -63,9 +63,9 @@ std::string textOrDefault(OptionalText fallback, std::optional<std::string> read
 }
 
 void setFont(const GuardedOperation& operation, std::string_view methodType, OptionalText font,
-             void (InappPresentation::*set)(std::string) noexcept) noexcept {
+             void (PageSettings::*set)(std::string) noexcept) noexcept {
     throughGate(operation, [&](World& world) {
-        (world.inappPresentation.*set)(std::string(font.view()));
+        (world.inappPresentation.pageSettings.*set)(std::string(font.view()));
         world.reports.feed(methodType, [&] { return Dictionary{{"value", font.view()}}; });
     });
 }
@@ -434,19 +434,19 @@ void Orbinel::disableTemplates() noexcept {
 
 void Orbinel::enableTemplateDebugging() noexcept {
     onWorld("+[Orbinel enableTemplateDebugging]",
-            [](World& world) { world.inappPresentation.setDebuggingEnabled(true); });
+            [](World& world) { world.inappPresentation.pageSettings.setDebuggingEnabled(true); });
 }
 
 void Orbinel::setCustomRegularFont(OptionalText font) noexcept {
-    setFont("+[Orbinel setCustomRegularFont:]", "setCustomRegularFont", font, &InappPresentation::setCustomRegularFont);
+    setFont("+[Orbinel setCustomRegularFont:]", "setCustomRegularFont", font, &PageSettings::setCustomRegularFont);
 }
 
 void Orbinel::setCustomBoldFont(OptionalText font) noexcept {
-    setFont("+[Orbinel setCustomBoldFont:]", "setCustomBoldFont", font, &InappPresentation::setCustomBoldFont);
+    setFont("+[Orbinel setCustomBoldFont:]", "setCustomBoldFont", font, &PageSettings::setCustomBoldFont);
 }
 
 void Orbinel::setCustomItalicFont(OptionalText font) noexcept {
-    setFont("+[Orbinel setCustomItalicFont:]", "setCustomItalicFont", font, &InappPresentation::setCustomItalicFont);
+    setFont("+[Orbinel setCustomItalicFont:]", "setCustomItalicFont", font, &PageSettings::setCustomItalicFont);
 }
 
 void Orbinel::showTestInapp(const Dictionary& inapp, const Dictionary& pushInfo) noexcept {

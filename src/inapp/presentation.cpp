@@ -9,14 +9,13 @@
 #include "base/value_text.hpp"
 #include "base/whole_number.hpp"
 #include "inapp/inapp_status.hpp"
-#include "inapp/layout_builder.hpp"
 #include "inapp/view_tags.hpp"
 #include "tools/console_line.hpp"
 
 namespace orbinel {
 
 using platform::NavigationPolicy;
-using platform::View;
+using Stage = TemplateView::Stage;
 
 namespace {
 
@@ -26,8 +25,6 @@ constexpr std::int32_t inappSeenType = 5;  // among the types of the application
 constexpr std::int32_t firstFailedStatus = 400;
 constexpr std::chrono::seconds longestLoad{60};  // a page that hangs must not keep all others away
 
-bool hasContent(const Value& text) { return !text.stringOrEmpty().empty(); }
-
 void logRemoval(Reports& reports, const char* reason) {
     reports.log(LogType::inapp, LogLevel::info, "RemoveFromSuperview is called.", [&] {
         return Dictionary{{"reason", reason}};
@@ -35,36 +32,6 @@ void logRemoval(Reports& reports, const char* reason) {
 }
 
 }  // namespace
-
-/// One message, from being built until it is gone.
-struct InappPresentation::Template {
-    enum class Stage { loading, delayed, shown, givenUp, leaving };
-
-    Template(PresentedInapp::Record given, const InappLayout& asked)
-        : record(std::move(given)),
-          content((*record)["content"].ifDictionary() != nullptr ? *(*record)["content"].ifDictionary() : Dictionary()),
-          layout(asked),
-          place(content["template_layout"].ifDictionary() != nullptr ? *content["template_layout"].ifDictionary()
-                                                                     : Dictionary()),
-          namesAPage(hasContent(content["image"]) || hasContent(content["template_url"])),
-          isCustomScreen(int32Of(content["type"]) == kCUSTOMSREEN) {}
-
-    [[nodiscard]] Dictionary identity() const { return inappIdentity(record.get()); }
-
-    const PresentedInapp::Record record;
-    const Dictionary content;
-    InappLayout layout;
-    TemplateLayout place;
-    const bool namesAPage;
-    const bool isCustomScreen;
-    std::string url;
-    std::string origin;  // of the page that may speak
-    std::shared_ptr<OrbinelWKWebView> webView;
-    std::shared_ptr<View> container;
-    std::shared_ptr<View> overlay;  // what dims the application; mostly nothing
-    Stage stage = Stage::loading;
-    bool loaded = false;
-};
 
 InappPresentation::InappPresentation(const Needs& needs)
     : needs_(needs),
@@ -78,12 +45,7 @@ InappPresentation::InappPresentation(const Needs& needs)
     };
 }
 
-InappPresentation::~InappPresentation() {
-    if (template_ == nullptr) return;
-    template_->webView->end();  // a host may hold the delegate for longer
-    if (template_->overlay != nullptr) template_->overlay->removeFromParent();
-    if (template_->container != nullptr) template_->container->removeFromParent();
-}
+InappPresentation::~InappPresentation() = default;
 
 void InappPresentation::onMain(const char* operation, std::function<void()> work) noexcept {
     auto guardedWork = needs_.lifetime.whileAlive(
@@ -108,7 +70,7 @@ void InappPresentation::build(const PresentedInapp::Record& record, const InappL
     if (needs_.presented.activeInapp() != record) {  // another one was handed over in the same turn
         return logStatus(needs_.reports, InappStatus::waitingForOther, identity);
     }
-    if (template_ != nullptr && template_->stage == Template::Stage::delayed) {
+    if (template_ != nullptr && template_->stage == Stage::delayed) {
         logStatus(needs_.reports, InappStatus::waitingForOther, identity);
         needs_.presented.present(template_->record);  // which is still the one to be shown
         return;
@@ -119,9 +81,9 @@ void InappPresentation::build(const PresentedInapp::Record& record, const InappL
 }
 
 /// The message with its web view and its URL; nothing where it has none that can be used, which is told.
-std::unique_ptr<InappPresentation::Template> InappPresentation::prepare(const PresentedInapp::Record& record,
-                                                                        const InappLayout& layout) {
-    auto made = std::make_unique<Template>(record, layout);
+std::unique_ptr<TemplateView> InappPresentation::prepare(const PresentedInapp::Record& record,
+                                                         const InappLayout& layout) {
+    auto made = std::make_unique<TemplateView>(needs_.views, record, layout);
     made->webView = makeWebView(*record);
     if (made->webView == nullptr) return nullptr;
     const auto url = templateUrl_.getTemplateURLFromContent(made->content);
@@ -141,21 +103,17 @@ std::unique_ptr<InappPresentation::Template> InappPresentation::prepare(const Pr
 }
 
 /// Puts the message into the window and asks for its page; false where it cannot be shown, or was removed meanwhile.
-bool InappPresentation::putUp(std::unique_ptr<Template> made) {
+bool InappPresentation::putUp(std::unique_ptr<TemplateView> made) {
     const auto asOf = cancellations_.load();
     createInAppWithWebView(*made);
     // Told of every message that is built, also of one without a page.
     logStatus(needs_.reports, InappStatus::loadRequested, [&] { return made->identity(); });
-    if (made->container == nullptr) return false;
-    if (asOf != cancellations_) {
-        made->container->removeFromParent();
-        return false;
-    }
+    if (!made->isUp() || asOf != cancellations_) return false;
     needs_.presented.presentWhereNone(made->record);  // what was removed for it may have been of the same campaign
     template_ = std::move(made);
     onTheScreen_ = true;
     if (KeyboardPusher::shouldKeyboardPushInAppForInAppType(template_->layout)) {
-        keyboardPusher_.registerForInAppPusherKeyboardNotifications(template_->container,
+        keyboardPusher_.registerForInAppPusherKeyboardNotifications(template_->container(),
                                                                     [this] { observeMoved(kANIMATIONDURATION); });
     }
     limitLoading();
@@ -166,7 +124,7 @@ bool InappPresentation::putUp(std::unique_ptr<Template> made) {
 
 void InappPresentation::limitLoading() {
     loadLimit_ = needs_.scheduler.postMainAfter(longestLoad, needs_.lifetime.whileAlive([this] {
-        if (template_ == nullptr || template_->stage != Template::Stage::loading) return;
+        if (template_ == nullptr || template_->stage != Stage::loading) return;
         requestFailed(*template_->record, "The page has not been loaded within a minute.");
         giveUp();
     }));
@@ -179,13 +137,9 @@ std::shared_ptr<OrbinelWKWebView> InappPresentation::makeWebView(const Dictionar
         constexpr float firstInspectable = 16.4F;
         auto webView = std::make_shared<OrbinelWKWebView>(
             OrbinelWKWebView::Needs{needs_.reports, needs_.lifetime, static_cast<TemplateNavigation&>(*this)});
-        const auto fonts = [this] {
-            const MutexLock lock(mutex_);
-            return fonts_;
-        }();
-        auto outcome = needs_.views.makeWebView({needs_.helper.isIOSVersionGreaterOrEqual(firstInspectable),
-                                                 pageStartScript(needs_.json, fonts, debuggingEnabled_)},
-                                                webView);
+        auto outcome = needs_.views.makeWebView(
+            {needs_.helper.isIOSVersionGreaterOrEqual(firstInspectable), pageSettings.startScript(needs_.json)},
+            webView);
         if (auto* made = std::get_if<std::unique_ptr<platform::WebView>>(&outcome)) {
             webView->initWithWebView(std::move(*made));
             return webView;
@@ -196,22 +150,11 @@ std::shared_ptr<OrbinelWKWebView> InappPresentation::makeWebView(const Dictionar
     return nullptr;
 }
 
-void InappPresentation::createInAppWithWebView(Template& made) {
-    const auto overlay = needs_.views.overlay();
-    auto container = needs_.views.makeView(platform::Backdrop::clear);
+void InappPresentation::createInAppWithWebView(TemplateView& made) {
     removeEarlierViews();
     if (!canBeFilled(made)) return;
-
-    container->setTag(kINAPPVIEWTAG);
-    container->setAlpha(0);
-    made.container = std::move(container);
-    guarded(needs_.reports, {"OrbinelInapp - webviewLayoutCreate", DescriptionForm::nameOnly}, [&] {
-        createCustomBase(made);
-        overlay->addChild(made.container);
-        layOut(made);
-        made.webView->addTo(*made.container);
-        addCloseButton(made);
-    });
+    guarded(needs_.reports, {"OrbinelInapp - webviewLayoutCreate", DescriptionForm::nameOnly},
+            [&] { made.putUp(needs_.lifetime.whileAlive([this] { closeWebViewPage(); })); });
     // The views in it are invisible themselves.
     if (!needs_.presented.templatesAreSetToBeHidden()) needs_.views.setOverlayVisible(true, 0);
 }
@@ -224,7 +167,7 @@ void InappPresentation::removeEarlierViews() {
 }
 
 /// Where nothing can be put into the container, the reason is told.
-bool InappPresentation::canBeFilled(const Template& made) const {
+bool InappPresentation::canBeFilled(const TemplateView& made) const {
     if (!made.namesAPage) {
         needs_.reports.log(LogType::inapp, LogLevel::error, "Webview can't load.", [] {
             return Dictionary{{"reason", "no image url & no template url"}};
@@ -234,32 +177,6 @@ bool InappPresentation::canBeFilled(const Template& made) const {
     if (!made.isCustomScreen) logRemoval(needs_.reports, "inappPosition is not kCUSTOMSREEN");
     return made.isCustomScreen;
 }
-
-void InappPresentation::createCustomBase(Template& made) {
-    if (made.overlay != nullptr) made.overlay->removeFromParent();
-    made.overlay.reset();
-    if (!made.place.dimsTheRest()) return;
-    made.overlay = needs_.views.makeView(platform::Backdrop::dimmed);
-    made.overlay->setTag(kOVERLAYTAG);
-    made.overlay->setAlpha(0);
-    needs_.views.overlay()->addChild(made.overlay);
-}
-
-void InappPresentation::addCloseButton(Template& made) {
-    constexpr double inset = 8;
-    constexpr double size = 30;
-    const auto button =
-        needs_.views.makeCloseButton("Close", needs_.lifetime.whileAlive([this] { closeWebViewPage(); }));
-    button->setTag(kBUTTONVIEWTAG);
-    button->setConstraints(
-        LayoutBuilder()
-            .pin({LayoutBuilder::Edge::top, LayoutBuilder::Edge::right}, LayoutBuilder::Guide::safeArea, inset)
-            .size(size, size)
-            .constraints());
-    made.container->addChild(button);
-}
-
-void InappPresentation::layOut(Template& made) { made.container->setConstraints(made.place.constraints()); }
 
 // --- Showing ---
 
@@ -272,7 +189,6 @@ void InappPresentation::showInapp() noexcept {
 }
 
 void InappPresentation::showBuilt() {
-    using Stage = Template::Stage;
     if (template_ == nullptr || template_->stage != Stage::delayed) return;
 
     auto& ready = *template_;
@@ -297,13 +213,12 @@ void InappPresentation::showBuilt() {
     reveal(ready);
 }
 
-void InappPresentation::reveal(Template& ready) {
+void InappPresentation::reveal(TemplateView& ready) {
     needs_.presented.setShouldAddInappLog(true);
-    ready.stage = Template::Stage::shown;
+    ready.stage = Stage::shown;
     shown_ = true;
     onTheScreen_ = true;
-    if (ready.overlay != nullptr) ready.overlay->fadeTo(1, kANIMATIONDURATION, [] {});
-    ready.container->fadeTo(1, kANIMATIONDURATION, [] {});
+    ready.fadeIn();
     observe(&PresentationObserver::shown, ready);
     if (!needs_.presented.templatesAreSetToBeHidden()) needs_.views.setOverlayVisible(true, kANIMATIONDURATION);
     inappSeenCallback_.performLater("-[OrbinelInapp performInappSeenCallback]",
@@ -314,7 +229,7 @@ void InappPresentation::reveal(Template& ready) {
 /// The message stays as it is, but makes way for the next one.
 void InappPresentation::giveUp() {
     makeInappVisibleBlock_.cancel();
-    template_->stage = Template::Stage::givenUp;
+    template_->stage = Stage::givenUp;
     onTheScreen_ = false;
 }
 
@@ -351,7 +266,7 @@ void InappPresentation::cancelScheduledInapps() noexcept {
     ++cancellations_;
     onMain("-[OrbinelInapp cancelScheduledInapps]", [this] {
         makeInappVisibleBlock_.cancel();
-        if (template_ != nullptr && template_->stage != Template::Stage::shown) removeInapp({});
+        if (template_ != nullptr && template_->stage != Stage::shown) removeInapp({});
     });
 }
 
@@ -366,17 +281,16 @@ void InappPresentation::removeCurrent(const char* operation, std::function<void(
             return;
         }
         if (completion) removalCompletions_.push_back(std::move(completion));
-        if (template_->stage != Template::Stage::leaving) removeInappFromView();
+        if (template_->stage != Stage::leaving) removeInappFromView();
     });
 }
 
 void InappPresentation::removeInappFromView() {
     keyboardPusher_.unregisterForInAppPusherKeyboardNotifications();
     movement_.cancel();
-    template_->stage = Template::Stage::leaving;
+    template_->stage = Stage::leaving;
     shown_ = false;
-    if (template_->overlay != nullptr) template_->overlay->fadeTo(0, kANIMATIONDURATION, [] {});
-    template_->container->fadeTo(0, kANIMATIONDURATION, needs_.lifetime.whileAlive([this, leaving = template_.get()] {
+    template_->fadeOut(needs_.lifetime.whileAlive([this, leaving = template_.get()] {
         if (template_.get() == leaving) finishRemoval();
     }));
 }
@@ -397,8 +311,7 @@ void InappPresentation::finishRemoval() {
     }
 
     observe(&PresentationObserver::removed, *gone);
-    if (gone->overlay != nullptr) gone->overlay->removeFromParent();
-    gone->container->removeFromParent();
+    gone->takeDown();
     gone->webView->removeFromSuperview();
     gone->webView.reset();
     for (const auto& completion : completions) {
@@ -453,7 +366,7 @@ NavigationPolicy InappPresentation::decidePolicyForNavigationResponse(const plat
 }
 
 void InappPresentation::didFinishNavigation() {
-    if (template_ == nullptr || template_->stage != Template::Stage::loading) return;
+    if (template_ == nullptr || template_->stage != Stage::loading) return;
     constexpr std::chrono::seconds second{1};
     const auto mainDelay = std::max(template_->layout.delay, 0);
     needs_.reports.log(LogType::inapp, LogLevel::info, "Webview delay received.", [&] {
@@ -461,7 +374,7 @@ void InappPresentation::didFinishNavigation() {
     });
     loadLimit_.cancel();
     template_->loaded = true;
-    template_->stage = Template::Stage::delayed;
+    template_->stage = Stage::delayed;
     makeInappVisibleBlock_ =
         needs_.scheduler.postMainAfter(mainDelay * second, needs_.lifetime.whileAlive([this] { showInapp(); }));
 }
@@ -477,7 +390,7 @@ void InappPresentation::didFailNavigation(const platform::LoadFailure& failure) 
         needs_.reports.log(LogType::inapp, LogLevel::info,
                            "Webview warning. " + std::string(kind) + " " + std::to_string(failure.code));
     }
-    if (template_ == nullptr || template_->stage != Template::Stage::loading) return;
+    if (template_ == nullptr || template_->stage != Stage::loading) return;
     requestFailed(*template_->record, failure.description);
     giveUp();
 }
@@ -485,7 +398,6 @@ void InappPresentation::didFailNavigation(const platform::LoadFailure& failure) 
 void InappPresentation::webContentProcessDidTerminate() {
     needs_.reports.log(LogType::inapp, LogLevel::info, "Webview warning. contentProcessDidTerminate.");
     if (template_ == nullptr) return;
-    using Stage = Template::Stage;
     template_->loaded = false;
     if (template_->stage == Stage::loading || template_->stage == Stage::delayed) giveUp();
 }
@@ -515,16 +427,9 @@ void InappPresentation::evaluateJavaScript(const std::string& script) noexcept {
 
 void InappPresentation::adjustTemplate(const Dictionary& templateLayout) noexcept {
     onMain("-[OrbinelInapp adjustTemplate:]", [this, templateLayout] {
-        const auto overlay = needs_.views.overlay();
-        if (overlay == nullptr || template_ == nullptr || template_->stage == Template::Stage::leaving) return;
-        auto& current = *template_;
-        current.place = current.place.adjusted(templateLayout);
-        const auto before = current.container;
-        createCustomBase(current);
-        overlay->addChild(before);  // back on top of what dims
+        if (needs_.views.overlay() == nullptr || template_ == nullptr || template_->stage == Stage::leaving) return;
+        template_->adjust(templateLayout);
         browser_.bringToFront();
-        if (current.overlay != nullptr && current.stage == Template::Stage::shown) current.overlay->setAlpha(1);
-        layOut(current);
         observeMoved(0);
     });
 }
@@ -563,7 +468,7 @@ void InappPresentation::disableInAppMessages() noexcept {
     onMain("+[Orbinel disableInAppMessages]", [this] {
         setTemplateWindowHidden(true);
         needs_.logging.logInAppMessageAction("disableInAppMessages");
-        if (template_ == nullptr || !onTheScreen_ || template_->stage == Template::Stage::leaving) return;
+        if (template_ == nullptr || !onTheScreen_ || template_->stage == Stage::leaving) return;
         needs_.logging.logBlockedInAppMessage(*template_->record);
         removeInapp({});
         needs_.reports.log(LogType::inapp, LogLevel::info, "In-app messages disabled and removed.");
@@ -575,29 +480,11 @@ void InappPresentation::setInappSeenCallback(TargetAction<const Dictionary&> cal
             [&] { inappSeenCallback_.set(std::move(callback)); });
 }
 
-void InappPresentation::changeFonts(const std::function<void(CustomFonts&)>& change) noexcept {
-    const MutexLock lock(mutex_);
-    change(fonts_);
-}
-
-void InappPresentation::setCustomRegularFont(std::string name) noexcept {
-    changeFonts([&](CustomFonts& fonts) { fonts.regular.swap(name); });
-}
-void InappPresentation::setCustomBoldFont(std::string name) noexcept {
-    changeFonts([&](CustomFonts& fonts) { fonts.bold.swap(name); });
-}
-void InappPresentation::setCustomItalicFont(std::string name) noexcept {
-    changeFonts([&](CustomFonts& fonts) { fonts.italic.swap(name); });
-}
-
-void InappPresentation::setDebuggingEnabled(bool enabled) noexcept { debuggingEnabled_ = enabled; }
-
 // --- Who watches ---
 
-void InappPresentation::observe(void (PresentationObserver::*event)(const PresentedView&), const Template& current) {
-    auto* watching = observer.get();
-    if (watching == nullptr) return;
-    (watching->*event)({current.url, inappFieldText(*current.record, "inapp_id"), current.container->frame()});
+void InappPresentation::observe(void (PresentationObserver::*event)(const PresentedView&),
+                                const TemplateView& current) {
+    if (auto* watching = observer.get()) (watching->*event)(current.presented());
 }
 
 /// The message begins to move and will have arrived so many seconds later.

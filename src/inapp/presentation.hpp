@@ -10,17 +10,16 @@
 
 #include "base/late.hpp"
 #include "base/lifetime.hpp"
-#include "base/mutex.hpp"
 #include "base/reports.hpp"
 #include "inapp/application_callback.hpp"
 #include "inapp/collaborators.hpp"
-#include "inapp/inapp_layout.hpp"
 #include "inapp/internal_browser.hpp"
 #include "inapp/keyboard_pusher.hpp"
-#include "inapp/page_start_script.hpp"
+#include "inapp/page_settings.hpp"
 #include "inapp/presentation_observer.hpp"
 #include "inapp/presented_inapp.hpp"
 #include "inapp/template_url.hpp"
+#include "inapp/template_view.hpp"
 #include "inapp/template_web_view.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/console.hpp"
@@ -111,31 +110,23 @@ public:
     void disableInAppMessages() noexcept;
 
     void setInappSeenCallback(ApplicationCallback::Action callback) noexcept;
-    void setCustomRegularFont(std::string name) noexcept;
-    void setCustomBoldFont(std::string name) noexcept;
-    void setCustomItalicFont(std::string name) noexcept;
-    /// Pages that are built from now on tell the console what they write to theirs.
-    void setDebuggingEnabled(bool enabled) noexcept;
+    PageSettings pageSettings;
 
 private:
-    struct Template;
-
     // Building.
     void build(const PresentedInapp::Record& record, const InappLayout& layout);
-    [[nodiscard]] std::unique_ptr<Template> prepare(const PresentedInapp::Record& record, const InappLayout& layout);
-    [[nodiscard]] bool putUp(std::unique_ptr<Template> made);
+    [[nodiscard]] std::unique_ptr<TemplateView> prepare(const PresentedInapp::Record& record,
+                                                        const InappLayout& layout);
+    [[nodiscard]] bool putUp(std::unique_ptr<TemplateView> made);
     void limitLoading();
     [[nodiscard]] std::shared_ptr<OrbinelWKWebView> makeWebView(const Dictionary& record);
-    void createInAppWithWebView(Template& made);
+    void createInAppWithWebView(TemplateView& made);
     void removeEarlierViews();
-    void createCustomBase(Template& made);
-    void addCloseButton(Template& made);
-    void layOut(Template& made);
-    [[nodiscard]] bool canBeFilled(const Template& made) const;
+    [[nodiscard]] bool canBeFilled(const TemplateView& made) const;
 
     // Showing.
     void showBuilt();
-    void reveal(Template& ready);
+    void reveal(TemplateView& ready);
     void giveUp();
 
     // Removing.
@@ -155,9 +146,8 @@ private:
 
     void onMain(const char* operation, std::function<void()> work) noexcept;
     void setTemplateWindowHidden(bool hidden);
-    void observe(void (PresentationObserver::*event)(const PresentedView&), const Template& current);
+    void observe(void (PresentationObserver::*event)(const PresentedView&), const TemplateView& current);
     void observeMoved(double seconds);
-    void changeFonts(const std::function<void(CustomFonts&)>& change) noexcept;
 
     const Needs needs_;
     TemplateUrl templateUrl_;
@@ -167,14 +157,10 @@ private:
 
     // Mirrored for other threads.
     std::atomic<bool> onTheScreen_{false};
-    std::atomic<bool> debuggingEnabled_{false};
     std::atomic<std::uint64_t> cancellations_{0};  // a build that was handed over before the last one is left
 
-    mutable Mutex mutex_;
-    CustomFonts fonts_ ORBINEL_GUARDED_BY(mutex_);
-
     // The main thread's.
-    std::unique_ptr<Template> template_;
+    std::unique_ptr<TemplateView> template_;
     platform::Ticket makeInappVisibleBlock_;
     platform::Ticket movement_;
     platform::Ticket loadLimit_;

@@ -341,8 +341,8 @@ TEST_F(Presenting, HiddenTemplatesAndProductPagesRemoveWhatTheyAreMeantTo) {
 }
 
 TEST_F(Presenting, PagesGetTheFontsAndTellTheConsoleOnlyOnTestDevices) {
-    presentation.setCustomRegularFont(R"(Acme "Sans")");
-    presentation.setDebuggingEnabled(true);
+    presentation.pageSettings.setCustomRegularFont(R"(Acme "Sans")");
+    presentation.pageSettings.setDebuggingEnabled(true);
     buildAndShow({});
     EXPECT_TRUE(page()->settings().inspectable);
     EXPECT_THAT(page()->settings().startScript, HasSubstr(R"({"--orbinel-regular-font":"\"Acme \\\"Sans\\\"\""})"));

@@ -1,0 +1,102 @@
+#include "inapp/template_view.hpp"
+
+#include <utility>
+
+#include "base/whole_number.hpp"
+#include "inapp/layout_builder.hpp"
+#include "inapp/view_tags.hpp"
+
+namespace orbinel {
+
+using platform::View;
+
+namespace {
+
+constexpr double closeButtonInset = 8;  // points, as the size
+constexpr double closeButtonSize = 30;
+
+bool hasContent(const Value& text) { return !text.stringOrEmpty().empty(); }
+
+Dictionary dictionaryOrEmpty(const Value& value) {
+    return value.ifDictionary() != nullptr ? *value.ifDictionary() : Dictionary();
+}
+
+}  // namespace
+
+TemplateView::TemplateView(platform::Views& views, PresentedInapp::Record given, const InappLayout& asked)
+    : record(std::move(given)),
+      content(dictionaryOrEmpty((*record)["content"])),
+      layout(asked),
+      namesAPage(hasContent(content["image"]) || hasContent(content["template_url"])),
+      isCustomScreen(int32Of(content["type"]) == kCUSTOMSREEN),
+      views_(views),
+      place_(dictionaryOrEmpty(content["template_layout"])) {}
+
+TemplateView::~TemplateView() {
+    if (webView != nullptr) webView->end();  // a host may hold the delegate for longer
+    takeDown();
+}
+
+void TemplateView::putUp(std::function<void()> close) {
+    const auto window = views_.overlay();
+    container_ = views_.makeView(platform::Backdrop::clear);
+    container_->setTag(kINAPPVIEWTAG);
+    container_->setAlpha(0);
+    createCustomBase();
+    window->addChild(container_);
+    container_->setConstraints(place_.constraints());
+    webView->addTo(*container_);
+    addCloseButton(std::move(close));
+}
+
+void TemplateView::createCustomBase() {
+    if (overlay_ != nullptr) overlay_->removeFromParent();
+    overlay_.reset();
+    if (!place_.dimsTheRest()) return;
+    overlay_ = views_.makeView(platform::Backdrop::dimmed);
+    overlay_->setTag(kOVERLAYTAG);
+    overlay_->setAlpha(0);
+    views_.overlay()->addChild(overlay_);
+}
+
+void TemplateView::addCloseButton(std::function<void()> close) {
+    using Edge = LayoutBuilder::Edge;
+    const auto button = views_.makeCloseButton("Close", std::move(close));
+    button->setTag(kBUTTONVIEWTAG);
+    button->setConstraints(LayoutBuilder()
+                               .pin({Edge::top, Edge::right}, LayoutBuilder::Guide::safeArea, closeButtonInset)
+                               .size(closeButtonSize, closeButtonSize)
+                               .constraints());
+    container_->addChild(button);
+}
+
+void TemplateView::fadeIn() {
+    if (overlay_ != nullptr) overlay_->fadeTo(1, kANIMATIONDURATION, [] {});
+    container_->fadeTo(1, kANIMATIONDURATION, [] {});
+}
+
+void TemplateView::fadeOut(std::function<void()> completion) {
+    if (overlay_ != nullptr) overlay_->fadeTo(0, kANIMATIONDURATION, [] {});
+    container_->fadeTo(0, kANIMATIONDURATION, std::move(completion));
+}
+
+void TemplateView::adjust(const Dictionary& templateLayout) {
+    place_ = place_.adjusted(templateLayout);
+    createCustomBase();
+    views_.overlay()->addChild(container_);  // back on top of what dims
+    if (overlay_ != nullptr && stage == Stage::shown) overlay_->setAlpha(1);
+    container_->setConstraints(place_.constraints());
+}
+
+void TemplateView::takeDown() {
+    for (auto* view : {&overlay_, &container_}) {
+        if (const auto leaving = std::exchange(*view, nullptr)) leaving->removeFromParent();
+    }
+}
+
+PresentedView TemplateView::presented() const {
+    return {url, inappFieldText(*record, "inapp_id"),
+            container_ != nullptr ? container_->frame() : platform::Rectangle()};
+}
+
+}  // namespace orbinel
