@@ -55,7 +55,6 @@ struct Span {
 struct Known {
     Part part;
     double value;
-    LayoutGuide guide;
 };
 
 /// The span of which two different parts are known.
@@ -78,26 +77,36 @@ Rectangle within(const Rectangle& parent, const Rectangle& inner) {
     return {left - parent.x, top - parent.y, std::max(right - left, 0.0), std::max(bottom - top, 0.0)};
 }
 
+const Axis& axisOf(LayoutAttribute attribute) { return horizontal.partOf(attribute) ? horizontal : vertical; }
+
+/// Half of what an axis has to be told, as the guide has it.
+LayoutConstraint asTheGuideHasIt(LayoutAttribute attribute, LayoutGuide guide) {
+    return {attribute, guide == LayoutGuide::nothing ? LayoutGuide::parent : guide, attribute, 1, 0};
+}
+
+std::array<LayoutConstraint, 2> inForce(const std::vector<LayoutConstraint>& constraints, const Axis& axis) {
+    const LayoutConstraint* first = nullptr;
+    for (const auto& constraint : constraints) {
+        if (!axis.partOf(constraint.attribute)) continue;
+        if (first == nullptr) {
+            first = &constraint;
+        } else if (first->attribute != constraint.attribute) {
+            return {*first, constraint};
+        }
+    }
+    if (first == nullptr) {
+        return {asTheGuideHasIt(axis.near, LayoutGuide::parent), asTheGuideHasIt(axis.size, LayoutGuide::parent)};
+    }
+    return {*first, asTheGuideHasIt(first->attribute == axis.size ? axis.near : axis.size, first->guide)};
+}
+
 class Solver {
 public:
-    Solver(const std::vector<LayoutConstraint>& constraints, const Rectangle& parent, const Rectangle& safeArea)
-        : constraints_(constraints), parent_{0, 0, parent.width, parent.height}, safeArea_(within(parent, safeArea)) {}
+    Solver(const Rectangle& parent, const Rectangle& safeArea)
+        : parent_{0, 0, parent.width, parent.height}, safeArea_(within(parent, safeArea)) {}
 
-    [[nodiscard]] Span solve(const Axis& axis) const {
-        std::optional<Known> first;
-        for (const auto& constraint : constraints_) {
-            const auto part = axis.partOf(constraint.attribute);
-            if (!part) continue;
-            const Known known{*part, valueOf(constraint), constraint.guide};
-            if (!first) {
-                first = known;
-            } else if (first->part != known.part) {
-                return spanOf(*first, known);
-            }
-        }
-        if (!first) return guideSpan(LayoutGuide::parent, axis);
-        const auto missing = first->part == Part::size ? Part::near : Part::size;
-        return spanOf(*first, {missing, guideSpan(first->guide, axis).at(missing), first->guide});
+    [[nodiscard]] Span solve(const LayoutConstraint& first, const LayoutConstraint& second) const {
+        return spanOf(known(first), known(second));
     }
 
 private:
@@ -106,25 +115,32 @@ private:
         return axis.near == LayoutAttribute::left ? Span{frame.x, frame.width} : Span{frame.y, frame.height};
     }
 
-    [[nodiscard]] double valueOf(const LayoutConstraint& constraint) const {
-        if (constraint.guide == LayoutGuide::nothing) return constraint.constant;
-        const auto& axis = horizontal.partOf(constraint.anchor) ? horizontal : vertical;
+    [[nodiscard]] Known known(const LayoutConstraint& constraint) const {
+        const auto part = *axisOf(constraint.attribute).partOf(constraint.attribute);
+        if (constraint.guide == LayoutGuide::nothing) return {part, constraint.constant};
+        const auto& axis = axisOf(constraint.anchor);
         const auto anchor = guideSpan(constraint.guide, axis).at(*axis.partOf(constraint.anchor));
-        return anchor * constraint.multiplier + constraint.constant;
+        return {part, anchor * constraint.multiplier + constraint.constant};
     }
 
-    const std::vector<LayoutConstraint>& constraints_;
     const Rectangle parent_;  // in its own points
     const Rectangle safeArea_;
 };
 
 }  // namespace
 
+std::array<LayoutConstraint, 4> constraintsInForce(const std::vector<LayoutConstraint>& constraints) {
+    const auto [left, width] = inForce(constraints, horizontal);
+    const auto [top, height] = inForce(constraints, vertical);
+    return {left, width, top, height};
+}
+
 Rectangle solveFrame(const std::vector<LayoutConstraint>& constraints, const Rectangle& parent,
                      const Rectangle& safeArea) {
-    const Solver solver(constraints, parent, safeArea);
-    const auto x = solver.solve(horizontal);
-    const auto y = solver.solve(vertical);
+    const auto four = constraintsInForce(constraints);
+    const Solver solver(parent, safeArea);
+    const auto x = solver.solve(four[0], four[1]);
+    const auto y = solver.solve(four[2], four[3]);
     return {parent.x + x.position, parent.y + y.position, std::max(x.size, 0.0), std::max(y.size, 0.0)};
 }
 

@@ -10,26 +10,57 @@ namespace orbinel::hosts {
 
 namespace {
 
-/// Points to GTK's whole ones. Edges are rounded, not lengths, so that neighbours leave no gap; values that no screen
-/// has are held, so that they stay within an int.
-GtkAllocation wholePoints(const platform::Rectangle& rectangle) {
-    const auto rounded = [](double points) {
-        return std::isfinite(points) ? static_cast<int>(std::lround(std::clamp(points, -1e6, 1e6))) : 0;
-    };
-    const int x = rounded(rectangle.x);
-    const int y = rounded(rectangle.y);
-    return {x, y, std::max(rounded(rectangle.x + rectangle.width) - x, 0),
-            std::max(rounded(rectangle.y + rectangle.height) - y, 0)};
+using platform::LayoutAttribute;
+using platform::LayoutConstraint;
+
+GtkConstraintAttribute gtkAttribute(LayoutAttribute attribute) {
+    switch (attribute) {
+        case LayoutAttribute::left:
+            return GTK_CONSTRAINT_ATTRIBUTE_LEFT;
+        case LayoutAttribute::right:
+            return GTK_CONSTRAINT_ATTRIBUTE_RIGHT;
+        case LayoutAttribute::top:
+            return GTK_CONSTRAINT_ATTRIBUTE_TOP;
+        case LayoutAttribute::bottom:
+            return GTK_CONSTRAINT_ATTRIBUTE_BOTTOM;
+        case LayoutAttribute::width:
+            return GTK_CONSTRAINT_ATTRIBUTE_WIDTH;
+        case LayoutAttribute::height:
+            return GTK_CONSTRAINT_ATTRIBUTE_HEIGHT;
+        case LayoutAttribute::centreX:
+            return GTK_CONSTRAINT_ATTRIBUTE_CENTER_X;
+        case LayoutAttribute::centreY:
+            return GTK_CONSTRAINT_ATTRIBUTE_CENTER_Y;
+    }
+    return GTK_CONSTRAINT_ATTRIBUTE_NONE;
 }
 
-void allocate(GtkWidget* widget, GtkAllocation allocation) {
+bool isVerticalPosition(LayoutAttribute attribute) {
+    return attribute == LayoutAttribute::top || attribute == LayoutAttribute::bottom ||
+           attribute == LayoutAttribute::centreY;
+}
+
+/// Values that no screen has are held: a page may have asked for them.
+double onAnyScreen(double points) { return std::isfinite(points) ? std::clamp(points, -1e6, 1e6) : 0; }
+
+/// The constraint as GTK has it, of a widget and its parent. Required, which it can be because layers have no size of
+/// their own; weaker ones do not stand up to the solver's own stays.
+GtkConstraint* gtkConstraint(GtkWidget* widget, const LayoutConstraint& constraint, double offset) {
+    const bool free = constraint.guide == platform::LayoutGuide::nothing;
+    const double moved = constraint.constant + (isVerticalPosition(constraint.attribute) ? offset : 0);
+    return gtk_constraint_new(widget, gtkAttribute(constraint.attribute), GTK_CONSTRAINT_RELATION_EQ, nullptr,
+                              free ? GTK_CONSTRAINT_ATTRIBUTE_NONE : gtkAttribute(constraint.anchor),
+                              onAnyScreen(constraint.multiplier), onAnyScreen(moved), GTK_CONSTRAINT_STRENGTH_REQUIRED);
+}
+
+/// Fills a layer of this size, which may be smaller than what is in it can be.
+void fill(GtkWidget* widget, int width, int height) {
     int minimumWidth = 0;
     int minimumHeight = 0;
     gtk_widget_measure(widget, GTK_ORIENTATION_HORIZONTAL, -1, &minimumWidth, nullptr, nullptr, nullptr);
-    allocation.width = std::max(allocation.width, minimumWidth);
-    gtk_widget_measure(widget, GTK_ORIENTATION_VERTICAL, allocation.width, &minimumHeight, nullptr, nullptr, nullptr);
-    allocation.height = std::max(allocation.height, minimumHeight);
-    gtk_widget_size_allocate(widget, &allocation, -1);
+    width = std::max(width, minimumWidth);
+    gtk_widget_measure(widget, GTK_ORIENTATION_VERTICAL, width, &minimumHeight, nullptr, nullptr, nullptr);
+    gtk_widget_allocate(widget, width, std::max(height, minimumHeight), -1, nullptr);
 }
 
 GtkView& gtkView(const std::shared_ptr<platform::View>& view) { return static_cast<GtkView&>(*view); }
@@ -37,21 +68,26 @@ GtkView& gtkView(const std::shared_ptr<platform::View>& view) { return static_ca
 }  // namespace
 
 GtkView::GtkView(platform::Backdrop backdrop)
-    : layer_(retain(newLayer(*this, backdrop == platform::Backdrop::dimmed))),
+    : layer_(retain(newLayer(this, backdrop == platform::Backdrop::dimmed))),
+      board_(retain(newLayer(nullptr, false))),
       alpha_(layer_.get(), 1,
              [this](double alpha) {
                  gtk_widget_set_opacity(layer_.get(), alpha);
                  gtk_widget_set_can_target(layer_.get(), alpha > 0);
                  gtk_widget_set_can_focus(layer_.get(), alpha > 0);
              }),
-      offset_(layer_.get(), 0, [this](double) { layOutAgain(); }) {}
+      offset_(layer_.get(), 0, [this](double) { arrangeInParent(); }) {
+    gtk_widget_set_parent(board_.get(), layer_.get());
+}
 
 GtkView::~GtkView() {
     forgetOwner(layer_.get());
+    gtk_widget_set_layout_manager(board_.get(), nullptr);
     for (const auto& child : children_) {
         gtkView(child).parent_ = nullptr;
         gtk_widget_unparent(gtkView(child).widget());
     }
+    gtk_widget_unparent(board_.get());
     setContent(nullptr);
 }
 
@@ -68,7 +104,8 @@ void GtkView::addChild(const std::shared_ptr<platform::View>& child) noexcept {
     view->leaveParent();
     view->parent_ = this;
     children_.push_back(held);
-    gtk_widget_insert_before(view->widget(), widget(), nullptr);
+    gtk_widget_insert_before(view->widget(), board_.get(), nullptr);
+    arrange();
 }
 
 void GtkView::removeFromParent() noexcept { leaveParent(); }
@@ -83,7 +120,7 @@ std::shared_ptr<platform::View> GtkView::findTag(std::int32_t tag) noexcept {
 
 void GtkView::setConstraints(std::vector<platform::LayoutConstraint> constraints) noexcept {
     constraints_ = std::move(constraints);
-    layOutAgain();
+    arrangeInParent();
 }
 
 void GtkView::setVerticalOffset(double points, double seconds) noexcept { offset_.moveTo(points, seconds); }
@@ -94,9 +131,8 @@ platform::Rectangle GtkView::frame() const noexcept {
                 static_cast<double>(gtk_widget_get_height(widget()))};
     }
     const auto parent = parent_->frame();
-    auto own = placeIn(parent.width, parent.height);
-    own.x += parent.x;
-    own.y += parent.y;
+    auto own = solveFrame(constraints_, parent, parent);  // no desktop covers a part of a window
+    own.y += offset_.value();
     return own;
 }
 
@@ -108,19 +144,24 @@ void GtkView::setContent(GtkWidget* content, Resized resized) {
 }
 
 void GtkView::layOut(int width, int height) noexcept {
-    if (content_ != nullptr) allocate(content_.get(), {0, 0, width, height});
-    for (const auto& child : children_) {
-        const auto& view = gtkView(child);
-        allocate(view.widget(), wholePoints(view.placeIn(width, height)));
-    }
+    if (content_ != nullptr) fill(content_.get(), width, height);
+    fill(board_.get(), width, height);
     if (resized_) resized_(width, height);
 }
 
-platform::Rectangle GtkView::placeIn(double parentWidth, double parentHeight) const {
-    const platform::Rectangle parent{0, 0, parentWidth, parentHeight};
-    auto placed = solveFrame(constraints_, parent, parent);  // no desktop covers a part of a window
-    placed.y += offset_.value();
-    return placed;
+/// A new layout manager each time: GTK's cannot be taken along when its widget leaves a window and comes back, and no
+/// constraint can be removed from it meanwhile.
+void GtkView::arrange() noexcept {
+    if (gtk_widget_get_root(widget()) == nullptr) return;
+    auto* layout = gtk_constraint_layout_new();
+    for (const auto& child : children_) {
+        const auto& view = gtkView(child);
+        for (const auto& constraint : constraintsInForce(view.constraints_)) {
+            gtk_constraint_layout_add_constraint(GTK_CONSTRAINT_LAYOUT(layout),
+                                                 gtkConstraint(view.widget(), constraint, view.offset_.value()));
+        }
+    }
+    gtk_widget_set_layout_manager(board_.get(), layout);
 }
 
 bool GtkView::isBelow(const GtkView& view) const noexcept {
@@ -130,18 +171,21 @@ bool GtkView::isBelow(const GtkView& view) const noexcept {
     return false;
 }
 
-void GtkView::layOutAgain() noexcept {
-    if (parent_ != nullptr) gtk_widget_queue_allocate(parent_->widget());
+void GtkView::arrangeInParent() noexcept {
+    if (parent_ != nullptr) parent_->arrange();
 }
 
 void GtkView::leaveParent() noexcept {
     if (parent_ == nullptr) return;
-    auto& siblings = std::exchange(parent_, nullptr)->children_;
+    auto* const parent = std::exchange(parent_, nullptr);
+    auto& siblings = parent->children_;
+    gtk_widget_set_layout_manager(parent->board_.get(), nullptr);  // its constraints name this widget
     gtk_widget_unparent(widget());
     const auto own =
         std::find_if(siblings.begin(), siblings.end(), [&](const auto& child) { return child.get() == this; });
     const auto held = std::move(*own);  // may be the last reference: released when all is done
     siblings.erase(own);
+    parent->arrange();
 }
 
 }  // namespace orbinel::hosts

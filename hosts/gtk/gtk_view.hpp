@@ -15,7 +15,8 @@
 
 namespace orbinel::hosts {
 
-/// A view that is a layer, with the layers of its children in it. It may show one other widget below them.
+/// A view that is a layer, filled by a board on which GTK's constraint layout places the layers of its children. It may
+/// show one other widget below them.
 ///
 /// Threads: main thread only. Children are held by their parent.
 class GtkView : public platform::View, public std::enable_shared_from_this<GtkView>, private LayerOwner {
@@ -36,6 +37,7 @@ public:
     [[nodiscard]] std::shared_ptr<platform::View> findTag(std::int32_t tag) noexcept override;
     void setConstraints(std::vector<platform::LayoutConstraint> constraints) noexcept override;
     void setVerticalOffset(double points, double seconds) noexcept override;
+    /// As the constraints say; GTK lays out before it draws its next frame.
     [[nodiscard]] platform::Rectangle frame() const noexcept override;
 
     [[nodiscard]] GtkWidget* widget() const noexcept { return layer_.get(); }
@@ -44,13 +46,15 @@ public:
     void setContent(GtkWidget* content, Resized resized = nullptr);
 
 private:
+    void enteredWindow() noexcept override { arrange(); }
     void layOut(int width, int height) noexcept override;
-    [[nodiscard]] platform::Rectangle placeIn(double parentWidth, double parentHeight) const;
+    void arrange() noexcept;
     [[nodiscard]] bool isBelow(const GtkView& view) const noexcept;
-    void layOutAgain() noexcept;
+    void arrangeInParent() noexcept;
     void leaveParent() noexcept;
 
     const ObjectPointer<GtkWidget> layer_;
+    const ObjectPointer<GtkWidget> board_;
     ObjectPointer<GtkWidget> content_;
     Resized resized_;
     std::optional<std::int32_t> tag_;

@@ -26,6 +26,11 @@ void allocate(GtkWidget* widget, int width, int height, int /*baseline*/) noexce
     if (auto* owner = layerOf(widget).owner) owner->layOut(width, height);
 }
 
+void root(GtkWidget* widget) noexcept {
+    widgetClass()->root(widget);
+    if (auto* owner = layerOf(widget).owner) owner->enteredWindow();
+}
+
 void snapshot(GtkWidget* widget, GtkSnapshot* target) noexcept {
     if (layerOf(widget).dimmed) {
         const graphene_rect_t bounds{
@@ -44,6 +49,7 @@ void initialiseClass(gpointer type, gpointer /*data*/) noexcept {
     auto* widget = GTK_WIDGET_CLASS(type);
     widget->measure = &measure;
     widget->size_allocate = &allocate;
+    widget->root = &root;
     widget->snapshot = &snapshot;
     widget->contains = &contains;
     gtk_widget_class_set_css_name(widget, "orbinel-layer");
@@ -57,9 +63,9 @@ GType layerType() {
 
 }  // namespace
 
-GtkWidget* newLayer(LayerOwner& owner, bool dimmed) {
+GtkWidget* newLayer(LayerOwner* owner, bool dimmed) {
     auto* widget = GTK_WIDGET(g_object_new(layerType(), nullptr));
-    layerOf(widget).owner = &owner;
+    layerOf(widget).owner = owner;
     layerOf(widget).dimmed = dimmed;
     return widget;
 }

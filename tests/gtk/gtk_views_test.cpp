@@ -109,6 +109,43 @@ TEST_F(GtkViewsOnScreen, AChildThatTheApplicationSetsLaterLiesBelowTheOverlayToo
     EXPECT_EQ(overlay->frame(), (platform::Rectangle{0, 0, 400, 600}));
 }
 
+// GTK places views by itself; frames are told from the constraints. They must not disagree, whatever a view went
+// through.
+TEST_F(GtkViewsOnScreen, ViewsLieWhereTheirFramesSayAlsoAfterTheyLeftAndCameBack) {
+    const auto outer = std::make_shared<GtkView>(Backdrop::clear);
+    const auto inner = std::make_shared<GtkView>(Backdrop::dimmed);
+    const auto expectPlaced = [&](platform::Rectangle expected) {
+        turnFor(std::chrono::milliseconds{100});
+        EXPECT_EQ(inner->frame(), expected);
+        graphene_rect_t bounds;
+        ASSERT_TRUE(gtk_widget_compute_bounds(inner->widget(), GTK_WIDGET(window.get()), &bounds));
+        EXPECT_EQ((platform::Rectangle{bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height}),
+                  expected);
+    };
+    outer->setConstraints({{LayoutAttribute::bottom, LayoutGuide::safeArea, LayoutAttribute::bottom, 1, -10},
+                           {LayoutAttribute::height, LayoutGuide::parent, LayoutAttribute::height, 0.5, 0}});
+    inner->setConstraints(box(350, 10, 30, 40));
+    outer->addChild(inner);
+    views->overlay()->addChild(outer);
+    expectPlaced({350, 300, 30, 40});
+
+    outer->removeFromParent();
+    inner->setConstraints({{LayoutAttribute::centreX, LayoutGuide::parent, LayoutAttribute::centreX, 1, 0},
+                           {LayoutAttribute::width, LayoutGuide::parent, LayoutAttribute::width, 0.25, 0},
+                           {LayoutAttribute::top, LayoutGuide::nothing, LayoutAttribute::top, 1, 20}});
+    views->overlay()->addChild(outer);
+    expectPlaced({150, 310, 100, 300});
+
+    inner->removeFromParent();
+    outer->setVerticalOffset(-50, 0);
+    outer->addChild(inner);
+    gtk_window_set_child(window.get(), gtk_label_new("another"));
+    expectPlaced({150, 260, 100, 300});
+    outer->setConstraints(box(0, 0, 20, 5));  // smaller than what lies in it
+    inner->setConstraints(box(5, 5, 40, 40));
+    expectPlaced({5, -45, 40, 40});
+}
+
 TEST_F(GtkViewsOnScreen, WithoutTheWindowViewsAreNothingAndWhatIsHeldStaysHarmless) {
     const auto overlay = views->overlay();
     const auto held = views->makeView(Backdrop::clear);
