@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "hosts/gtk/iio_accelerometer.hpp"
+#include "tests/gtk/private_bus.hpp"
 #include "tests/gtk/window_under_test.hpp"
 #include "tests/linux/temporary_directory.hpp"
 
@@ -36,7 +37,9 @@ protected:
 
 TEST_F(GtkHostOnScreen, TheApplicationIsActiveWhileOneOfItsWindowsIs) {
     int activations = 0;
+    int backgrounds = 0;
     const auto ticket = count(names::didBecomeActive, activations);
+    const auto backgroundTicket = count(names::didEnterBackground, backgrounds);
     EXPECT_EQ(application.state(), ApplicationState::inactive);
     EXPECT_EQ(application.bundle().version, "2.1.0");
     ASSERT_TRUE(window.present());
@@ -49,11 +52,54 @@ TEST_F(GtkHostOnScreen, TheApplicationIsActiveWhileOneOfItsWindowsIs) {
     }
     ASSERT_TRUE(turnUntil([&] { return gtk_window_is_active(window.get()); }));
     EXPECT_EQ(activations, 1);
+    EXPECT_EQ(backgrounds, 0);
     gtk_window_minimize(window.get());
     ASSERT_TRUE(turnUntil([&] { return application.state() == ApplicationState::inactive; }));
+    EXPECT_EQ(backgrounds, 0);
+    ASSERT_TRUE(turnUntil([&] { return backgrounds == 1; }));
+    EXPECT_EQ(application.state(), ApplicationState::background);
     gtk_window_unminimize(window.get());
     gtk_window_present(window.get());
     EXPECT_TRUE(turnUntil([&] { return activations == 2; }));
+}
+
+// A person who locks the screen, or ends the application, has left it: its session must be closed there and then.
+TEST_F(GtkHostOnScreen, ALockedScreenAndTheEndAreTheBackground) {
+    ASSERT_TRUE(window.present());  // by then the fixture's host has found that there is no bus
+    const PrivateBus bus;
+    ASSERT_NE(bus.connection(), nullptr);
+    const auto desktop = ObjectPointer<GApplication>(g_application_new(nullptr, G_APPLICATION_NON_UNIQUE));
+    g_application_set_default(desktop.get());
+    {
+        GtkHost locked(window.get(), optionsIn(directory.path() / "locked"));
+        std::vector<std::string> told;
+        std::vector<platform::Ticket> tickets;
+        for (const auto name : {names::didBecomeActive, names::didEnterBackground, names::willTerminate}) {
+            tickets.push_back(locked.services().notificationCentre->addObserver(
+                name, [&told, name](const Dictionary&) { told.emplace_back(name); }));
+        }
+        const auto owning =
+            g_bus_own_name_on_connection(bus.connection(), "org.freedesktop.ScreenSaver", G_BUS_NAME_OWNER_FLAGS_NONE,
+                                         nullptr, nullptr, nullptr, nullptr);
+        const auto lock = [&](gboolean on) {
+            g_dbus_connection_emit_signal(bus.connection(), nullptr, "/org/freedesktop/ScreenSaver",
+                                          "org.freedesktop.ScreenSaver", "ActiveChanged", g_variant_new("(b)", on),
+                                          nullptr);
+        };
+        ASSERT_TRUE(turnUntil([&] { return told.size() == 1; }));
+        turnFor(std::chrono::milliseconds{100});  // the bus answers
+        lock(TRUE);
+        ASSERT_TRUE(turnUntil([&] { return told.size() == 2; }));
+        EXPECT_EQ(locked.services().application->state(), ApplicationState::background);
+        lock(FALSE);
+        ASSERT_TRUE(turnUntil([&] { return told.size() == 3; }));
+        g_signal_emit_by_name(desktop.get(), "shutdown");
+        EXPECT_THAT(told,
+                    testing::ElementsAre(names::didBecomeActive, names::didEnterBackground, names::didBecomeActive,
+                                         names::didEnterBackground, names::willTerminate));
+        g_bus_unown_name(owning);
+    }
+    g_application_set_default(nullptr);
 }
 
 TEST_F(GtkHostOnScreen, TheWindowsShapeIsTheOrientation) {
@@ -104,7 +150,7 @@ TEST_F(GtkHostOnScreen, ServicesOutliveTheHostAndTheWindow) {
     ASSERT_TRUE(window.present());
     EXPECT_TRUE(turnUntil([&] { return services.application->state() == ApplicationState::active; }));
     window.destroy();
-    EXPECT_TRUE(turnUntil([&] { return services.application->state() == ApplicationState::inactive; }));
+    EXPECT_TRUE(turnUntil([&] { return services.application->state() == ApplicationState::background; }));
     EXPECT_EQ(services.views->overlay(), nullptr);
 }
 

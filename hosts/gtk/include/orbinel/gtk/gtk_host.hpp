@@ -17,8 +17,11 @@ namespace orbinel::hosts {
 /// `gtk_window_get_child` answers with that. Children that the application sets later are wrapped, too. A class of
 /// windows that forbids `gtk_window_set_child` cannot be used.
 ///
-/// Whenever a window of the application becomes active, `UIApplicationDidBecomeActiveNotification` is posted, and when
-/// the window turns between upright and lying, `UIDeviceOrientationDidChangeNotification`.
+/// The platform's lifecycle notifications are posted by itself: `UIApplicationDidBecomeActiveNotification` when a window
+/// of the application becomes active; `UIApplicationDidEnterBackgroundNotification` when none has been for one second,
+/// when the screen is locked, and before `UIApplicationWillTerminateNotification`, which is when the default
+/// GApplication (there when this object is made) shuts down; `UIDeviceOrientationDidChangeNotification` when the window
+/// turns between upright and lying.
 ///
 /// Web pages run in a sandbox that takes user namespaces; where the system has none, `makeWebView` says so.
 ///
