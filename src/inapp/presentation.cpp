@@ -23,6 +23,7 @@ constexpr std::string_view ownScheme = "orbinelurl://";
 constexpr std::string_view productPage = "product_detail_page_view";
 constexpr std::int32_t inappSeenType = 5;  // among the types of the application's callback
 constexpr std::int32_t firstFailedStatus = 400;
+constexpr std::size_t longestLoggedUrl = 1024;   // bytes: a data: URL holds a whole document
 constexpr std::chrono::seconds longestLoad{60};  // a page that hangs must not keep all others away
 
 void logRemoval(Reports& reports, const char* reason) {
@@ -333,7 +334,10 @@ NavigationPolicy InappPresentation::decidePolicyForNavigationAction(const platfo
         if (auto* told = page.get()) told->processCustomScreenClicks(action.url);
         return NavigationPolicy::cancel;
     }
-    if (!action.linkActivated) return NavigationPolicy::allow;
+    if (!action.linkActivated) {
+        if (isWebUrl(action.url) || action.url.starts_with("about:")) return NavigationPolicy::allow;
+        return refuseFrame(action.url);  // data: and the like, which some engines show without waiting for an answer
+    }
     if (int32Of(needs_.presented.content()["type"]) != kCUSTOMSREEN) {
         InappButton banner;
         banner.tag = kBANNERCLICKED;
@@ -347,12 +351,7 @@ NavigationPolicy InappPresentation::decidePolicyForNavigationResponse(const plat
     if (template_ == nullptr) return NavigationPolicy::cancel;
     const auto origin = originOf(response.url);
     if (!response.mainFrame) {
-        if (origin == template_->origin) return NavigationPolicy::allow;
-        // Whatever stands in it could speak to the library in the page's name.
-        needs_.reports.log(LogType::inapp, LogLevel::error, "A frame of another origin is refused.", [&] {
-            return Dictionary{{"url", response.url}};
-        });
-        return NavigationPolicy::cancel;
+        return origin == template_->origin ? NavigationPolicy::allow : refuseFrame(response.url);
     }
     if (response.status.value_or(0) >= firstFailedStatus) {
         if (!template_->loaded) {
@@ -363,6 +362,14 @@ NavigationPolicy InappPresentation::decidePolicyForNavigationResponse(const plat
     }
     template_->origin = origin;  // where a redirect has led
     return NavigationPolicy::allow;
+}
+
+/// Whatever stands in it could speak to the library in the page's name.
+NavigationPolicy InappPresentation::refuseFrame(const std::string& url) {
+    needs_.reports.log(LogType::inapp, LogLevel::error, "A frame of another origin is refused.", [&] {
+        return Dictionary{{"url", url.substr(0, longestLoggedUrl)}};
+    });
+    return NavigationPolicy::cancel;
 }
 
 void InappPresentation::didFinishNavigation() {

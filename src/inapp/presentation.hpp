@@ -142,6 +142,7 @@ private:
     void didFailNavigation(const platform::LoadFailure& failure) override;
     void webContentProcessDidTerminate() override;
     void didReceiveScriptMessage(const Value& body) override;
+    [[nodiscard]] platform::NavigationPolicy refuseFrame(const std::string& url);
     void requestFailed(const Dictionary& record, const std::string& reason);
 
     void onMain(const char* operation, std::function<void()> work) noexcept;

@@ -126,6 +126,24 @@ TEST_F(Pages, AnswersTellTheirStatusAndFrameAndRefusedOnesAreNotShown) {
     EXPECT_NE(evaluate("String(frames[1].document && frames[1].document.body.textContent)"), Value("refused"));
 }
 
+// The library refuses such frames by their URLs, so it has to be asked about them.
+TEST_F(Pages, FramesThatNeedNoServerAreAskedForToo) {
+    show("<p>page</p>");
+    web->evaluateJavaScript(
+        "const speak = '<script>webkit.messageHandlers.orbinel.postMessage(\"frame\")</scr' + 'ipt>';"
+        "for (const url of ['data:text/html,' + speak, URL.createObjectURL(new Blob([speak], {type: 'text/html'}))]) {"
+        "    const frame = document.createElement('iframe'); frame.src = url; document.body.append(frame);"
+        "}");
+    EXPECT_TRUE(turnUntil([&] { return heard->actions.size() >= 3; }));
+    turnFor(std::chrono::milliseconds{200});
+    for (const auto* scheme : {"data:", "blob:"}) {
+        EXPECT_TRUE(std::any_of(heard->actions.begin(), heard->actions.end(), [&](const auto& action) {
+            return action.url.starts_with(scheme);
+        })) << scheme;
+    }
+    EXPECT_THAT(heard->messages, testing::IsEmpty());
+}
+
 TEST_F(Pages, AFailedLoadIsToldOnceAndLeavesTheNextLoadInPeace) {
     const PageServer untrusted(PageServer::Transport::tls);
     // The engine refuses the second one by itself, without a word.

@@ -289,6 +289,7 @@ TEST_F(Presenting, OnlyThePageItselfSpeaksAndLinksOpenOutside) {
     buildAndShow({});
     EXPECT_EQ(page()->navigate("orbinelurl://%7B%7D", true), NavigationPolicy::cancel);
     EXPECT_EQ(page()->navigate("https://pages.test/next"), NavigationPolicy::allow);
+    EXPECT_EQ(page()->navigate("about:srcdoc"), NavigationPolicy::allow);  // its text is the page's own
     EXPECT_EQ(page()->navigate("https://shop.test/", true), NavigationPolicy::cancel);
     EXPECT_THAT(neighbours.asked, ElementsAre("orbinelurl://%7B%7D", "open https://shop.test/"));
     neighbours.asked.clear();
@@ -298,6 +299,10 @@ TEST_F(Presenting, OnlyThePageItselfSpeaksAndLinksOpenOutside) {
         EXPECT_EQ(page()->respond({other, 200, false}), NavigationPolicy::cancel) << other;
     }
     EXPECT_EQ(sinks.count("A frame of another origin is refused."), 3u);
+    for (const auto* other : {"data:text/html,x", "blob:https://pages.test/1", "file:///etc/passwd"}) {
+        EXPECT_EQ(page()->navigate(other), NavigationPolicy::cancel) << other;
+    }
+    EXPECT_EQ(sinks.count("A frame of another origin is refused."), 6u);
 
     presented.present(std::make_shared<const Dictionary>(Dictionary{{"content", Dictionary{{"type", 2}}}}));
     (void)page()->navigate("https://shop.test/", true);
