@@ -9,7 +9,6 @@
 #include "base/mutex.hpp"
 #include "base/reports.hpp"
 #include "core/lifecycle.hpp"
-#include "core/pending_features.hpp"
 #include "inapp/frequency_cap.hpp"
 #include "inapp/presentation.hpp"
 #include "inapp/template_events.hpp"
@@ -18,6 +17,7 @@
 #include "personalisation/content_optimizer.hpp"
 #include "personalisation/smart_recommendations.hpp"
 #include "privacy/consent.hpp"
+#include "push/push.hpp"
 #include "session/endpoints.hpp"
 #include "session/helper.hpp"
 #include "session/session.hpp"
@@ -53,7 +53,7 @@ public:
         TemplateEvents& templateEvents;
         FrequencyCap& frequencyCap;
         InappPresentation& inapp;
-        PendingFeatures& features;
+        OrbinelPush& push;
         const Lifetime& lifetime;
         platform::Scheduler& scheduler;
         platform::NotificationCentre& notificationCentre;
@@ -104,7 +104,7 @@ private:
     TemplateEvents& templateEvents_;
     FrequencyCap& frequencyCap_;
     InappPresentation& inapp_;
-    PendingFeatures& features_;
+    OrbinelPush& push_;
     const Lifetime& lifetime_;
     platform::Scheduler& scheduler_;
     platform::NotificationCentre& notificationCentre_;

@@ -74,12 +74,18 @@ World::World(platform::Services given)
                          *services.scheduler, *services.json, *services.console, *services.notificationCentre,
                          *services.application, *services.views}),
       pushPermission({reports, helper, ownLifetime, *services.scheduler, *services.notifications}),
+      deviceToken({reports, helper, deviceAttributes}),
+      carouselLink({reports, helper}),
+      pushLinks({reports, urlOpener, inappPresentation, ownLifetime, *services.scheduler}),
+      pushLog({reports, helper, session, eventRecorder}),
+      push({reports, helper, deviceAttributes, autoIntegration, contentOptimizer, campaignSelection, carouselLink,
+            pushLinks, pushLog, ownLifetime, *services.json, *services.scheduler}),
+      universalLinks({reports, helper, session, ownLifetime, *services.http}),
       crashHandler({reports, session, deviceAttributes}),
-      pendingFeatures(reports),
       sessionEvents(eventRecorder, validation, eventBudget),
       lifecycle({reports, helper, session, sessionStop, sessionStart, privacy, identity, deviceAttributes, testDevices,
-                 wizard, contentOptimizer, campaignSelection, inappPresentation, pendingFeatures, ownLifetime,
-                 *services.application, *services.notifications}),
+                 wizard, contentOptimizer, campaignSelection, inappPresentation, push, pushLog, carouselLink,
+                 ownLifetime, *services.application, *services.notifications}),
       initialisation({reports,
                       helper,
                       endpoints,
@@ -97,7 +103,7 @@ World::World(platform::Services given)
                       templateEvents,
                       frequencyCap,
                       inappPresentation,
-                      pendingFeatures,
+                      push,
                       ownLifetime,
                       *services.scheduler,
                       *services.notificationCentre}) {}
@@ -208,6 +214,8 @@ void World::end(std::chrono::milliseconds limit) {
     wizard.cancelAll();
     logger.cancelAll();
     recommendations.cancelAll();
+    pushLinks.cancelAll();
+    universalLinks.cancelAll();
     ownLifetime.waitUntilQuiet(limit);
     entrance->waitUntilLeft(
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()));

@@ -16,7 +16,6 @@
 #include "core/crash_handler.hpp"
 #include "core/initialisation.hpp"
 #include "core/lifecycle.hpp"
-#include "core/pending_features.hpp"
 #include "core/session_events.hpp"
 #include "diagnostics/logger.hpp"
 #include "events/event_budget.hpp"
@@ -47,7 +46,13 @@
 #include "personalisation/smart_recommendations.hpp"
 #include "privacy/collection_switches.hpp"
 #include "privacy/consent.hpp"
+#include "push/carousel_link.hpp"
+#include "push/device_token.hpp"
+#include "push/push.hpp"
+#include "push/push_links.hpp"
+#include "push/push_log.hpp"
 #include "push/push_permission.hpp"
+#include "push/universal_links.hpp"
 #include "session/encryptor.hpp"
 #include "session/endpoints.hpp"
 #include "session/helper.hpp"
@@ -176,10 +181,15 @@ public:
 
     // push
     PushPermission pushPermission;
+    DeviceToken deviceToken;
+    CarouselLink carouselLink;
+    PushLinks pushLinks;
+    PushLog pushLog;
+    OrbinelPush push;
+    UniversalLinks universalLinks;
 
     // core
     OrbinelCrashHandler crashHandler;
-    PendingFeatures pendingFeatures;
     SessionEventsBinding sessionEvents;
     Lifecycle lifecycle;
     Initialisation initialisation;
