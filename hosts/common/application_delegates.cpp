@@ -73,6 +73,7 @@ platform::Ticket ApplicationDelegates::observeDelegate(Observer observer) {
 }
 
 void ApplicationDelegates::connectScene(const DelegatePointer& delegate) {
+    if (delegate == nullptr) return;
     {
         const MutexLock lock(mutex_);
         std::erase_if(scenes_, [](const auto& scene) { return scene.expired(); });

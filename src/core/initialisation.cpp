@@ -48,6 +48,7 @@ Initialisation::Initialisation(const Needs& needs)
       frequencyCap_(needs.frequencyCap),
       inapp_(needs.inapp),
       push_(needs.push),
+      interception_(needs.interception),
       lifetime_(needs.lifetime),
       scheduler_(needs.scheduler),
       notificationCentre_(needs.notificationCentre) {}
@@ -82,6 +83,7 @@ void Initialisation::initSDK(const Value& partnerName, const std::optional<Dicti
     guarded(reports_, "+[Orbinel initSDK:launchOptions:]", [&] {
         if (!partnerNameIsValid(partnerName)) return;
         if (helper_.sdkDisabled()) return reports_.note("Not initialised: the backend has switched the library off.");
+        interception_.callUserNotificationCenterSwizzlers();
         user_.initUser();
         privacy_.adoptRememberedConsents();
         session_.setPartnerName(partnerName.stringOrEmpty());

@@ -17,6 +17,7 @@
 #include "personalisation/content_optimizer.hpp"
 #include "personalisation/smart_recommendations.hpp"
 #include "privacy/consent.hpp"
+#include "push/interception.hpp"
 #include "push/push.hpp"
 #include "session/endpoints.hpp"
 #include "session/helper.hpp"
@@ -54,6 +55,7 @@ public:
         FrequencyCap& frequencyCap;
         InappPresentation& inapp;
         OrbinelPush& push;
+        Interception& interception;
         const Lifetime& lifetime;
         platform::Scheduler& scheduler;
         platform::NotificationCentre& notificationCentre;
@@ -105,6 +107,7 @@ private:
     FrequencyCap& frequencyCap_;
     InappPresentation& inapp_;
     OrbinelPush& push_;
+    Interception& interception_;
     const Lifetime& lifetime_;
     platform::Scheduler& scheduler_;
     platform::NotificationCentre& notificationCentre_;

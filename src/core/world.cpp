@@ -81,6 +81,10 @@ World::World(platform::Services given)
       push({reports, helper, deviceAttributes, autoIntegration, contentOptimizer, campaignSelection, carouselLink,
             pushLinks, pushLog, ownLifetime, *services.json, *services.scheduler}),
       universalLinks({reports, helper, session, ownLifetime, *services.http}),
+      configurations({reports, *services.application}),
+      replacedOperations({reports, autoIntegration, toolLinks, deviceToken, universalLinks, push, *services.console}),
+      interception({reports, configurations, deviceAttributes, replacedOperations, ownLifetime, *services.application,
+                    *services.notifications}),
       crashHandler({reports, session, deviceAttributes}),
       sessionEvents(eventRecorder, validation, eventBudget),
       lifecycle({reports, helper, session, sessionStop, sessionStart, privacy, identity, deviceAttributes, testDevices,
@@ -104,6 +108,7 @@ World::World(platform::Services given)
                       frequencyCap,
                       inappPresentation,
                       push,
+                      interception,
                       ownLifetime,
                       *services.scheduler,
                       *services.notificationCentre}) {}
@@ -135,6 +140,7 @@ std::shared_ptr<World> World::create(platform::Services services) {
                 return Dictionary{{"problem", std::move(problem)}};
             });
         }));
+    world->interception.setObservers();
     return world;
 }
 
@@ -209,6 +215,7 @@ void World::end(std::chrono::milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     entrance->close();
     ownLifetime.end();
+    interception.takeBack();
     sessionStart.cancelAll();
     requestSender.cancelAll();
     wizard.cancelAll();

@@ -47,11 +47,14 @@
 #include "privacy/collection_switches.hpp"
 #include "privacy/consent.hpp"
 #include "push/carousel_link.hpp"
+#include "push/configurations.hpp"
 #include "push/device_token.hpp"
+#include "push/interception.hpp"
 #include "push/push.hpp"
 #include "push/push_links.hpp"
 #include "push/push_log.hpp"
 #include "push/push_permission.hpp"
+#include "push/replaced_operations.hpp"
 #include "push/universal_links.hpp"
 #include "session/encryptor.hpp"
 #include "session/endpoints.hpp"
@@ -187,6 +190,9 @@ public:
     PushLog pushLog;
     OrbinelPush push;
     UniversalLinks universalLinks;
+    OrbinelConfigurations configurations;
+    ReplacedOperations replacedOperations;
+    Interception interception;
 
     // core
     OrbinelCrashHandler crashHandler;

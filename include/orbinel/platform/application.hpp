@@ -68,8 +68,8 @@ public:
     /// one, where there is one, and then of each later one.
     [[nodiscard]] virtual Ticket observeDelegate(DelegateObserver observer) noexcept = 0;
 
-    /// Connects a window's scene whose delegate is the object, which must not be null (platforms with scenes tell of it
-    /// as "UISceneWillConnectNotification"). Main thread. Observers are told inside the call. The object is the
+    /// Connects a window's scene whose delegate is the object (platforms with scenes tell of it as
+    /// "UISceneWillConnectNotification"); null is ignored. Main thread. Observers are told inside the call. The object is the
     /// scene's: the scene is connected as long as somebody keeps it.
     virtual void connectScene(const std::shared_ptr<Delegate>& delegate) noexcept = 0;
 

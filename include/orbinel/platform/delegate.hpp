@@ -84,7 +84,7 @@ struct DelegateFailure {
 
 /// What the platform hands to a delegate. An operation fills in what it carries and leaves the rest as it is.
 struct DelegateArguments {
-    std::string deviceToken;  // bytes
+    std::vector<std::uint8_t> deviceToken;
     DelegateFailure failure;
     Dictionary userInfo;                           // the payload of a notification
     std::string url;                               // RFC 3986
