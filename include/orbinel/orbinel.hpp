@@ -258,10 +258,9 @@ public:
     /// The same for the token of another push service, which is a text and sent as it stands. Not gated.
     static void setPushToken(OptionalText token) noexcept;
 
-    // Where the library integrates by itself (see `disableAutoIntegration`), it handles pushes as the platform's
-    // delegates receive them. An application that does so itself hands them over here, where they are read: a payload
-    // is one with "aps", as deep as 512 levels; any other is ignored. Reading what the notification extension left in
-    // the app group may wait for the disk.
+    // The operations from here to `trackInteractiveLogWithUserInfo` are for an application that handles pushes itself.
+    // They take what the platform handed to it; what is nested deeper than 512 levels is ignored. They read what the
+    // application's notification extension left in the app group, which may wait for the disk.
 
     /// Handles a push that the person opened, or that came while the application was in the foreground; given by its
     /// payload, or by the launch options that hold one. Where the vendor sent it ("source" is "Orbinel"), the session
