@@ -4,7 +4,9 @@
 
 #include <atomic>
 #include <memory>
+#include <utility>
 
+#include "hosts/common/application_delegates.hpp"
 #include "hosts/gtk/deferred_calls.hpp"
 #include "hosts/gtk/foreground.hpp"
 #include "hosts/gtk/gobject.hpp"
@@ -31,6 +33,22 @@ public:
     void openSettings() noexcept override;
     void openNotificationSettings() noexcept override;
 
+    void setDelegate(std::shared_ptr<platform::Delegate> delegate) noexcept override {
+        delegates_.setDelegate(std::move(delegate));
+    }
+    [[nodiscard]] std::shared_ptr<platform::Delegate> delegate() const noexcept override {
+        return delegates_.delegate();
+    }
+    [[nodiscard]] platform::Ticket observeDelegate(DelegateObserver observer) noexcept override {
+        return delegates_.observeDelegate(std::move(observer));
+    }
+    void connectScene(const std::shared_ptr<platform::Delegate>& delegate) noexcept override {
+        delegates_.connectScene(delegate);
+    }
+    [[nodiscard]] platform::Ticket observeScenes(DelegateObserver observer) noexcept override {
+        return delegates_.observeScenes(std::move(observer));
+    }
+
 private:
     using Signals = SignalConnections<WindowedApplication>;
 
@@ -42,6 +60,7 @@ private:
 
     const std::shared_ptr<const platform::Application> package_;
     const std::shared_ptr<platform::NotificationCentre> notifications_;
+    ApplicationDelegates delegates_;
     Foreground foreground_;
     std::atomic<bool> portrait_{true};
     bool upright_ = true;  // as the window is; told at the next turn

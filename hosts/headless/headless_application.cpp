@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/mutex.hpp"
+#include "hosts/common/application_delegates.hpp"
 
 namespace orbinel::headless {
 
@@ -15,10 +16,12 @@ struct HeadlessApplication::State {
     Mutex mutex;
     bool maySuspend ORBINEL_GUARDED_BY(mutex) = true;
     bool portrait ORBINEL_GUARDED_BY(mutex) = true;
-    platform::ApplicationBundle bundle ORBINEL_GUARDED_BY(mutex) = {"1.0.0", "com.example.headless", "en", {}};
+    platform::ApplicationBundle bundle ORBINEL_GUARDED_BY(mutex) = {"1.0.0", "com.example.headless", "en", {}, {}};
     platform::ApplicationState state ORBINEL_GUARDED_BY(mutex) = platform::ApplicationState::active;
     bool opens ORBINEL_GUARDED_BY(mutex) = true;
     std::vector<Opened> opened ORBINEL_GUARDED_BY(mutex);
+
+    hosts::ApplicationDelegates delegates;
 };
 
 HeadlessApplication::HeadlessApplication(std::shared_ptr<platform::Scheduler> scheduler)
@@ -88,6 +91,26 @@ void HeadlessApplication::openSettings() noexcept { state_->open({Opened::Where:
 
 void HeadlessApplication::openNotificationSettings() noexcept {
     state_->open({Opened::Where::notificationSettings, {}});
+}
+
+void HeadlessApplication::setDelegate(std::shared_ptr<platform::Delegate> delegate) noexcept {
+    state_->delegates.setDelegate(std::move(delegate));
+}
+
+std::shared_ptr<platform::Delegate> HeadlessApplication::delegate() const noexcept {
+    return state_->delegates.delegate();
+}
+
+platform::Ticket HeadlessApplication::observeDelegate(DelegateObserver observer) noexcept {
+    return state_->delegates.observeDelegate(std::move(observer));
+}
+
+void HeadlessApplication::connectScene(const std::shared_ptr<platform::Delegate>& delegate) noexcept {
+    state_->delegates.connectScene(delegate);
+}
+
+platform::Ticket HeadlessApplication::observeScenes(DelegateObserver observer) noexcept {
+    return state_->delegates.observeScenes(std::move(observer));
 }
 
 }  // namespace orbinel::headless

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/mutex.hpp"
+#include "hosts/common/kept_delegate.hpp"
 
 namespace orbinel::headless {
 
@@ -17,6 +18,8 @@ struct HeadlessNotifications::State {
     std::optional<std::string> failure ORBINEL_GUARDED_BY(mutex);
     std::vector<std::int32_t> requested ORBINEL_GUARDED_BY(mutex);
     std::size_t registrations ORBINEL_GUARDED_BY(mutex) = 0;
+
+    hosts::KeptDelegate delegate;
 };
 
 HeadlessNotifications::HeadlessNotifications() : state_(std::make_unique<State>()) {}
@@ -59,5 +62,11 @@ void HeadlessNotifications::registerForRemoteNotifications() noexcept {
     const MutexLock lock(state_->mutex);
     ++state_->registrations;
 }
+
+void HeadlessNotifications::setDelegate(std::shared_ptr<platform::Delegate> delegate) noexcept {
+    state_->delegate.set(std::move(delegate));
+}
+
+std::shared_ptr<platform::Delegate> HeadlessNotifications::delegate() const noexcept { return state_->delegate.get(); }
 
 }  // namespace orbinel::headless

@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "hosts/common/application_delegates.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/scheduler.hpp"
 
@@ -29,10 +30,27 @@ public:
     void openSettings() noexcept override {}
     void openNotificationSettings() noexcept override {}
 
+    void setDelegate(std::shared_ptr<platform::Delegate> delegate) noexcept override {
+        delegates_.setDelegate(std::move(delegate));
+    }
+    [[nodiscard]] std::shared_ptr<platform::Delegate> delegate() const noexcept override {
+        return delegates_.delegate();
+    }
+    [[nodiscard]] platform::Ticket observeDelegate(DelegateObserver observer) noexcept override {
+        return delegates_.observeDelegate(std::move(observer));
+    }
+    void connectScene(const std::shared_ptr<platform::Delegate>& delegate) noexcept override {
+        delegates_.connectScene(delegate);
+    }
+    [[nodiscard]] platform::Ticket observeScenes(DelegateObserver observer) noexcept override {
+        return delegates_.observeScenes(std::move(observer));
+    }
+
 private:
     const platform::ApplicationBundle bundle_;
     const bool backgroundMaySuspend_;
     const std::shared_ptr<platform::Scheduler> scheduler_;
+    ApplicationDelegates delegates_;
 };
 
 }  // namespace orbinel::hosts

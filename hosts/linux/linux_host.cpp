@@ -35,7 +35,7 @@ platform::ApplicationBundle bundleOf(LinuxHostOptions options) {
     auto localisation = std::move(options.localisation);
     if (!localisation) localisation = preferredLanguage(LocaleEnvironment::current());
     return {std::move(options.applicationVersion), std::move(options.applicationIdentifier).value_or(programName()),
-            std::move(localisation), std::move(options.urlSchemes)};
+            std::move(localisation), std::move(options.urlSchemes), std::move(options.information)};
 }
 
 }  // namespace

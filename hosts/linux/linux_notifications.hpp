@@ -1,5 +1,9 @@
 #pragma once
 
+#include <memory>
+#include <utility>
+
+#include "hosts/common/kept_delegate.hpp"
 #include "orbinel/platform/notifications.hpp"
 
 namespace orbinel::hosts {
@@ -15,6 +19,13 @@ public:
         completion("No service of the desktop grants notifications.");
     }
     void registerForRemoteNotifications() noexcept override {}
+    void setDelegate(std::shared_ptr<platform::Delegate> delegate) noexcept override {
+        delegate_.set(std::move(delegate));
+    }
+    [[nodiscard]] std::shared_ptr<platform::Delegate> delegate() const noexcept override { return delegate_.get(); }
+
+private:
+    KeptDelegate delegate_;
 };
 
 }  // namespace orbinel::hosts

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,11 +12,13 @@
 #include "orbinel/content_variable_type.hpp"
 #include "orbinel/event.hpp"
 #include "orbinel/export.hpp"
+#include "orbinel/launch_options.hpp"
 #include "orbinel/optional_text.hpp"
 #include "orbinel/platform/services.hpp"
 #include "orbinel/product.hpp"
 #include "orbinel/target_action.hpp"
 #include "orbinel/user.hpp"
+#include "orbinel/user_activity.hpp"
 #include "orbinel/value.hpp"
 
 /// The library's public surface.
@@ -246,6 +249,63 @@ public:
     /// while the library is switched off; not gated otherwise.
     static void registerWithQuietPermission(bool quiet) noexcept;
 
+    /// The token by which the platform's push service reaches this device, in bytes, as the application's delegate
+    /// receives it; sent with each session from then on, as lower-case hexadecimal digits, until the process ends. An
+    /// empty one is ignored. `application` is not looked at and may be null. Not gated.
+    static void registerDeviceTokenWithApplication(const platform::Application* application,
+                                                   std::span<const std::uint8_t> deviceToken) noexcept;
+
+    /// The same for the token of another push service, which is a text and sent as it stands. Not gated.
+    static void setPushToken(OptionalText token) noexcept;
+
+    // The operations from here to `trackInteractiveLogWithUserInfo` are for an application that handles pushes itself.
+    // They take what the platform handed to it; what is nested deeper than 512 levels is ignored. They read what the
+    // application's notification extension left in the app group, which may wait for the disk.
+
+    /// Handles a push that the person opened, or that came while the application was in the foreground; given by its
+    /// payload, or by the launch options that hold one. Where the vendor sent it ("source" is "Orbinel"), the session
+    /// notes it, the callback is told (type 0), and a second later its address is opened: "orb_dl_internal" in the
+    /// library's own browser, else "orb_dl_external" or "orb_dl_url_scheme" by the system; only http, https, mailto,
+    /// tel and the application's own schemes. Contents and messages that the vendor's panel sent for a try are served
+    /// whoever sent it. Under a cross-platform wrapper, a push that comes before the application was ever active waits
+    /// until it is. Gated.
+    static void handlePushLogWithUserInfo(const std::optional<Dictionary>& userInfo) noexcept;
+
+    /// The same under the name by which wrappers know it. Gated.
+    static void triggerPushProcessWithUserInfo(const std::optional<Dictionary>& userInfo) noexcept;
+
+    /// Only what a push of the vendor's brings about by itself, without the gate: the note for the session, its
+    /// address, the callback. `pushInfo`: a payload. Not gated.
+    static void setPushActionWithPushInfo(const std::optional<Dictionary>& pushInfo) noexcept;
+
+    /// The payload of a push among what the platform handed over: the launch options' entry, or the dictionary itself;
+    /// nothing where it has no "aps". Not gated.
+    [[nodiscard]] static std::optional<Dictionary> getPushInfo(const std::optional<Dictionary>& userInfo) noexcept;
+
+    /// Notes for the session what the person did with the push in an interactive notification or a carousel, where the
+    /// application's notification extension left anything of it in the app group. `userInfo` as above; it has to name
+    /// its campaign. Not gated.
+    static void trackInteractiveLogWithUserInfo(const std::optional<Dictionary>& userInfo) noexcept;
+
+    /// Performs `callback` (a member function of the sender that takes a `const Dictionary&`, or a function that takes
+    /// the sender and that) on the main queue with the payload of each push that comes while the application is in the
+    /// foreground, messages for a try excepted. The sender is held weakly; a registration replaces the one before.
+    template <typename Callback, typename Sender>
+    static void setForegroundPushCallback(Callback callback, std::weak_ptr<Sender> sender) noexcept {
+        setForegroundCallback(TargetAction<const Dictionary&>(std::move(sender), std::move(callback)));
+    }
+
+    /// The application shows pushes that come in the foreground in a view of its own: an item that was picked in a
+    /// carousel notification does not count for them. Not gated.
+    static void setActiveForegroundPushView() noexcept;
+
+    // --- Links ---
+
+    /// An activity that a person continues in this application. A web page that opened it is followed through its
+    /// redirections; where the final address is one of the vendor's link service (its query has "isOrb=1"), the
+    /// session notes it. Any other activity is ignored. Gated.
+    static void handleUniversalLink(const UserActivity& activity) noexcept;
+
     // --- Testing one's integration ---
 
     /// Takes a link of the vendor's panel that opened the application: "SCHEME://test_device/TOKEN" makes this a test
@@ -260,12 +320,11 @@ public:
     ///
     /// | type | when | data |
     /// |---|---|---|
-    /// | 1 | a native button of a message was pressed | what the button carries |
-    /// | 2 | a page of a message reported a purchase | {"purchased_items"} |
-    /// | 3 | a page put something into the cart | {"cart_items"} |
-    /// | 4 | a page has something of its own to say | what it says |
-    /// | 5 | a message was shown | {"inapp_id", "variant_id"}, texts |
-    /// | 6 | a session start completed | none |
+    /// | 0 | a push was opened, or came in the foreground | its payload without the library's own keys; "source" beside
+    /// | | 1 | a native button of a message was pressed | what the button carries | | 2 | a page of a message reported
+    /// a purchase | {"purchased_items"} | | 3 | a page put something into the cart | {"cart_items"} | | 4 | a page has
+    /// something of its own to say | what it says | | 5 | a message was shown | {"inapp_id", "variant_id"}, texts | | 6
+    /// | a session start completed | none |
     ///
     /// The sender is held weakly; a registration replaces the one before.
     template <typename Selector, typename Sender>
@@ -287,6 +346,7 @@ public:
 private:
     static void setIdListener(TargetAction<const std::string&> listener) noexcept;
     static void setCallback(TargetAction<const Dictionary&> callback) noexcept;
+    static void setForegroundCallback(TargetAction<const Dictionary&> callback) noexcept;
 };
 
 }  // namespace orbinel

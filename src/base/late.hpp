@@ -28,6 +28,8 @@ public:
         return target;
     }
 
+    T& operator*() const noexcept { return *operator->(); }
+
 private:
     std::atomic<T*> target_{nullptr};
 };

@@ -47,7 +47,8 @@ Initialisation::Initialisation(const Needs& needs)
       templateEvents_(needs.templateEvents),
       frequencyCap_(needs.frequencyCap),
       inapp_(needs.inapp),
-      features_(needs.features),
+      push_(needs.push),
+      interception_(needs.interception),
       lifetime_(needs.lifetime),
       scheduler_(needs.scheduler),
       notificationCentre_(needs.notificationCentre) {}
@@ -82,13 +83,13 @@ void Initialisation::initSDK(const Value& partnerName, const std::optional<Dicti
     guarded(reports_, "+[Orbinel initSDK:launchOptions:]", [&] {
         if (!partnerNameIsValid(partnerName)) return;
         if (helper_.sdkDisabled()) return reports_.note("Not initialised: the backend has switched the library off.");
-        features_.callUserNotificationCenterSwizzlers();
+        interception_.callUserNotificationCenterSwizzlers();
         user_.initUser();
         privacy_.adoptRememberedConsents();
         session_.setPartnerName(partnerName.stringOrEmpty());
         templateEvents_.addObserverForEventInapps();
         if (!automaticIntegration_.isAutoIntegrationEnabled()) {
-            features_.handlePushLogWithUserInfo(launchOptions.value_or(Dictionary()));
+            push_.handlePushLogWithUserInfo(launchOptions.value_or(Dictionary()));
         }
         observePlatform();
         reports_.feed("initSDK", [&] {

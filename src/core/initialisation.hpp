@@ -9,7 +9,6 @@
 #include "base/mutex.hpp"
 #include "base/reports.hpp"
 #include "core/lifecycle.hpp"
-#include "core/pending_features.hpp"
 #include "inapp/frequency_cap.hpp"
 #include "inapp/presentation.hpp"
 #include "inapp/template_events.hpp"
@@ -18,6 +17,8 @@
 #include "personalisation/content_optimizer.hpp"
 #include "personalisation/smart_recommendations.hpp"
 #include "privacy/consent.hpp"
+#include "push/interception.hpp"
+#include "push/push.hpp"
 #include "session/endpoints.hpp"
 #include "session/helper.hpp"
 #include "session/session.hpp"
@@ -53,7 +54,8 @@ public:
         TemplateEvents& templateEvents;
         FrequencyCap& frequencyCap;
         InappPresentation& inapp;
-        PendingFeatures& features;
+        OrbinelPush& push;
+        Interception& interception;
         const Lifetime& lifetime;
         platform::Scheduler& scheduler;
         platform::NotificationCentre& notificationCentre;
@@ -104,7 +106,8 @@ private:
     TemplateEvents& templateEvents_;
     FrequencyCap& frequencyCap_;
     InappPresentation& inapp_;
-    PendingFeatures& features_;
+    OrbinelPush& push_;
+    Interception& interception_;
     const Lifetime& lifetime_;
     platform::Scheduler& scheduler_;
     platform::NotificationCentre& notificationCentre_;

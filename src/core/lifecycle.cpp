@@ -53,7 +53,9 @@ Lifecycle::Lifecycle(const Needs& needs)
       contents_(needs.contents),
       campaigns_(needs.campaigns),
       inapp_(needs.inapp),
-      features_(needs.features),
+      push_(needs.push),
+      pushLog_(needs.pushLog),
+      carouselLink_(needs.carouselLink),
       lifetime_(needs.lifetime),
       application_(needs.application),
       notifications_(needs.notifications) {}
@@ -70,24 +72,12 @@ void Lifecycle::handleApplicationDidBecomeActiveNotification() noexcept {
             if (turned) ++state_.period;
         }
         if (turned) runApplicationDidBecomeActiveOperations();
-        if (!device_.isHybridSDK()) return;
-        const auto userInfo = takeNotificationUserInfo();
-        if (!userInfo.empty()) features_.handlePushLogWithUserInfo(userInfo);
+        push_.applicationDidBecomeActive();
     });
 }
 
 void Lifecycle::hybridApplicationDidBecomeActive(bool regularInitHasDone) noexcept {
     if (device_.isHybridSDK() && regularInitHasDone) handleApplicationDidBecomeActiveNotification();
-}
-
-void Lifecycle::setNotificationUserInfo(Dictionary userInfo) noexcept {
-    const MutexLock lock(mutex_);
-    std::swap(state_.notificationUserInfo, userInfo);
-}
-
-Dictionary Lifecycle::takeNotificationUserInfo() {
-    const MutexLock lock(mutex_);
-    return std::exchange(state_.notificationUserInfo, {});
 }
 
 void Lifecycle::runApplicationDidBecomeActiveOperations() noexcept {
@@ -223,11 +213,11 @@ bool Lifecycle::sendSessionData(const Completion& completion) noexcept {
             state_.didActive = false;
             alreadySent = state_.sessionDataSent;
         }
-        features_.setUserInfoProcessed(false);
-        features_.setForegroundPush(false);
-        features_.flushClickedDeepLink();
+        push_.setUserInfoProcessed(false);
+        push_.setForegroundPush(false);
+        carouselLink_.flushClickedDeepLink();
         if (alreadySent) return;
-        features_.setPlaceholderLog();
+        pushLog_.setPlaceholderLog();
         {
             const MutexLock lock(mutex_);
             state_.sessionDataSent = true;
@@ -235,8 +225,8 @@ bool Lifecycle::sendSessionData(const Completion& completion) noexcept {
         if (!helper_.shouldProceed()) return;
         handedOver = true;
         stop_.sendSessionStopRequestWithReason(session_reason::standard, completion);
+        push_.forgetPendingPush();
         const MutexLock lock(mutex_);
-        state_.notificationUserInfo.clear();
         state_.isStopLifecycle = false;
     });
     if (!ran) guarded(reports_, "+[Orbinel sendSessionData:]", [&] { completion(); });

@@ -6,13 +6,15 @@
 #include "base/lifetime.hpp"
 #include "base/mutex.hpp"
 #include "base/reports.hpp"
-#include "core/pending_features.hpp"
 #include "inapp/campaign_selection.hpp"
 #include "inapp/presentation.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/notifications.hpp"
 #include "personalisation/content_optimizer.hpp"
 #include "privacy/consent.hpp"
+#include "push/carousel_link.hpp"
+#include "push/push.hpp"
+#include "push/push_log.hpp"
 #include "session/helper.hpp"
 #include "session/session.hpp"
 #include "session/session_start.hpp"
@@ -45,7 +47,9 @@ public:
         OrbinelContentOptimizer& contents;
         CampaignSelection& campaigns;
         InappPresentation& inapp;
-        PendingFeatures& features;
+        OrbinelPush& push;
+        PushLog& pushLog;
+        CarouselLink& carouselLink;
         const Lifetime& lifetime;
         platform::Application& application;
         platform::Notifications& notifications;
@@ -60,9 +64,6 @@ public:
 
     /// The first handler, for wrappers that deliver the notification themselves.
     void hybridApplicationDidBecomeActive(bool regularInitHasDone) noexcept;
-
-    /// Keeps a push for a hybrid wrapper until the application becomes active.
-    void setNotificationUserInfo(Dictionary userInfo) noexcept;
 
 private:
     enum class Direction { none = 0, becameActive = 1, enteredBackground = 2 };
@@ -83,7 +84,6 @@ private:
 
     [[nodiscard]] bool isCurrent(Period period) const;
     [[nodiscard]] bool claimStart(Period period);
-    [[nodiscard]] Dictionary takeNotificationUserInfo();
 
     Reports& reports_;
     OrbinelHelper& helper_;
@@ -98,7 +98,9 @@ private:
     OrbinelContentOptimizer& contents_;
     CampaignSelection& campaigns_;
     InappPresentation& inapp_;
-    PendingFeatures& features_;
+    OrbinelPush& push_;
+    PushLog& pushLog_;
+    CarouselLink& carouselLink_;
     const Lifetime& lifetime_;
     platform::Application& application_;
     platform::Notifications& notifications_;
@@ -110,7 +112,6 @@ private:
         bool sessionDataSent = false;  // the stop of this session has been handed over
         int stopFunctionRunningCount = 0;
         bool isStopLifecycle = false;  // from entering the background until the stop has been handed over
-        Dictionary notificationUserInfo;
     };
     mutable Mutex mutex_;
     State state_ ORBINEL_GUARDED_BY(mutex_);

@@ -7,13 +7,13 @@
 #include "base/visit.hpp"
 #include "core/current_world.hpp"
 #include "core/world.hpp"
+#include "push/push_info.hpp"
 
 namespace orbinel {
 
 namespace {
 
 constexpr std::string_view signUpEvent = "sign_up_confirmation";
-constexpr std::string_view testInappEvent = "test_inapp";
 
 /// Runs the body of a public operation on the current world; without one, or when something is thrown, the neutral
 /// value is returned.
@@ -70,15 +70,19 @@ void setFont(const GuardedOperation& operation, std::string_view methodType, Opt
     });
 }
 
-/// Launch options nested beyond the bound count as none.
-std::optional<Dictionary> acceptable(World& world, const std::optional<Dictionary>& launchOptions) {
-    if (!launchOptions) return std::nullopt;
-    for (const auto& [key, value] : *launchOptions) {
+/// What the platform handed to the application; nested beyond the bound, it counts as nothing.
+std::optional<Dictionary> acceptable(World& world, const std::optional<Dictionary>& handedOver) {
+    if (!handedOver) return std::nullopt;
+    for (const auto& [key, value] : *handedOver) {
         if (isWithinDepth(value, maximumValueDepth - 1)) continue;
-        world.reports.note("Ignored the launch options: they are nested too deeply.");
+        world.reports.note("Ignored launch options or a push: they are nested too deeply.");
         return std::nullopt;
     }
-    return launchOptions;
+    return handedOver;
+}
+
+Dictionary acceptableOrEmpty(World& world, const std::optional<Dictionary>& handedOver) {
+    return acceptable(world, handedOver).value_or(Dictionary());
 }
 
 }  // namespace
@@ -450,10 +454,8 @@ void Orbinel::setCustomItalicFont(OptionalText font) noexcept {
 }
 
 void Orbinel::showTestInapp(const Dictionary& inapp, const Dictionary& pushInfo) noexcept {
-    onWorld("+[Orbinel showTestInapp:pushInfo:]", [&](World& world) {
-        world.reports.feed("testInAppReceived", [&] { return pushInfo; });
-        world.campaignSelection.showCustomInapp(inapp, testInappEvent);
-    });
+    onWorld("+[Orbinel showTestInapp:pushInfo:]",
+            [&](World& world) { world.campaignSelection.showTestInapp(inapp, pushInfo); });
 }
 
 void Orbinel::showNativeAppReview() noexcept {
@@ -463,6 +465,57 @@ void Orbinel::showNativeAppReview() noexcept {
 void Orbinel::registerWithQuietPermission(bool quiet) noexcept {
     onWorld("+[Orbinel registerWithQuietPermission:]",
             [&](World& world) { world.pushPermission.registerWithQuietPermission(quiet); });
+}
+
+void Orbinel::registerDeviceTokenWithApplication(const platform::Application*,
+                                                 std::span<const std::uint8_t> deviceToken) noexcept {
+    onWorld("+[Orbinel registerDeviceTokenWithApplication:deviceToken:]",
+            [&](World& world) { world.deviceToken.registerDeviceToken(deviceToken); });
+}
+
+void Orbinel::setPushToken(OptionalText token) noexcept {
+    onWorld("+[Orbinel setPushToken:]", [&](World& world) { world.deviceToken.setPushToken(token.view()); });
+}
+
+void Orbinel::handlePushLogWithUserInfo(const std::optional<Dictionary>& userInfo) noexcept {
+    onWorld("+[Orbinel handlePushLogWithUserInfo:]",
+            [&](World& world) { world.push.handlePushLogWithUserInfo(acceptableOrEmpty(world, userInfo)); });
+}
+
+void Orbinel::triggerPushProcessWithUserInfo(const std::optional<Dictionary>& userInfo) noexcept {
+    onWorld("+[Orbinel triggerPushProcessWithUserInfo:]",
+            [&](World& world) { world.push.handlePushLogWithUserInfo(acceptableOrEmpty(world, userInfo)); });
+}
+
+void Orbinel::setPushActionWithPushInfo(const std::optional<Dictionary>& pushInfo) noexcept {
+    onWorld("+[Orbinel setPushActionWithPushInfo:]",
+            [&](World& world) { world.push.setPushActionWithPushInfo(acceptableOrEmpty(world, pushInfo)); });
+}
+
+std::optional<Dictionary> Orbinel::getPushInfo(const std::optional<Dictionary>& userInfo) noexcept {
+    return onWorld("+[Orbinel getPushInfo:]", std::optional<Dictionary>(),
+                   [&](World& world) { return orbinel::getPushInfo(acceptableOrEmpty(world, userInfo)); });
+}
+
+void Orbinel::trackInteractiveLogWithUserInfo(const std::optional<Dictionary>& userInfo) noexcept {
+    onWorld("+[Orbinel trackInteractiveLogWithUserInfo:]",
+            [&](World& world) { world.pushLog.trackInteractiveLogWithUserInfo(acceptableOrEmpty(world, userInfo)); });
+}
+
+void Orbinel::setForegroundCallback(TargetAction<const Dictionary&> callback) noexcept {
+    onWorld("+[Orbinel setForegroundPushCallback:sender:]",
+            [&](World& world) { world.push.setForegroundPushCallback(std::move(callback)); });
+}
+
+void Orbinel::setActiveForegroundPushView() noexcept {
+    onWorld("+[Orbinel setActiveForegroundPushView]", [](World& world) { world.push.setActiveForegroundPushView(); });
+}
+
+// --- Links ---
+
+void Orbinel::handleUniversalLink(const UserActivity& activity) noexcept {
+    onWorld("+[Orbinel handleUniversalLink:]",
+            [&](World& world) { world.universalLinks.handleUniversalLink(activity); });
 }
 
 // --- Testing one's integration ---
@@ -478,6 +531,7 @@ void Orbinel::setCallback(TargetAction<const Dictionary&> callback) noexcept {
         world.inappButtons.setInappButtonClickCallback(callback);
         world.templateStore.setTemplateStoreCallback(callback);
         world.inappPresentation.setInappSeenCallback(callback);
+        world.push.setPushCallback(callback);
         world.sessionStart.setSessionStartedCallback(std::move(callback));
         world.reports.feedToPanel("registerOrbinelCallback", [] { return Dictionary(); });
     });

@@ -74,12 +74,22 @@ World::World(platform::Services given)
                          *services.scheduler, *services.json, *services.console, *services.notificationCentre,
                          *services.application, *services.views}),
       pushPermission({reports, helper, ownLifetime, *services.scheduler, *services.notifications}),
+      deviceToken({reports, helper, deviceAttributes}),
+      carouselLink({reports, helper}),
+      pushLinks({reports, urlOpener, inappPresentation, ownLifetime, *services.scheduler}),
+      pushLog({reports, helper, session, eventRecorder}),
+      push({reports, helper, deviceAttributes, autoIntegration, contentOptimizer, campaignSelection, carouselLink,
+            pushLinks, pushLog, ownLifetime, *services.json, *services.scheduler}),
+      universalLinks({reports, helper, session, ownLifetime, *services.http}),
+      configurations({reports, *services.application}),
+      replacedOperations({reports, autoIntegration, toolLinks, deviceToken, universalLinks, push, *services.console}),
+      interception({reports, configurations, deviceAttributes, replacedOperations, ownLifetime, *services.application,
+                    *services.notifications}),
       crashHandler({reports, session, deviceAttributes}),
-      pendingFeatures(reports),
       sessionEvents(eventRecorder, validation, eventBudget),
       lifecycle({reports, helper, session, sessionStop, sessionStart, privacy, identity, deviceAttributes, testDevices,
-                 wizard, contentOptimizer, campaignSelection, inappPresentation, pendingFeatures, ownLifetime,
-                 *services.application, *services.notifications}),
+                 wizard, contentOptimizer, campaignSelection, inappPresentation, push, pushLog, carouselLink,
+                 ownLifetime, *services.application, *services.notifications}),
       initialisation({reports,
                       helper,
                       endpoints,
@@ -97,7 +107,8 @@ World::World(platform::Services given)
                       templateEvents,
                       frequencyCap,
                       inappPresentation,
-                      pendingFeatures,
+                      push,
+                      interception,
                       ownLifetime,
                       *services.scheduler,
                       *services.notificationCentre}) {}
@@ -129,6 +140,7 @@ std::shared_ptr<World> World::create(platform::Services services) {
                 return Dictionary{{"problem", std::move(problem)}};
             });
         }));
+    world->interception.setObservers();
     return world;
 }
 
@@ -203,11 +215,14 @@ void World::end(std::chrono::milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     entrance->close();
     ownLifetime.end();
+    interception.takeBack();
     sessionStart.cancelAll();
     requestSender.cancelAll();
     wizard.cancelAll();
     logger.cancelAll();
     recommendations.cancelAll();
+    pushLinks.cancelAll();
+    universalLinks.cancelAll();
     ownLifetime.waitUntilQuiet(limit);
     entrance->waitUntilLeft(
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()));

@@ -16,7 +16,6 @@
 #include "core/crash_handler.hpp"
 #include "core/initialisation.hpp"
 #include "core/lifecycle.hpp"
-#include "core/pending_features.hpp"
 #include "core/session_events.hpp"
 #include "diagnostics/logger.hpp"
 #include "events/event_budget.hpp"
@@ -47,7 +46,16 @@
 #include "personalisation/smart_recommendations.hpp"
 #include "privacy/collection_switches.hpp"
 #include "privacy/consent.hpp"
+#include "push/carousel_link.hpp"
+#include "push/configurations.hpp"
+#include "push/device_token.hpp"
+#include "push/interception.hpp"
+#include "push/push.hpp"
+#include "push/push_links.hpp"
+#include "push/push_log.hpp"
 #include "push/push_permission.hpp"
+#include "push/replaced_operations.hpp"
+#include "push/universal_links.hpp"
 #include "session/encryptor.hpp"
 #include "session/endpoints.hpp"
 #include "session/helper.hpp"
@@ -176,10 +184,18 @@ public:
 
     // push
     PushPermission pushPermission;
+    DeviceToken deviceToken;
+    CarouselLink carouselLink;
+    PushLinks pushLinks;
+    PushLog pushLog;
+    OrbinelPush push;
+    UniversalLinks universalLinks;
+    OrbinelConfigurations configurations;
+    ReplacedOperations replacedOperations;
+    Interception interception;
 
     // core
     OrbinelCrashHandler crashHandler;
-    PendingFeatures pendingFeatures;
     SessionEventsBinding sessionEvents;
     Lifecycle lifecycle;
     Initialisation initialisation;

@@ -149,4 +149,11 @@ void CampaignSelection::showCustomInapp(const Dictionary& content, std::string_v
     });
 }
 
+void CampaignSelection::showTestInapp(const Dictionary& content, const Dictionary& pushInfo) noexcept {
+    guarded(reports_, "+[Orbinel showTestInapp:pushInfo:]", [&] {
+        reports_.feed("testInAppReceived", [&] { return pushInfo; });
+        showCustomInapp(content, testInapp);
+    });
+}
+
 }  // namespace orbinel

@@ -66,6 +66,9 @@ public:
     /// campaign. One for the event "test_inapp" is shown at once, any other when its event happens.
     void showCustomInapp(const Dictionary& content, std::string_view eventName) noexcept;
 
+    /// Shows at once a message that the vendor's panel sent for a try, and tells the panel of the push it came with.
+    void showTestInapp(const Dictionary& content, const Dictionary& pushInfo) noexcept;
+
     // Whether a test message has arrived, which takes the place of the session start's own.
     void setTestInAppExistence(bool exists) noexcept { testInAppExists_ = exists; }
     [[nodiscard]] bool doesTestInAppExist() noexcept override { return testInAppExists_; }

@@ -165,10 +165,7 @@ void OrbinelTemplateStore::sendDeviceAttributes(const Request&) {
 }
 
 void OrbinelTemplateStore::openInternally(const Request& request) {
-    const auto url = urls_.permitted(request.value.stringOrEmpty());
-    if (!url) return reports_.note("Refused to open a URL of the page.");
-    if (isWebPage(*url)) return screen->openBrowserUrl(*url);
-    urls_.openUrl(*url, {});  // what no browser shows belongs to whoever the person uses for it
+    urls_.openInternally(request.value.stringOrEmpty(), *screen);
 }
 
 void OrbinelTemplateStore::openExternally(const Request& request) { urls_.openUrl(request.value.stringOrEmpty(), {}); }

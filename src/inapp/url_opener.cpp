@@ -63,6 +63,14 @@ void UrlOpener::openUrl(const std::string& url, std::function<void()> completion
     });
 }
 
+void UrlOpener::openInternally(const std::string& url, InappScreen& screen) noexcept {
+    guarded(reports_, "-[OrbinelInapp openBrowserUrl:]", [&] {
+        const auto permittedUrl = permitted(url);
+        if (permittedUrl && isWebPage(*permittedUrl)) return screen.openBrowserUrl(*permittedUrl);
+        openUrl(url, {});
+    });
+}
+
 void UrlOpener::openOnMain(const std::string& url, std::function<void()> completion) {
     const auto permittedUrl = permitted(url);
     if (!permittedUrl) {

@@ -21,6 +21,17 @@ public:
     }
     void openSettings() noexcept override { target_->openSettings(); }
     void openNotificationSettings() noexcept override { target_->openNotificationSettings(); }
+    void setDelegate(std::shared_ptr<Delegate> delegate) noexcept override {
+        target_->setDelegate(std::move(delegate));
+    }
+    std::shared_ptr<Delegate> delegate() const noexcept override { return target_->delegate(); }
+    Ticket observeDelegate(DelegateObserver observer) noexcept override {
+        return target_->observeDelegate(std::move(observer));
+    }
+    void connectScene(const std::shared_ptr<Delegate>& delegate) noexcept override { target_->connectScene(delegate); }
+    Ticket observeScenes(DelegateObserver observer) noexcept override {
+        return target_->observeScenes(std::move(observer));
+    }
 
 protected:
     const std::shared_ptr<Application> target_;

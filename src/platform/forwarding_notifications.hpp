@@ -20,6 +20,10 @@ public:
         target_->requestAuthorization(options, std::move(completion));
     }
     void registerForRemoteNotifications() noexcept override { target_->registerForRemoteNotifications(); }
+    void setDelegate(std::shared_ptr<Delegate> delegate) noexcept override {
+        target_->setDelegate(std::move(delegate));
+    }
+    std::shared_ptr<Delegate> delegate() const noexcept override { return target_->delegate(); }
 
 protected:
     const std::shared_ptr<Notifications> target_;

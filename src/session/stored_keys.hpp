@@ -29,6 +29,14 @@ inline constexpr std::string_view autoIntegration = "OrbinelAutoIntegration";   
 inline constexpr std::string_view deviceLocation = "deviceLocation";             // dictionary
 inline constexpr std::string_view recommendationEndpoints = "orbinel_recommendation_endpoints";  // dictionary of texts
 
+/// What the application's notification extension leaves in the app group.
+inline constexpr std::string_view placeholderLog = "orbinelPlaceholderLog";            // dictionary: a push log
+inline constexpr std::string_view interactivePushSeen = "orbinelInteractivePushSeen";  // text
+inline constexpr std::string_view carouselId = "orbinelCarouselID";                    // text
+inline constexpr std::string_view carouselCampId = "orbinelCarouselCampId";            // integer
+inline constexpr std::string_view carouselDeepLink = "orbinelCarouselDeepLink";        // dictionary
+inline constexpr std::string_view carouselDeepLinkTimestamp = "orbinelCarouselDeepLinkTimestamp";  // seconds since 1970
+
 /// Remote content has a store of its own: a record under the name of each variable, and this list of names.
 inline constexpr std::string_view contentSuite = "orbinel_content_optimizer";  // the name of the store
 inline constexpr std::string_view testContents = "OrbinelTestContents";

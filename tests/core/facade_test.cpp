@@ -75,6 +75,38 @@ void callWhatComesFromTheBackend() {
     Orbinel::handleUrl(nullptr);
 }
 
+void callWhatIsOfMessagesAndPushes(const std::shared_ptr<Target>& target) {
+    Orbinel::removeInapp();
+    Orbinel::removeInappWithCompletionHandler({});
+    Orbinel::enableInAppMessages();
+    Orbinel::disableInAppMessages();
+    Orbinel::reenableTemplates();
+    Orbinel::disableTemplates();
+    Orbinel::enableTemplateDebugging();
+    for (const auto set :
+         {&Orbinel::setCustomRegularFont, &Orbinel::setCustomBoldFont, &Orbinel::setCustomItalicFont}) {
+        set(nullptr);
+    }
+    Orbinel::showTestInapp({}, {});
+    Orbinel::showNativeAppReview();
+    Orbinel::registerWithQuietPermission(true);
+    Orbinel::registerDeviceTokenWithApplication(nullptr, {});
+    Orbinel::setPushToken(nullptr);
+    Orbinel::setForegroundPushCallback(&Target::onCallback, std::weak_ptr(target));
+    Orbinel::setForegroundPushCallback(&Target::onCallback, std::weak_ptr<Target>());
+    Orbinel::setActiveForegroundPushView();
+    const Dictionary push{{"aps", Null{}}, {"source", "Orbinel"}, {"camp_id", Value()}, {"inapp_test", Null{}}};
+    for (const auto& userInfo : {std::optional<Dictionary>(), std::optional(Dictionary()), std::optional(push)}) {
+        Orbinel::handlePushLogWithUserInfo(userInfo);
+        Orbinel::triggerPushProcessWithUserInfo(userInfo);
+        Orbinel::setPushActionWithPushInfo(userInfo);
+        Orbinel::trackInteractiveLogWithUserInfo(userInfo);
+        EXPECT_EQ(Orbinel::getPushInfo(userInfo), std::nullopt);
+    }
+    Orbinel::handleUniversalLink({});
+    Orbinel::handleUniversalLink({"", "https://shop.test/?isOrb=1"});
+}
+
 /// Every public operation, with absent arguments too.
 void callEverything() {
     const auto target = std::make_shared<Target>();
@@ -107,6 +139,7 @@ void callEverything() {
     callWhatIsOfTheUser();
     callWhatIsOfTheShop();
     callWhatComesFromTheBackend();
+    callWhatIsOfMessagesAndPushes(target);
 }
 
 TEST(FacadeWithoutAWorld, IsNeutralBeforeTheStartAfterTheEndAndFromAnyThread) {

@@ -46,6 +46,7 @@ struct Crowd {
                 if (event % 10 == thread) callEverything();
                 if (event % 50 == thread) Orbinel::reinitWithPartnerName(event < 50 ? "acme_two" : "acme");
                 if (event % 40 == thread) logIn(number);
+                if (event % 50 == thread) handlePush(number);
             }
             ++done;
         }
@@ -71,6 +72,16 @@ struct Crowd {
         OrbinelUser user = Orbinel::getCurrentUser();
         user.setAge(number % 99 + 1).setCustomAttributeWithInt("seen", number);
         user.login(OrbinelIdentifiers().addUserID("person " + std::to_string(number)), [](const std::string&) {});
+    }
+
+    /// A push of a campaign of its own, which two threads may handle at once.
+    static void handlePush(int number) {
+        Orbinel::setPushToken(std::to_string(number));
+        Orbinel::handlePushLogWithUserInfo(Dictionary{{"aps", Dictionary()},
+                                                      {"source", "Orbinel"},
+                                                      {"camp_id", number % 100},
+                                                      {"camp_type", 1},
+                                                      {"variant_id", 1}});
     }
 
     const std::shared_ptr<std::atomic<int>> newIds = std::make_shared<std::atomic<int>>(0);

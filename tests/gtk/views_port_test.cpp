@@ -1,12 +1,17 @@
 #include <webkit/webkit.h>
 
+#include "hosts/common/in_process_notification_centre.hpp"
 #include "hosts/common/rapidjson_json.hpp"
 #include "hosts/gtk/gtk_views.hpp"
+#include "hosts/gtk/windowed_application.hpp"
+#include "hosts/linux/linux_application.hpp"
+#include "hosts/linux/linux_notifications.hpp"
 #include "tests/gtk/page_server.hpp"
 #include "tests/gtk/window_under_test.hpp"
+#include "tests/port_contract/delegates_contract.hpp"
 #include "tests/port_contract/views_contract.hpp"
 
-// The views of the GTK host keep the contract of the service.
+// What the GTK host makes of its own keeps the contracts of the services.
 namespace orbinel::contract {
 
 namespace {
@@ -70,7 +75,17 @@ ViewsUnderTest gtkViews() {
     return {views, pages, {0, 0, 400, 600}, 0, 0, &hosts::turnFor};
 }
 
+DelegatesUnderTest gtkDelegates() {
+    const auto window = std::make_shared<hosts::WindowUnderTest>(400, 600);
+    const auto package = std::make_shared<hosts::LinuxApplication>(platform::ApplicationBundle(), false, nullptr);
+    const auto centre = std::make_shared<hosts::InProcessNotificationCentre>();
+    const std::shared_ptr<platform::Application> application(
+        new hosts::WindowedApplication(window->get(), package, centre), [window](auto* raw) { delete raw; });
+    return {application, std::make_shared<hosts::LinuxNotifications>()};
+}
+
 INSTANTIATE_TEST_SUITE_P(Gtk, ViewsContract, testing::Values(&gtkViews));
+INSTANTIATE_TEST_SUITE_P(Gtk, DelegatesContract, testing::Values(&gtkDelegates));
 
 }  // namespace
 

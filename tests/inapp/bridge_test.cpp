@@ -27,7 +27,7 @@ protected:
         bridge.store.setTemplateStoreCallback({std::weak_ptr(callbacks), &KeptCallbacks::take});
         bridge.buttons.setInappButtonClickCallback({std::weak_ptr(callbacks), &KeptCallbacks::take});
         host.device->change([](platform::DeviceFacts& facts) { facts.osVersion = "16.4"; });
-        host.application->setBundle({"1.0.0", "com.acme.shop", "en", {"acme"}});
+        host.application->setBundle({"1.0.0", "com.acme.shop", "en", {"acme"}, {}});
     }
 
     std::vector<std::string> effectsOf(const std::string& json) {
@@ -127,7 +127,7 @@ TEST_F(TemplatePages, OpenNothingButWebPagesPeopleAndTheApplicationItself) {
     EXPECT_THAT(effectsOf(R"({"internalUrl":"http://a.test","externalUrl":"ACME:cart"})"),
                 ElementsAre("browser http://a.test"));
     EXPECT_THAT(opened(), ElementsAre("mailto:a@b.test", "HTTPS://a.test/%C3%BC%20b?q=%20", "ACME:cart"));
-    host.application->setBundle({"1.0.0", "com.acme.shop", "en", {"file", "javascript"}});
+    host.application->setBundle({"1.0.0", "com.acme.shop", "en", {"file", "javascript"}, {}});
     (void)effectsOf(R"json({"internalUrl":"javascript:alert(1)","externalUrl":"file:///etc/passwd"})json");
     EXPECT_THAT(opened(), SizeIs(3));
 }

@@ -7,6 +7,7 @@
 #include "orbinel/headless/headless_host.hpp"
 #include "tests/port_contract/base64_contract.hpp"
 #include "tests/port_contract/defaults_contract.hpp"
+#include "tests/port_contract/delegates_contract.hpp"
 #include "tests/port_contract/facts_contract.hpp"
 #include "tests/port_contract/http_contract.hpp"
 #include "tests/port_contract/json_contract.hpp"
@@ -85,6 +86,11 @@ SecureItemsUnderTest secureItemsInMemory() {
     return {[items = std::make_shared<headless::HeadlessSecureItems>()] { return items; }};
 }
 
+DelegatesUnderTest headlessDelegates() {
+    return {std::make_shared<headless::HeadlessApplication>(std::make_shared<HeadlessScheduler>(0)),
+            std::make_shared<headless::HeadlessNotifications>()};
+}
+
 FactsUnderTest headlessFacts() {
     return {std::make_shared<headless::HeadlessDevice>(), std::make_shared<headless::HeadlessNotifications>()};
 }
@@ -151,6 +157,7 @@ INSTANTIATE_TEST_SUITE_P(Headless, HttpContract, testing::Values(&scriptedHttp))
 INSTANTIATE_TEST_SUITE_P(Headless, DefaultsContract, testing::Values(&defaultsInMemory));
 INSTANTIATE_TEST_SUITE_P(Headless, SecureItemsContract, testing::Values(&secureItemsInMemory));
 INSTANTIATE_TEST_SUITE_P(Headless, FactsContract, testing::Values(&headlessFacts));
+INSTANTIATE_TEST_SUITE_P(Headless, DelegatesContract, testing::Values(&headlessDelegates));
 INSTANTIATE_TEST_SUITE_P(Headless, TouchContract, testing::Values(&headlessTouch));
 INSTANTIATE_TEST_SUITE_P(WithoutWindow, TouchContract, testing::Values(&absentTouch));
 INSTANTIATE_TEST_SUITE_P(Headless, ViewsContract, testing::Values(&headlessViews));

@@ -5,6 +5,7 @@
 #include "hosts/common/rapidjson_json.hpp"
 #include "hosts/linux/curl_http.hpp"
 #include "hosts/linux/file_secure_items.hpp"
+#include "hosts/linux/linux_application.hpp"
 #include "hosts/linux/linux_device.hpp"
 #include "hosts/linux/linux_notifications.hpp"
 #include "hosts/linux/sqlite_defaults.hpp"
@@ -12,6 +13,7 @@
 #include "tests/linux/linux_loopback_server.hpp"
 #include "tests/linux/temporary_directory.hpp"
 #include "tests/port_contract/defaults_contract.hpp"
+#include "tests/port_contract/delegates_contract.hpp"
 #include "tests/port_contract/facts_contract.hpp"
 #include "tests/port_contract/http_contract.hpp"
 #include "tests/port_contract/scheduler_contract.hpp"
@@ -77,6 +79,12 @@ SecureItemsUnderTest fileSecureItems() {
     }};
 }
 
+DelegatesUnderTest linuxDelegates() {
+    const auto scheduler = std::make_shared<hosts::SystemScheduler>();
+    return {std::make_shared<hosts::LinuxApplication>(platform::ApplicationBundle(), false, scheduler),
+            std::make_shared<hosts::LinuxNotifications>()};
+}
+
 FactsUnderTest linuxFacts() {
     const auto directory = std::make_shared<TemporaryDirectory>();
     const std::shared_ptr<hosts::LinuxDevice> device(
@@ -91,6 +99,7 @@ INSTANTIATE_TEST_SUITE_P(Linux, HttpContract, testing::Values(&curlHttp));
 INSTANTIATE_TEST_SUITE_P(Linux, DefaultsContract, testing::Values(&sqliteDefaults));
 INSTANTIATE_TEST_SUITE_P(Linux, SecureItemsContract, testing::Values(&fileSecureItems));
 INSTANTIATE_TEST_SUITE_P(Linux, FactsContract, testing::Values(&linuxFacts));
+INSTANTIATE_TEST_SUITE_P(Linux, DelegatesContract, testing::Values(&linuxDelegates));
 
 }  // namespace
 

@@ -21,6 +21,15 @@ struct KindRule {
 
 bool isDictionary(const Value& value) { return value.ifDictionary() != nullptr; }
 bool isAbsent(const Value& value) { return value.isAbsent(); }
+
+bool isUserActivity(const Value& value) {
+    const auto* fields = value.ifDictionary();
+    return fields != nullptr && std::all_of(fields->begin(), fields->end(), [](const auto& field) {
+               return (field.first == "activityType" || field.first == "webpageURL") &&
+                      field.second.ifString() != nullptr;
+           });
+}
+
 bool never(const Value&) { return false; }
 bool neverKept(ThingKind) { return false; }
 
@@ -54,6 +63,8 @@ const std::array kindRules{
     KindRule{Kind::target, "a {\"$ref\"} to a target or null", isAbsent, isKept<ThingKind::target>},
     KindRule{Kind::identifiers, "a {\"$ref\"} to identifiers or null", isAbsent, isKept<ThingKind::identifiers>},
     KindRule{Kind::product, "a {\"$ref\"} to a product or null", isAbsent, isKept<ThingKind::product>},
+    KindRule{Kind::userActivity, "an object with the texts activityType and webpageURL or null",
+             [](const Value& v) { return v.isAbsent() || isUserActivity(v); }, neverKept},
     KindRule{Kind::products, "a list of {\"$ref\"} to products", never, neverKept},
 };
 

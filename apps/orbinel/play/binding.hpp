@@ -4,12 +4,15 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <type_traits>
 #include <utility>
 
 #include "apps/orbinel/play/operation.hpp"
 #include "orbinel/optional_text.hpp"
+#include "orbinel/platform/application.hpp"
+#include "orbinel/user_activity.hpp"
 
 /// Makes operations of scenarios out of functions of the library: the kinds of arguments and result follow from the
 /// function's own type.
@@ -97,6 +100,37 @@ struct ArgumentOf<std::optional<Dictionary>> {
     static std::optional<Dictionary> make(const CallArgument& argument, Trace&) {
         const auto* dictionary = valueOf(argument).ifDictionary();
         return dictionary != nullptr ? std::optional(*dictionary) : std::nullopt;
+    }
+};
+
+/// Bytes are the text that {"$bytes"} makes; they are the scenario's own.
+template <>
+struct ArgumentOf<std::span<const std::uint8_t>> {
+    static constexpr auto kind = ArgumentKind::text;
+    static std::span<const std::uint8_t> make(const CallArgument& argument, Trace&) {
+        const auto& bytes = valueOf(argument).stringOrEmpty();
+        return {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};
+    }
+};
+
+/// No operation looks at the application itself.
+template <>
+struct ArgumentOf<const platform::Application*> {
+    static constexpr auto kind = ArgumentKind::any;
+    static const platform::Application* make(const CallArgument&, Trace&) { return nullptr; }
+};
+
+/// {"activityType", "webpageURL"}, each of which may be left out.
+template <>
+struct ArgumentOf<UserActivity> {
+    static constexpr auto kind = ArgumentKind::userActivity;
+    static UserActivity make(const CallArgument& argument, Trace&) {
+        UserActivity activity;
+        const auto* fields = valueOf(argument).ifDictionary();
+        if (fields == nullptr) return activity;
+        if (const auto* type = (*fields)["activityType"].ifString()) activity.type = *type;
+        if (const auto* url = (*fields)["webpageURL"].ifString()) activity.webpageUrl = *url;
+        return activity;
     }
 };
 

@@ -27,11 +27,12 @@ enum class ArgumentKind {
     anyDictionary,  // may be absent
     any,
     callback,
-    anyCallback,  // may be absent
-    target,       // may be absent
-    identifiers,  // may be absent
-    product,      // may be absent
-    products,     // a list of those
+    anyCallback,   // may be absent
+    target,        // may be absent
+    identifiers,   // may be absent
+    product,       // may be absent
+    products,      // a list of those
+    userActivity,  // may be absent
 };
 
 /// One operation of the library as scenarios call it.

@@ -23,6 +23,10 @@ constexpr auto registerCallback = [](auto selector, std::weak_ptr<Target> target
     Orbinel::registerOrbinelCallbackWithSelector(selector, target);
 };
 
+constexpr auto setForegroundPushCallback = [](auto callback, std::weak_ptr<Target> target) {
+    Orbinel::setForegroundPushCallback(callback, target);
+};
+
 std::vector<Operation> facadeOperations() {
     return {
         facade("initWithLaunchOptions:partnerName:appGroup:", InitWithGroup(&Orbinel::initWithLaunchOptions)),
@@ -77,6 +81,16 @@ std::vector<Operation> facadeOperations() {
         facade("showTestInapp:pushInfo:", &Orbinel::showTestInapp),
         facade("showNativeAppReview", &Orbinel::showNativeAppReview),
         facade("registerWithQuietPermission:", &Orbinel::registerWithQuietPermission),
+        facade("registerDeviceTokenWithApplication:deviceToken:", &Orbinel::registerDeviceTokenWithApplication),
+        facade("setPushToken:", &Orbinel::setPushToken),
+        facade("handlePushLogWithUserInfo:", &Orbinel::handlePushLogWithUserInfo),
+        facade("triggerPushProcessWithUserInfo:", &Orbinel::triggerPushProcessWithUserInfo),
+        facade("setPushActionWithPushInfo:", &Orbinel::setPushActionWithPushInfo),
+        facade("getPushInfo:", &Orbinel::getPushInfo),
+        facade("trackInteractiveLogWithUserInfo:", &Orbinel::trackInteractiveLogWithUserInfo),
+        registration<Dictionary>("setForegroundPushCallback:sender:", setForegroundPushCallback),
+        facade("setActiveForegroundPushView", &Orbinel::setActiveForegroundPushView),
+        facade("handleUniversalLink:", &Orbinel::handleUniversalLink),
         facade("removeTestVariables", &Orbinel::removeTestVariables),
         facade("getSmartRecommendationWithID:locale:currency:smartRecommendation:",
                &Orbinel::getSmartRecommendationWithID),

@@ -1,9 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "orbinel/platform/delegate.hpp"
+#include "orbinel/platform/ticket.hpp"
+#include "orbinel/value.hpp"
 
 namespace orbinel::platform {
 
@@ -13,6 +18,7 @@ struct ApplicationBundle {
     std::optional<std::string> identifier;             // the package's name, such as "com.acme.shop"
     std::optional<std::string> preferredLocalisation;  // the localisation in use (BCP 47), such as "tr" or "en-GB"
     std::vector<std::string> urlSchemes;               // schemes that open this application, in lower case
+    Dictionary information;                            // what the package says beyond, such as how libraries behave
 };
 
 enum class ApplicationState { active, inactive, background };
@@ -45,6 +51,31 @@ public:
 
     /// Opens the application's notification settings.
     virtual void openNotificationSettings() noexcept = 0;
+
+    // --- Delegates. What the platform has for the application or for one of its scenes, it performs on the main
+    // thread.
+
+    using DelegateObserver = std::function<void(const std::shared_ptr<Delegate>& delegate)>;
+
+    /// Makes the object the application's delegate; null: it has none. Main thread. Observers are told of the object
+    /// inside the call, before it is the delegate; of null they are not told. It is kept until another one takes its
+    /// place.
+    virtual void setDelegate(std::shared_ptr<Delegate> delegate) noexcept = 0;
+
+    [[nodiscard]] virtual std::shared_ptr<Delegate> delegate() const noexcept = 0;
+
+    /// Tells the observer, until the ticket is gone, of the application's delegate: inside this call of the present
+    /// one, where there is one, and then of each later one.
+    [[nodiscard]] virtual Ticket observeDelegate(DelegateObserver observer) noexcept = 0;
+
+    /// Connects a window's scene whose delegate is the object (platforms with scenes tell of it as
+    /// "UISceneWillConnectNotification"); null is ignored. Main thread. Observers are told inside the call. The object is the
+    /// scene's: the scene is connected as long as somebody keeps it.
+    virtual void connectScene(const std::shared_ptr<Delegate>& delegate) noexcept = 0;
+
+    /// Tells the observer, until the ticket is gone, of the delegates of scenes: inside this call of those that are
+    /// connected, in the order in which they were, and then of each later one.
+    [[nodiscard]] virtual Ticket observeScenes(DelegateObserver observer) noexcept = 0;
 };
 
 }  // namespace orbinel::platform

@@ -2,8 +2,11 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+
+#include "orbinel/platform/delegate.hpp"
 
 namespace orbinel::platform {
 
@@ -40,6 +43,12 @@ public:
 
     /// Asks the push service for a device token, which reaches the application's delegate. Main thread.
     virtual void registerForRemoteNotifications() noexcept = 0;
+
+    /// Makes the object the one that is told, on the main thread, of notifications that arrive or are opened; null:
+    /// nobody is. It is kept until another one takes its place.
+    virtual void setDelegate(std::shared_ptr<Delegate> delegate) noexcept = 0;
+
+    [[nodiscard]] virtual std::shared_ptr<Delegate> delegate() const noexcept = 0;
 };
 
 }  // namespace orbinel::platform

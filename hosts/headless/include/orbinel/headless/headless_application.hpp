@@ -45,6 +45,11 @@ public:
     void openUrl(const std::string& url, std::function<void(bool opened)> completion) noexcept override;
     void openSettings() noexcept override;
     void openNotificationSettings() noexcept override;
+    void setDelegate(std::shared_ptr<platform::Delegate> delegate) noexcept override;
+    [[nodiscard]] std::shared_ptr<platform::Delegate> delegate() const noexcept override;
+    [[nodiscard]] platform::Ticket observeDelegate(DelegateObserver observer) noexcept override;
+    void connectScene(const std::shared_ptr<platform::Delegate>& delegate) noexcept override;
+    [[nodiscard]] platform::Ticket observeScenes(DelegateObserver observer) noexcept override;
 
 private:
     struct State;

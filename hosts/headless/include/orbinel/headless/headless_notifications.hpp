@@ -34,6 +34,8 @@ public:
     void requestAuthorization(std::int32_t options,
                               std::function<void(std::optional<std::string> failure)> completion) noexcept override;
     void registerForRemoteNotifications() noexcept override;
+    void setDelegate(std::shared_ptr<platform::Delegate> delegate) noexcept override;
+    [[nodiscard]] std::shared_ptr<platform::Delegate> delegate() const noexcept override;
 
 private:
     struct State;

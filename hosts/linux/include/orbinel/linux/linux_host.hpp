@@ -25,6 +25,9 @@ struct LinuxHostOptions {
     std::optional<std::string> localisation;           // BCP 47; absent: the person's language
     std::vector<std::string> urlSchemes;               // schemes that open the application, in lower case
 
+    /// What else the application says of itself, such as {"Orbinel": {"Disabled Swizzlers": […]}}.
+    Dictionary information;
+
     /// Whether the system may suspend the process as soon as the application is in the background, as phones do.
     bool backgroundMaySuspend = false;
 };
