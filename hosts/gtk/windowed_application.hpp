@@ -10,6 +10,7 @@
 #include "hosts/gtk/deferred_calls.hpp"
 #include "hosts/gtk/foreground.hpp"
 #include "hosts/gtk/gobject.hpp"
+#include "hosts/gtk/opened_links.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/notification_centre.hpp"
 
@@ -61,6 +62,7 @@ private:
     const std::shared_ptr<const platform::Application> package_;
     const std::shared_ptr<platform::NotificationCentre> notifications_;
     ApplicationDelegates delegates_;
+    OpenedLinks openedLinks_{*this};
     Foreground foreground_;
     std::atomic<bool> portrait_{true};
     bool upright_ = true;  // as the window is; told at the next turn

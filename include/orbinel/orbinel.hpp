@@ -320,11 +320,15 @@ public:
     ///
     /// | type | when | data |
     /// |---|---|---|
-    /// | 0 | a push was opened, or came in the foreground | its payload without the library's own keys; "source" beside
-    /// | | 1 | a native button of a message was pressed | what the button carries | | 2 | a page of a message reported
-    /// a purchase | {"purchased_items"} | | 3 | a page put something into the cart | {"cart_items"} | | 4 | a page has
-    /// something of its own to say | what it says | | 5 | a message was shown | {"inapp_id", "variant_id"}, texts | | 6
-    /// | a session start completed | none |
+    /// | 0 | a push was opened, or came in the foreground | what of its payload is not the library's own |
+    /// | 1 | a native button of a message was pressed | what the button carries |
+    /// | 2 | a page of a message reported a purchase | {"purchased_items"} |
+    /// | 3 | a page put something into the cart | {"cart_items"} |
+    /// | 4 | a page has something of its own to say | what it says |
+    /// | 5 | a message was shown | {"inapp_id", "variant_id"}, texts |
+    /// | 6 | a session start completed | none |
+    ///
+    /// Beside the data of a push stands its "source".
     ///
     /// The sender is held weakly; a registration replaces the one before.
     template <typename Selector, typename Sender>

@@ -3,10 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 
 #include "hosts/gtk/iio_accelerometer.hpp"
+#include "tests/gtk/portal_under_test.hpp"
 #include "tests/gtk/private_bus.hpp"
 #include "tests/gtk/window_under_test.hpp"
 #include "tests/linux/temporary_directory.hpp"
@@ -15,7 +17,26 @@ namespace orbinel::hosts {
 namespace {
 
 namespace names = platform::notification_names;
+namespace operations = platform::delegate_operations;
 using platform::ApplicationState;
+
+/// Implements the operations by noting what they are given.
+class NotingDelegate : public platform::Delegate {
+public:
+    explicit NotingDelegate(std::initializer_list<std::string_view> implemented)
+        : Delegate(std::make_shared<platform::DelegateClass>("AcmeDelegate")) {
+        for (const auto operation : implemented) {
+            type()->addOperation(operation, [this, operation](auto&, const auto& arguments) {
+                const auto& page = arguments.activity.webpageUrl;
+                told.push_back(std::string(operation) + " " + arguments.url + page.value_or("") +
+                               arguments.userInfo["camp_id"].stringOrEmpty());
+                return platform::DelegateResult(true);
+            });
+        }
+    }
+
+    std::vector<std::string> told;
+};
 
 class GtkHostOnScreen : public testing::Test {
 protected:
@@ -125,6 +146,81 @@ TEST_F(GtkHostOnScreen, WhatNothingOpensIsToldOnceAndNeverInsideTheCall) {
     EXPECT_THAT(opened, testing::Each(false));
     application.openSettings();
     application.openNotificationSettings();
+}
+
+TEST_F(GtkHostOnScreen, WhatTheDesktopOpensReachesTheApplicationsDelegate) {
+    const auto desktop = ObjectPointer<GApplication>(g_application_new(nullptr, G_APPLICATION_HANDLES_OPEN));
+    g_application_set_default(desktop.get());
+    {
+        GtkHost opened(window.get(), optionsIn(directory.path() / "opened"));
+        const auto open = [&](const char* url) {
+            const auto file = ObjectPointer<GFile>(g_file_new_for_uri(url));
+            auto* files = file.get();
+            g_application_open(desktop.get(), &files, 1, "");
+        };
+        ASSERT_TRUE(g_application_register(desktop.get(), nullptr, nullptr));
+        open("acme://nobody/listens");
+        const auto old = std::make_shared<NotingDelegate>(std::initializer_list{operations::handleOpenUrl});
+        opened.services().application->setDelegate(old);
+        open("acme://cart?id=1#top");
+        const auto delegate = std::make_shared<NotingDelegate>(std::initializer_list{
+            operations::handleOpenUrl, operations::openUrlWithOptions, operations::continueUserActivity});
+        opened.services().application->setDelegate(delegate);
+        open("acme://cart?id=2");
+        open("HTTPS://acme.test/sale?x=%20");
+        EXPECT_THAT(old->told, testing::ElementsAre("application:handleOpenURL: acme://cart?id=1#top"));
+        EXPECT_THAT(delegate->told,
+                    testing::ElementsAre("application:openURL:options: acme://cart?id=2",
+                                         testing::AllOf(testing::StartsWith("application:continueUserActivity:"),
+                                                        testing::EndsWith("://acme.test/sale?x=%20"))));
+    }
+    g_application_set_default(nullptr);
+}
+
+TEST_F(GtkHostOnScreen, NotificationsGoThroughThePortalAndWhatIsOpenedToTheDelegate) {
+    const auto settings = [](const GtkHost& of) {
+        std::optional<platform::NotificationSettings> read;
+        of.services().notifications->readSettings([&](const auto& found) { read = found; });
+        EXPECT_TRUE(turnUntil([&] { return read.has_value(); }));
+        return read.value_or(platform::NotificationSettings{}).permission;
+    };
+    const DesktopNotification offer{"offer", "Sale", "Half the \xff price", {{"camp_id", "7"}}};
+    const auto present = [&](GtkHost& by, const DesktopNotification& notification) {
+        std::optional<std::optional<std::string>> outcome;
+        by.present(notification, [&](const auto& failure) { outcome = failure; });
+        EXPECT_TRUE(turnUntil([&] { return outcome.has_value(); }));
+        return !outcome->has_value();
+    };
+    EXPECT_EQ(settings(host), platform::NotificationPermission::notDetermined);
+    EXPECT_FALSE(present(host, offer));
+
+    const PrivateBus bus;
+    ASSERT_NE(bus.connection(), nullptr);
+    GtkHost reached(window.get(), optionsIn(directory.path() / "reached"));
+    EXPECT_FALSE(present(reached, offer));  // a bus without a portal
+    PortalUnderTest portal(bus.connection());
+    const auto delegate = std::make_shared<NotingDelegate>(
+        std::initializer_list{operations::didReceiveNotificationResponse, operations::willPresentNotification});
+    reached.services().notifications->setDelegate(delegate);
+    EXPECT_EQ(settings(reached), platform::NotificationPermission::granted);
+    ASSERT_TRUE(present(reached, offer));
+    EXPECT_THAT(portal.shown(), testing::ElementsAre("offer: Sale, Half the \xef\xbf\xbd price"));
+    EXPECT_FALSE(present(reached, {"offer", "", "", {{"never", std::nan("")}}}));
+
+    for (const auto* target : {"no JSON", "[]", "7"}) portal.open("offer", target);
+    portal.open("offer");
+    ASSERT_TRUE(turnUntil([&] { return !delegate->told.empty(); }));
+    EXPECT_THAT(delegate->told, testing::ElementsAre(std::string(operations::didReceiveNotificationResponse) + " 7"));
+    ASSERT_TRUE(turnUntil([&] { return reached.services().application->state() == ApplicationState::active; }))
+        << "the window was presented";
+    EXPECT_TRUE(present(reached, offer));
+    EXPECT_EQ(delegate->told.back(), std::string(operations::willPresentNotification) + " 7");
+    EXPECT_EQ(portal.shown().size(), 1u);
+
+    portal.hold();  // stuck: it takes the call and says nothing
+    delegate->type()->removeOperation(operations::willPresentNotification);
+    EXPECT_FALSE(present(reached, offer));
+    EXPECT_EQ(settings(reached), platform::NotificationPermission::notDetermined);
 }
 
 TEST_F(GtkHostOnScreen, TextGoesToTheClipboard) {
