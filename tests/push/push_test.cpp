@@ -167,7 +167,7 @@ TEST_F(Push, ServesMessagesForATryAndForLater) {
 
 TEST_F(Push, OpensOneAddressASecondLater) {
     host.application->setBundle(
-        {.version = "1", .identifier = "a", .preferredLocalisation = {}, .urlSchemes = {"acme"}});
+        {.version = "1", .identifier = "a", .preferredLocalisation = {}, .urlSchemes = {"acme"}, .information = {}});
     const std::string inside = "https://shop.test/in";
     const std::string outside = "https://shop.test/out";
     open(push({{"orb_dl_internal", inside}, {"orb_dl_external", outside}}));
