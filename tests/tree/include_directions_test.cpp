@@ -16,9 +16,9 @@ const fs::path root = ORBINEL_SOURCE_DIR;
 
 /// Each folder and the height it stands on; folders of one height do not include each other.
 const std::map<std::string, int> heights{
-    {"base", 0},  {"platform", 0}, {"session", 1},     {"privacy", 2},  {"events", 3},
-    {"user", 4},  {"tools", 5},    {"diagnostics", 6}, {"commerce", 7}, {"personalisation", 8},
-    {"inapp", 9}, {"push", 10},    {"core", 11}};
+    {"base", 0},   {"platform", 1}, {"session", 2},     {"privacy", 3},  {"events", 4},
+    {"user", 5},   {"tools", 6},    {"diagnostics", 7}, {"commerce", 8}, {"personalisation", 9},
+    {"inapp", 10}, {"push", 11},    {"core", 12}};
 
 std::string firstFolder(const std::string& path) { return path.substr(0, path.find('/')); }
 
