@@ -1,0 +1,101 @@
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "hosts/common/rapidjson_json.hpp"
+#include "orbinel/headless/headless_host.hpp"
+#include "orbinel/orbinel.hpp"
+
+namespace {
+
+using orbinel::Dictionary;
+using orbinel::Orbinel;
+
+constexpr int pushesOfOneLaunch = 64;
+constexpr const char* appGroup = "group.acme";
+
+void require(bool condition) {
+    if (!condition) std::abort();
+}
+
+/// An application that is told of pushes, and a platform that opens addresses.
+class Launch {
+public:
+    Launch() {
+        auto bundle = host_.application->bundle();
+        bundle.urlSchemes = {"acme"};
+        host_.application->setBundle(bundle);
+        orbinel::start(host_.services());
+        Orbinel::initWithLaunchOptions(std::nullopt, "acme", appGroup, "https://backend.test");
+        Orbinel::registerOrbinelCallbackWithSelector(&Launch::toldOf, std::weak_ptr(told_));
+        Orbinel::setForegroundPushCallback([](int&, const Dictionary&) {}, std::weak_ptr(told_));
+    }
+    ~Launch() { orbinel::shutdown(); }
+    Launch(const Launch&) = delete;
+    Launch& operator=(const Launch&) = delete;
+
+    void receive(const Dictionary& push, const Dictionary& leftByExtension) {
+        const auto group = host_.defaults->appGroup(appGroup);
+        for (const auto& [key, value] : leftByExtension) group->set(key, value);
+        const int before = *told_;
+        Orbinel::handlePushLogWithUserInfo(push);
+        Orbinel::trackInteractiveLogWithUserInfo(push);
+        host_.advance(1);
+        require(*told_ == before || Orbinel::getPushInfo(push));
+        checkOpened();
+    }
+
+private:
+    static void toldOf(int& count, const Dictionary& callback) {
+        if (callback["type"] != 0) return;
+        ++count;
+        const auto* data = callback["data"].ifDictionary();
+        require(callback["source"] == "Orbinel" && data != nullptr);
+        for (const auto* key : {"aps", "camp_id", "camp_type", "variant_id", "inapp_test", "push_inapp", "source"}) {
+            require(!data->contains(key));
+        }
+    }
+
+    void checkOpened() {
+        constexpr std::array<std::string_view, 5> permitted{"http", "https", "mailto", "tel", "acme"};
+        const auto opened = host_.application->opened();
+        for (; seen_ < opened.size(); ++seen_) {
+            auto scheme = opened[seen_].url.substr(0, opened[seen_].url.find(':'));
+            for (auto& c : scheme) c = static_cast<char>(c | 0x20);  // letters in lower case
+            require(std::find(permitted.begin(), permitted.end(), scheme) != permitted.end());
+        }
+    }
+
+    const orbinel::headless::HeadlessHost host_;
+    const std::shared_ptr<int> told_ = std::make_shared<int>(0);
+    std::size_t seen_ = 0;
+};
+
+}  // namespace
+
+// Whatever {"push": a payload, "extension": {what the notification extension left}} holds, it is handled: the
+// application hears only of the vendor's pushes, without the library's own keys, and only permitted addresses are
+// opened.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const orbinel::hosts::RapidJson json;
+    const auto outcome = json.parse(std::string_view(reinterpret_cast<const char*>(data), size));
+    const auto* value = std::get_if<orbinel::Value>(&outcome);
+    const auto* input = value != nullptr ? value->ifDictionary() : nullptr;
+    const auto* push = input != nullptr ? (*input)["push"].ifDictionary() : nullptr;
+    if (push == nullptr) return 0;
+    const auto* extension = (*input)["extension"].ifDictionary();
+
+    static std::unique_ptr<Launch> launch;
+    static int pushes = 0;
+    if (pushes++ % pushesOfOneLaunch == 0) {
+        launch = nullptr;  // before the next one begins
+        launch = std::make_unique<Launch>();
+    }
+    launch->receive(*push, extension != nullptr ? *extension : Dictionary());
+    return 0;
+}
