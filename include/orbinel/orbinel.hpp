@@ -33,10 +33,16 @@ namespace orbinel {
 
 /// Makes the library over the given services. False, with one sentence on the console, where a service is missing or
 /// the library is already started. Sends nothing. Call it on the main thread.
+///
+/// From now on the library stands in front of the delegate that the application sets first (or has set) and of its
+/// scenes' delegates, and from initialisation on in front of the notification centre's: the application's own handlers
+/// run first. An application keeps it out of single operations by its package's information, {"Orbinel": {"Disabled
+/// Swizzlers": ["handleOpenURL", …]}}.
 ORBINEL_API bool start(platform::Services services) noexcept;
 
 /// Ends the library: cancels what is under way (session stops among it are sent at the next launch), waits at most one
-/// second for what is running on other threads, and leaves nothing running. It may be started again afterwards.
+/// second for what is running on other threads, and leaves nothing running. The application's delegates are as they
+/// were. It may be started again afterwards.
 ORBINEL_API void shutdown() noexcept;
 
 class ORBINEL_API Orbinel {
@@ -68,7 +74,8 @@ public:
     /// Whether the value is a text that may be a partner name.
     [[nodiscard]] static bool partnerNameIsValid(const Value& partnerName) noexcept;
 
-    /// Leaves out automatic integration; to be called before initialisation.
+    /// Leaves out automatic integration; to be called before initialisation. Device tokens, pushes and links that reach
+    /// the application's delegates are then only reported, and the application hands them over itself.
     static void disableAutoIntegration() noexcept;
 
     /// For cross-platform wrappers: their own version, and the notification that the application became active where

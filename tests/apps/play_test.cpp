@@ -200,6 +200,25 @@ TEST_F(Play, ExamplesHold) {
     EXPECT_GE(examples, 2);
 }
 
+// What is delivered reaches the library though the application has no handler; a wrapper's own delegate is left alone.
+TEST_F(Play, DeliversToTheDelegatesThatTheHostHas) {
+    const std::string response = "userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:";
+    const std::string push =
+        R"({"push": {"aps": {}, "source": "Orbinel", "camp_id": 1, "camp_type": 1, "variant_id": 1}, "via": "response"})";
+    const auto logsWith = [&](const std::string& host) {
+        auto scenario = withSteps(joined({initialise, push, R"({"inspect": "session_record"})"}));
+        scenario.insert(1, host);
+        auto played = play(scenario, {"--endpoint", origin_});
+        EXPECT_EQ(played.status, 0) << played.err;
+        const auto handlers = played.all("host_called");
+        return played.all("value/push_logs/0/camp_id").size() * 10 + handlers.size();
+    };
+    EXPECT_EQ(logsWith(""), 10u);
+    EXPECT_EQ(logsWith(R"("host": {"application": [")" + response + R"("], "notifications": "application"},)"), 11u);
+    EXPECT_EQ(logsWith(R"("host": {"notifications": []},)"), 10u);
+    EXPECT_EQ(logsWith(R"("host": {"notifications": [")" + response + R"("], "hybrid": true},)"), 1u);
+}
+
 // Several threads write the trace; a person who compares two of them must not see that.
 TEST_F(Play, LeavesTheSameTraceEachTime) {
     override(R"({"path": "/api/v3/session/start", "body": {"session_id": "s"}})");
@@ -481,7 +500,9 @@ TEST(PlayScenario, IsRefusedAsAWholeWithOneLine) {
         {R"({"steps": []})", "the scenario has no \"name\""},
         {R"({"name": "n"})", "has no \"steps\""},
         {R"({"name": "n", "steps": [], "extra\n": 1})", "cannot have the key \"extra\\n\""},
-        {R"({"name": "n", "host": {}, "steps": []})", "\"host\" does not exist yet"},
+        {R"({"name": "n", "host": {"application": ["handleOpenURL"]}, "steps": []})",
+         "\"application\" of \"host\" has no operation \"handleOpenURL\""},
+        {R"({"name": "n", "host": {"notifications": "nobody"}, "steps": []})", "\"notifications\" must be a list"},
         {R"({"name": "n", "clock": {"start": 1e300}, "steps": []})", "\"start\" must be from 0"},
         {R"({"name": "n", "device": {"smell": 1}, "steps": []})", "no fact \"smell\""},
         {R"({"name": "n", "device": {"battery": 101}, "steps": []})", "\"battery\" must be from 0 to 100"},
@@ -493,13 +514,15 @@ TEST(PlayScenario, IsRefusedAsAWholeWithOneLine) {
         {step("7"), "step 1: a step must be an object"},
         {step("{}"), "step 1: an empty step"},
         {step(R"({"dance": 1})"), "step 1: there is no step \"dance\""},
-        {step(R"({"push": {}, "via": "remote"})"), "step 1: the step \"push\" does not exist yet"},
+        {step(R"({"push": {}, "via": "post"})"), "step 1: \"via\" cannot be \"post\", only one of \"response\""},
+        {step(R"({"open_url": "a://b"})"), "step 1: the step has no \"via\""},
+        {step(R"({"device_token": 7})"), "\"device_token\" must be a text"},
         {step(R"({"mark": true, "settle": 1})"), "in one step"},
         {step(R"({"notify": "SomethingElse"})"), "there is no notification \"SomethingElse\""},
         {step(R"({"repeat": 2, "steps": [{"mark": true}, {"settle": -1}]})"), "step 1, inner step 1: \"settle\" must"},
         {step(R"({"repeat": 1000, "steps": [{"repeat": 1001, "steps": [{"mark": true}]}]})"), "a million steps"},
         {step(R"({"inspect": "window"})"), "there is nothing to inspect under \"window\""},
-        {step(R"({"expect": {"in": "host_called"}})"), "do not exist yet"},
+        {step(R"({"expect": {"in": "smell"}})"), "no entries of the kind \"smell\""},
         {step(R"({"template": {"finish": false}})"), "step 1: \"finish\" can only be true"},
         {step(R"({"template": {"tap": "next"}})"), "\"tap\" can only be"},
         {step(R"({"template": {"send": {}, "fail": {}}})"), "\"domain\""},

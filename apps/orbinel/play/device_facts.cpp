@@ -158,9 +158,15 @@ FactChange accelerometer(const Value& value, std::string_view name) {
     return [available](const DeviceParts& parts) { parts.accelerometer.setAvailable(available); };
 }
 
+FactChange bundleInformation(const Value& value, std::string_view name) {
+    return bundleFact([information = requireDictionary(value, inQuotes(name))](platform::ApplicationBundle& bundle) {
+        bundle.information = information;
+    });
+}
+
 struct Fact {
     std::string_view name;
-    FactChange (*read)(const Value& value, std::string_view name);  // nullptr: does not exist yet
+    FactChange (*read)(const Value& value, std::string_view name);
 };
 
 constexpr std::array<Fact, 20> facts{{
@@ -183,13 +189,12 @@ constexpr std::array<Fact, 20> facts{{
     {"safe_area", safeArea},
     {"keyboard_open", keyboardOpen},
     {"accelerometer", accelerometer},
-    {"bundle_info", nullptr},
+    {"bundle_info", bundleInformation},
 }};
 
 const Fact& findFact(std::string_view name) {
     const auto fact = std::find_if(facts.begin(), facts.end(), [&](const Fact& one) { return one.name == name; });
     if (fact == facts.end()) throw Unusable("there is no fact " + inQuotes(name) + " of the device");
-    if (fact->read == nullptr) throw Unusable("the fact " + inQuotes(name) + " of the device does not exist yet");
     return *fact;
 }
 

@@ -14,15 +14,15 @@ namespace orbinel::tool {
 
 namespace {
 
-constexpr std::array<std::string_view, 16> kinds{"step",        "request",
+constexpr std::array<std::string_view, 17> kinds{"step",        "request",
                                                  "response",    "callback",
                                                  "console",     "state",
                                                  "expectation", "view",
                                                  "page",        "script",
                                                  "opened",      "permission_request",
                                                  "pasteboard",  "registered_for_push",
-                                                 "haptic",      "review_prompt"};
-constexpr std::array<std::string_view, 1> laterKinds{"host_called"};
+                                                 "haptic",      "review_prompt",
+                                                 "host_called"};
 
 /// Entries of these kinds are one object; those of all others have their content beside the kind.
 bool startsInside(std::string_view kind) { return kind == "request" || kind == "response"; }
@@ -106,9 +106,6 @@ Condition readCondition(const Dictionary::Entry& entry, ArgumentReader& argument
 EntryPattern readPattern(Fields& fields, ArgumentReader& arguments) {
     EntryPattern pattern;
     pattern.kind = requireText(fields.require("in"), "\"in\"");
-    if (std::find(laterKinds.begin(), laterKinds.end(), pattern.kind) != laterKinds.end()) {
-        throw Unusable("entries of the kind " + inQuotes(pattern.kind) + " do not exist yet");
-    }
     if (std::find(kinds.begin(), kinds.end(), pattern.kind) == kinds.end()) {
         throw Unusable("the trace has no entries of the kind " + inQuotes(pattern.kind));
     }

@@ -27,6 +27,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds longestEnd{5000};
+constexpr const char* wrapperVersion = "1.0.0";
 
 /// In virtual time two plays of one scenario are the same play; in real time they are two devices.
 std::uint64_t deviceSeed(bool isVirtual) { return isVirtual ? 1 : std::random_device()(); }
@@ -114,9 +115,14 @@ void PlayHost::write(const Preset& preset) {
     defaults_->waitUntilWritten();
 }
 
-void PlayHost::launch() {
+void PlayHost::launch(const HostDescription& host) {
+    application_->setDelegate(nullptr);
+    notifications_->setDelegate(nullptr);
+    delegates_.emplace(host, trace_);
     if (!start(services())) throw NotCarriedOut("the library does not start");
     current_world::get()->inappPresentation.observer.bind(presentation_);
+    if (host.isHybrid) Orbinel::setHybridSDKVersion(wrapperVersion);
+    delegates_->setOn(*application_, *notifications_);
     drain();
 }
 
@@ -149,6 +155,8 @@ void PlayHost::post(std::string_view notification, const Dictionary& info) {
     if (notification == names::keyboardWillHide) interface_->setKeyboardOpen(false);
     notificationCentre_->post(notification, info);
 }
+
+void PlayHost::deliver(const Delivery& delivery) { delegates_->deliver(delivery, *application_, *notifications_); }
 
 void PlayHost::shake(const platform::Acceleration& acceleration) {
     accelerometer_->sample(acceleration.x, acceleration.y, acceleration.z);

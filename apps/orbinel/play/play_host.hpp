@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "apps/orbinel/play/device_facts.hpp"
+#include "apps/orbinel/play/host_delegates.hpp"
 #include "apps/orbinel/play/not_carried_out.hpp"
 #include "apps/orbinel/play/play_interface.hpp"
 #include "apps/orbinel/play/remembering_secure_items.hpp"
@@ -42,8 +43,8 @@ public:
     void changeDevice(const std::vector<FactChange>& changes);
     void write(const Preset& preset);
 
-    /// Makes the library.
-    void launch();
+    /// Makes the library, and then the application's delegates, as a new process does.
+    void launch(const HostDescription& host);
 
     /// Ends the library in order.
     void end();
@@ -53,6 +54,9 @@ public:
 
     /// Posts the notification; those of the lifecycle change the application's state before.
     void post(std::string_view notification, const Dictionary& info);
+
+    /// Performs on the application's delegates what the platform has for it.
+    void deliver(const Delivery& delivery);
 
     /// Runs due work until none is left, and waits for what the stores have been asked for, whose completions may begin
     /// requests: nothing but HTTP and the clock is then left to wait for.
@@ -94,6 +98,7 @@ private:
     const std::shared_ptr<platform::Console> console_;
     const std::unique_ptr<PlayInterface> interface_;
     const std::shared_ptr<headless::HeadlessAccelerometer> accelerometer_;
+    std::optional<HostDelegates> delegates_;  // of the process that runs
     Trace& trace_;
     TracedPresentation presentation_;
 };

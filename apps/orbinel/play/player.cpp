@@ -28,7 +28,7 @@ Player::Verdict Player::play() {
     try {
         host_.changeDevice(scenario_.device);
         host_.write(scenario_.preset);
-        host_.launch();
+        host_.launch(scenario_.host);
         runSteps(scenario_.steps);
         current_ = nullptr;
         host_.end();
@@ -130,6 +130,11 @@ void Player::run(const NotifyStep& notify) {
 
 void Player::run(const DeviceStep& device) { host_.changeDevice(device.changes); }
 
+void Player::run(const DeliverStep& step) {
+    const Trace::Action action(trace_);
+    host_.deliver(step.delivery);
+}
+
 void Player::run(const TemplateStep& step) {
     const Trace::Action action(trace_);
     step.action(host_.interface().page());
@@ -168,7 +173,7 @@ void Player::run(const RelaunchStep& relaunch) {
         if (auto* target = std::get_if<std::shared_ptr<Target>>(&thing)) target->reset();
     }
     relaunch.kill ? host_.kill() : host_.end();
-    host_.launch();
+    host_.launch(scenario_.host);
 }
 
 void Player::run(const RepeatStep& repeat) {

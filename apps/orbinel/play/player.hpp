@@ -36,6 +36,7 @@ private:
     void run(const CallStep& call);
     void run(const NotifyStep& notify);
     void run(const DeviceStep& device);
+    void run(const DeliverStep& step);
     void run(const AdvanceStep& advance);
     void run(const SettleStep& settle);
     void run(const WaitForStep& wait);

@@ -8,8 +8,10 @@
 #include <vector>
 
 #include "apps/orbinel/play/arguments.hpp"
+#include "apps/orbinel/play/delivery.hpp"
 #include "apps/orbinel/play/device_facts.hpp"
 #include "apps/orbinel/play/expectation.hpp"
+#include "apps/orbinel/play/host_description.hpp"
 #include "apps/orbinel/play/inspection.hpp"
 #include "apps/orbinel/play/operation.hpp"
 #include "apps/orbinel/play/page_action.hpp"
@@ -41,6 +43,10 @@ struct NotifyStep {
 
 struct DeviceStep {
     std::vector<FactChange> changes;
+};
+
+struct DeliverStep {
+    Delivery delivery;
 };
 
 struct AdvanceStep {
@@ -102,8 +108,9 @@ struct RepeatStep {
 
 struct Step {
     std::vector<std::size_t> place;  // its number from 0; within a repetition, the repetition's first
-    std::variant<CallStep, NotifyStep, DeviceStep, AdvanceStep, SettleStep, WaitForStep, RelaunchStep, RepeatStep,
-                 InspectStep, TemplateStep, PageStep, ScreenshotStep, ShakeStep, MarkStep, Expectation, ReleaseStep>
+    std::variant<CallStep, NotifyStep, DeviceStep, DeliverStep, AdvanceStep, SettleStep, WaitForStep, RelaunchStep,
+                 RepeatStep, InspectStep, TemplateStep, PageStep, ScreenshotStep, ShakeStep, MarkStep, Expectation,
+                 ReleaseStep>
         action;
 };
 
@@ -120,6 +127,7 @@ struct Scenario {
     std::string name;
     std::optional<double> clockStart;  // seconds since 1970; absent: real time
     std::vector<FactChange> device;
+    HostDescription host;
     Preset preset;
     std::vector<Step> steps;
 };

@@ -89,7 +89,7 @@ Scenario readChecked(std::string_view text, const std::optional<std::string>& en
         throw Unusable("the clock cannot be virtual with --ui gtk");
     }
     if (const auto* device = fields.find("device")) scenario.device = readFacts(*device);
-    if (fields.find("host") != nullptr) throw Unusable("\"host\" does not exist yet");
+    if (const auto* host = fields.find("host")) scenario.host = readHost(*host);
     if (const auto* preset = fields.find("preset")) scenario.preset = readPreset(*preset, arguments);
     StepReader steps(arguments, scenario.clockStart.has_value(), interface);
     scenario.steps = steps.read(fields.require("steps"));

@@ -15,10 +15,10 @@ constexpr double mostSteps = 1'000'000;           // of one play, repetitions co
 constexpr double longestLimit = 3600;             // seconds, real time
 constexpr double longestAdvance = 3'155'760'000;  // seconds: a hundred years
 
-constexpr std::array<std::string_view, 16> stepKinds{
-    "call",   "notify", "device", "advance", "settle",   "wait_for", "relaunch",   "inspect",
-    "repeat", "mark",   "expect", "release", "template", "page",     "screenshot", "shake"};
-constexpr std::array<std::string_view, 4> laterStepKinds{"push", "open_url", "user_activity", "device_token"};
+constexpr std::array<std::string_view, 20> stepKinds{
+    "call",       "notify", "device", "advance",  "settle",        "wait_for",    "relaunch",
+    "inspect",    "repeat", "mark",   "expect",   "release",       "template",    "page",
+    "screenshot", "shake",  "push",   "open_url", "user_activity", "device_token"};
 constexpr double hardestShake = 1000;  // g
 
 constexpr std::array notifications{
@@ -40,7 +40,6 @@ bool contains(const List& list, std::string_view name) {
 std::string actionOf(const Value& json) {
     std::string action;
     for (const auto& [key, value] : requireDictionary(json, "a step")) {
-        if (contains(laterStepKinds, key)) throw Unusable("the step " + inQuotes(key) + " does not exist yet");
         if (!contains(stepKinds, key)) continue;
         if (key == "settle" && json.ifDictionary()->contains("advance")) continue;  // a detail of "advance"
         if (!action.empty()) throw Unusable("both " + inQuotes(action) + " and " + inQuotes(key) + " in one step");
@@ -140,6 +139,10 @@ StepReader::Action StepReader::readAction(const Value& json, const Place& place,
         if (name == "call") return readCall(fields);
         if (name == "notify") return readNotification(fields);
         if (name == "device") return DeviceStep{readFacts(fields.require("device"))};
+        if (name == "push") return DeliverStep{readPush(fields, arguments_)};
+        if (name == "open_url") return DeliverStep{readOpenUrl(fields)};
+        if (name == "user_activity") return DeliverStep{readUserActivity(fields)};
+        if (name == "device_token") return DeliverStep{readDeviceToken(fields, arguments_)};
         if (name == "advance") return readAdvance(fields);
         if (name == "settle") return readSettle(fields);
         if (name == "wait_for") return readWaitFor(fields);
