@@ -36,8 +36,7 @@ G_DEFINE_TYPE(CheckBox, shop_check_box, GTK_TYPE_WIDGET)
 guint toggledSignal = 0;
 
 CheckBox* checkBoxOf(gpointer widget) {
-    return static_cast<CheckBox*>(
-        g_type_check_instance_cast(static_cast<GTypeInstance*>(widget), shop_check_box_get_type()));
+    return G_TYPE_CHECK_INSTANCE_CAST(widget, shop_check_box_get_type(), CheckBox);
 }
 
 /// Where within one part of the movement it is, from 0 to 1, slowing down towards the end.
@@ -201,6 +200,7 @@ void shop_check_box_init(CheckBox* box) {
     gtk_drawing_area_set_draw_func(GTK_DRAWING_AREA(box->area), &drawBox, box, nullptr);
     gtk_widget_set_parent(box->area, widget);
     box->label = newText("");
+    gtk_label_set_max_width_chars(GTK_LABEL(box->label), 30);  // by itself; it takes what room there is
     gtk_widget_set_hexpand(box->label, TRUE);
     gtk_widget_set_parent(box->label, widget);
     auto* click = gtk_gesture_click_new();

@@ -10,6 +10,7 @@ namespace {
 
 constexpr int mostRows = 200;
 constexpr int mostLines = 4;  // of one row
+constexpr int narrow = 30;    // characters that a text asks for; it takes what room there is
 
 const char* nameOf(Activity::Kind kind) {
     switch (kind) {
@@ -33,7 +34,7 @@ GtkWidget* newActivity(const Activity& activity) {
     append(head, {kind, gtk_label_new(activity.time.c_str())});
     gtk_widget_add_css_class(gtk_widget_get_last_child(head), "time");
     auto* text = newText(activity.text, {"activity-text"});
-    gtk_label_set_wrap_mode(GTK_LABEL(text), PANGO_WRAP_WORD_CHAR);
+    gtk_label_set_max_width_chars(GTK_LABEL(text), narrow);
     gtk_label_set_lines(GTK_LABEL(text), mostLines);
     gtk_label_set_ellipsize(GTK_LABEL(text), PANGO_ELLIPSIZE_END);
     gtk_widget_set_tooltip_text(text, activity.text.c_str());
@@ -51,6 +52,7 @@ Drawer::Drawer(std::shared_ptr<ActivityLog> log, Action close)
                     "or press the telephone above.",
                     {"hint"})),
       list_(newColumn(0)) {
+    gtk_label_set_max_width_chars(GTK_LABEL(hint_), narrow);
     auto* title = newText("What the library does", {"heading"});
     gtk_widget_set_hexpand(title, TRUE);
     auto* head = newRow(8, {"drawer-head"});

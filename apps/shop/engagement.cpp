@@ -56,6 +56,7 @@ orbinel::hosts::LinuxHostOptions hostOptions(const EngagementOptions& options) {
     host.dataDirectory = options.dataDirectory / "orbinel";
     host.applicationVersion = "1.0.0";
     host.applicationIdentifier = "example.shop";
+    host.localisation = "en";
     host.urlSchemes = {"shop"};
     return host;
 }
@@ -107,14 +108,14 @@ public:
         const auto type = what["type"].integer().value_or(0);
         static const Dictionary nothing;
         const auto* data = what["data"].ifDictionary();
-        hear(static_cast<CallbackType>(type), data != nullptr ? *data : nothing);
+        take(static_cast<CallbackType>(type), data != nullptr ? *data : nothing);
     }
 
     /// On whichever thread sets the ID.
     void hearId(const std::string& orbinelId) { log_->add(Activity::Kind::identity, "Orbinel ID is " + orbinelId); }
 
 private:
-    void hear(CallbackType type, const Dictionary& data) {
+    void take(CallbackType type, const Dictionary& data) {
         switch (type) {
             case CallbackType::buttonPressed:
                 return note("1: a button of a message was pressed");
@@ -125,7 +126,7 @@ private:
                 if (events.itemsAdded) events.itemsAdded(textsUnder(listUnder(data, "cart_items"), "product_id"));
                 return;
             case CallbackType::custom:
-                return hearCustom(data);
+                return takeCustom(data);
             case CallbackType::shown:
                 note("5: message " + data["inapp_id"].stringOrEmpty() + " is shown");
                 ++messagesShown;
@@ -139,7 +140,7 @@ private:
     }
 
     /// Our pages and we have agreed on {"open": LINK}; the library only hands it over.
-    void hearCustom(const Dictionary& data) {
+    void takeCustom(const Dictionary& data) {
         const auto& link = data["open"].stringOrEmpty();
         note(link.empty() ? std::string("4: a message has something to say") : "4: a message leads to " + link);
         if (!link.empty() && events.linkOpened) events.linkOpened(link);

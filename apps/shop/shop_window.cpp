@@ -11,6 +11,7 @@
 #include "shop/pages/product_page.hpp"
 #include "shop/pages/thanks_page.hpp"
 #include "shop/pages/wishlist_page.hpp"
+#include "shop/widgets/clamp.hpp"
 #include "shop/widgets/icon.hpp"
 
 namespace shop {
@@ -91,18 +92,15 @@ void ShopWindow::end() {
 
 GtkWidget* ShopWindow::newHeader() {
     back_ = named(newButton(newIcon(Symbol::back, 18), "Back", {"round"}, [this] { back(); }), "back");
-    gtk_label_set_xalign(GTK_LABEL(title_), 0.5);
-    gtk_label_set_width_chars(GTK_LABEL(title_), 4);
     topNavigation_ = newNavigation("top-navigation");
     auto* shape =
         newButton(newIcon(Symbol::phone, 18), "Between telephone and desktop", {"round"}, [this] { changeShape(); });
     auto* list = newButton(newIcon(Symbol::list, 18), "What the library does", {"round"},
                            [this] { openDrawer(!drawerIsOpen_); });
     auto* header = gtk_header_bar_new();
-    auto* middle = newRow(0);
-    append(middle, {title_, topNavigation_});
-    gtk_header_bar_set_title_widget(GTK_HEADER_BAR(header), middle);
+    gtk_header_bar_set_title_widget(GTK_HEADER_BAR(header), newClamp(topNavigation_, desktopWidth));
     gtk_header_bar_pack_start(GTK_HEADER_BAR(header), back_);
+    gtk_header_bar_pack_start(GTK_HEADER_BAR(header), title_);
     gtk_header_bar_pack_end(GTK_HEADER_BAR(header), named(list, "drawer"));
     gtk_header_bar_pack_end(GTK_HEADER_BAR(header), named(shape, "shape"));
     gtk_header_bar_set_decoration_layout(GTK_HEADER_BAR(header), ":close");
@@ -251,6 +249,7 @@ void ShopWindow::back() {
 
 void ShopWindow::show(PageName page) {
     current_ = page;
+    gtk_revealer_set_reveal_child(GTK_REVEALER(toast_), FALSE);
     gtk_window_set_focus(get(), nullptr);  // a field that kept the keyboard would keep messages away
     if (page == PageName::product) product_->setProduct(*currentProduct_);
     gtk_stack_set_visible_child_name(GTK_STACK(stack_), stackName(page).c_str());

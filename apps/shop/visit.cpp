@@ -197,8 +197,9 @@ void Visit::visitOnDesktop() {
 
 void Visit::resize(int width, int height) {
     gtk_window_set_default_size(window_.get(), width, height);
+    auto* surface = gtk_native_get_surface(gtk_widget_get_native(root()));
     waitFor("the window is " + std::to_string(width) + " points wide",
-            [&] { return gtk_widget_get_width(root()) == width; });
+            [&] { return gdk_surface_get_width(surface) == width; });
 }
 
 GtkWidget* Visit::find(const std::string& name) {

@@ -20,6 +20,7 @@ CheckoutPage::CheckoutPage(Shop& shop, Ordered ordered)
     auto* form = newColumn(14, {"card", "form"});
     append(form, {newLabel("Where to?", {"heading"}), name_.widget(), street_.widget(), city_.widget()});
     gtk_widget_set_hexpand(form, TRUE);
+    gtk_widget_set_valign(form, GTK_ALIGN_START);
     auto* side = newColumn(14, {"card", "summary"});
     append(side, {newLabel("Your order", {"heading"}), summary_, terms_, problem_, button_});
     gtk_widget_set_valign(side, GTK_ALIGN_START);

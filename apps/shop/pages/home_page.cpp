@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "shop/widgets/product_card.hpp"
+#include "shop/widgets/product_picture.hpp"
 #include "shop/widgets/ui.hpp"
 
 namespace shop {
@@ -40,7 +41,8 @@ HomePage::HomePage(Shop& shop, Navigator& navigator)
                  navigator_.openProduct(product);
              }),
       chipRow_(newRow(8)),
-      shelf_(newShelf()) {
+      shelf_(newShelf()),
+      heroPictures_(newRow(8)) {
     addChip("Everything", "");
     for (const auto& category : shop_.catalogue.categories()) addChip(category, category);
     auto* chips = gtk_scrolled_window_new();
@@ -65,8 +67,17 @@ GtkWidget* HomePage::newHero() {
     heroText_ = newText("", {"hero-text"});
     offer_ = named(newButton("See today's offer", {"hero-button"}, [this] { shop_.engagement.sawOffer(); }), "offer");
     gtk_widget_set_halign(offer_, GTK_ALIGN_START);
-    hero_ = newColumn(10, {"hero"});
-    append(hero_, {heroTitle_, heroText_, offer_});
+    auto* words = newColumn(10);
+    append(words, {heroTitle_, heroText_, offer_});
+    gtk_widget_set_hexpand(words, TRUE);
+    gtk_widget_set_valign(words, GTK_ALIGN_CENTER);
+    for (const auto* id : {"vase-tall", "kettle-stone", "mug-red"}) {
+        const auto* product = shop_.catalogue.find(id);
+        if (product != nullptr) gtk_box_append(GTK_BOX(heroPictures_), newProductDrawing(*product, 130));
+    }
+    gtk_widget_set_valign(heroPictures_, GTK_ALIGN_END);
+    hero_ = newRow(24, {"hero"});
+    append(hero_, {words, heroPictures_});
     return hero_;
 }
 
@@ -81,7 +92,10 @@ void HomePage::addChip(const std::string& text, const std::string& category) {
 
 void HomePage::shown() { shop_.engagement.sawHome(); }
 
-void HomePage::setWide(bool wide) { setClass(hero_, "wide", wide); }
+void HomePage::setWide(bool wide) {
+    setClass(hero_, "wide", wide);
+    gtk_widget_set_visible(heroPictures_, wide);
+}
 
 void HomePage::showCategory(const std::string& category) {
     const auto found = std::find_if(chips_.begin(), chips_.end(),
@@ -107,7 +121,8 @@ void HomePage::showProducts() {
     while (auto* child = gtk_widget_get_first_child(shelf_)) gtk_flow_box_remove(GTK_FLOW_BOX(shelf_), child);
     for (const auto& product : shop_.catalogue.products()) {
         if (!category_.empty() && product.taxonomy.front() != category_) continue;
-        auto* card = newProductCard(product, shop_, navigator_, [this, &product] { navigator_.openProduct(product); });
+        auto* card =
+            newProductCard(product, shop_, navigator_, 2, [this, &product] { navigator_.openProduct(product); });
         gtk_flow_box_insert(GTK_FLOW_BOX(shelf_), card, -1);
         gtk_widget_set_focusable(gtk_widget_get_parent(card), FALSE);  // the buttons in it have the focus
     }

@@ -15,7 +15,7 @@ public:
     HomePage(Shop& shop, Navigator& navigator);
 
     [[nodiscard]] GtkWidget* widget() const override { return page_; }
-    [[nodiscard]] std::string title() const override { return shop_.terms().title; }
+    [[nodiscard]] std::string title() const override { return "The Pottery"; }
     void shown() override;
     void setWide(bool wide) override;
 
@@ -38,6 +38,7 @@ private:
     std::vector<std::pair<std::string, GtkWidget*>> chips_;
     GtkWidget* const chipRow_;
     GtkWidget* const shelf_;
+    GtkWidget* const heroPictures_;
     GtkWidget* heroTitle_ = nullptr;
     GtkWidget* heroText_ = nullptr;
     GtkWidget* offer_ = nullptr;

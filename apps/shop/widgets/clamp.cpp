@@ -6,6 +6,8 @@ namespace shop {
 
 namespace {
 
+constexpr int leastWidth = 200;  // points to which it can be narrowed, whatever its child needs
+
 // A layout manager of GTK is a class of its object system, which is written in its own way.
 
 struct ClampLayout {
@@ -21,6 +23,12 @@ G_DEFINE_TYPE(ClampLayout, shop_clamp_layout, GTK_TYPE_LAYOUT_MANAGER)
 
 int mostWidthOf(GtkLayoutManager* layout) { return reinterpret_cast<ClampLayout*>(layout)->mostWidth; }
 
+int givenWidth(GtkWidget* child, GtkLayoutManager* layout, int width) {
+    int minimum = 0;
+    gtk_widget_measure(child, GTK_ORIENTATION_HORIZONTAL, -1, &minimum, nullptr, nullptr, nullptr);
+    return std::max(minimum, std::min(width, mostWidthOf(layout)));
+}
+
 GtkSizeRequestMode requestMode(GtkLayoutManager* /*layout*/, GtkWidget* /*widget*/) {
     return GTK_SIZE_REQUEST_HEIGHT_FOR_WIDTH;
 }
@@ -29,17 +37,17 @@ void measure(GtkLayoutManager* layout, GtkWidget* widget, GtkOrientation orienta
              int* natural, int* minimumBaseline, int* naturalBaseline) {
     auto* child = gtk_widget_get_first_child(widget);
     const bool isHeight = orientation == GTK_ORIENTATION_VERTICAL;
-    const int bounded = isHeight && forSize >= 0 ? std::min(forSize, mostWidthOf(layout)) : forSize;
+    const int bounded = isHeight && forSize >= 0 ? givenWidth(child, layout, forSize) : forSize;
     gtk_widget_measure(child, orientation, bounded, minimum, natural, minimumBaseline, naturalBaseline);
-    if (!isHeight) *natural = std::max(*minimum, std::min(*natural, mostWidthOf(layout)));
+    if (isHeight) return;
+    *natural = std::max(*minimum, std::min(*natural, mostWidthOf(layout)));
+    *minimum = std::min(*minimum, leastWidth);
 }
 
 void allocate(GtkLayoutManager* layout, GtkWidget* widget, int width, int height, int baseline) {
     auto* child = gtk_widget_get_first_child(widget);
-    int minimum = 0;
-    gtk_widget_measure(child, GTK_ORIENTATION_HORIZONTAL, -1, &minimum, nullptr, nullptr, nullptr);
-    const int given = std::max(minimum, std::min(width, mostWidthOf(layout)));
-    const GtkAllocation place{(width - given) / 2, 0, given, height};
+    const int given = givenWidth(child, layout, width);
+    const GtkAllocation place{std::max(0, (width - given) / 2), 0, given, height};
     gtk_widget_size_allocate(child, &place, baseline);
 }
 
@@ -58,6 +66,7 @@ GtkWidget* newClamp(GtkWidget* child, int mostWidth) {
     reinterpret_cast<ClampLayout*>(layout)->mostWidth = mostWidth;
     auto* box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_widget_set_layout_manager(box, layout);
+    gtk_widget_set_overflow(box, GTK_OVERFLOW_HIDDEN);
     gtk_box_append(GTK_BOX(box), child);
     return box;
 }

@@ -16,11 +16,11 @@ void showWish(GtkWidget* button, const Product& product, bool wished) {
     setClass(button, "wished", wished);
 }
 
-GtkWidget* newName(const Product& product) {
+GtkWidget* newName(const Product& product, int lines) {
     auto* name = newText(product.name, {"product-name"});
-    gtk_label_set_lines(GTK_LABEL(name), 2);
+    gtk_label_set_lines(GTK_LABEL(name), lines);
+    gtk_label_set_wrap(GTK_LABEL(name), lines > 1);
     gtk_label_set_ellipsize(GTK_LABEL(name), PANGO_ELLIPSIZE_END);
-    gtk_label_set_width_chars(GTK_LABEL(name), 8);
     gtk_label_set_max_width_chars(GTK_LABEL(name), 15);
     gtk_label_set_yalign(GTK_LABEL(name), 0);
     gtk_widget_set_vexpand(name, TRUE);
@@ -43,9 +43,9 @@ GtkWidget* newHeart(const Product& product, Shop& shop, Navigator& navigator) {
     return button;
 }
 
-GtkWidget* newProductCard(const Product& product, Shop& shop, Navigator& navigator, Action opened) {
+GtkWidget* newProductCard(const Product& product, Shop& shop, Navigator& navigator, int nameLines, Action opened) {
     auto* words = newColumn(4, {"card-words"});
-    append(words, {newName(product), newPrice(product, shop.terms())});
+    append(words, {newName(product, nameLines), newPrice(product, shop.terms())});
     gtk_widget_set_vexpand(words, TRUE);
     auto* content = newColumn(0);
     append(content, {newProductPicture(product, 136, 132), words});

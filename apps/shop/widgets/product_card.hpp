@@ -9,8 +9,8 @@
 
 namespace shop {
 
-/// A product to press, with a heart to wish for it. `product` outlives it.
-GtkWidget* newProductCard(const Product& product, Shop& shop, Navigator& navigator, Action opened);
+/// A product to press, with a heart to wish for it. Its name has so many lines at most. `product` outlives it.
+GtkWidget* newProductCard(const Product& product, Shop& shop, Navigator& navigator, int nameLines, Action opened);
 
 /// A round button that wishes for a product, or no more.
 GtkWidget* newHeart(const Product& product, Shop& shop, Navigator& navigator);

@@ -76,10 +76,10 @@ std::vector<Stroke> pot(const Colours& c) {
 std::vector<Stroke> lamp(const Colours& c) {
     const auto steel = parseColour("#5a534d");
     const auto glow = parseColour("#fff3c9");
-    return {{"O 46 88 30 5", c.shadow},
-            {"M 26 86 L 66 86", steel, 7},
-            {"M 46 84 L 34 52 L 58 26", steel, 4},
-            {"M 46 46 L 94 72 L 60 92 L 36 74 Z", GdkRGBA{glow.red, glow.green, glow.blue, 0.55F}},
+    return {{"O 46 89 34 5", c.shadow},
+            {"M 48 38 L 86 53 L 96 87 L 44 87 Z", GdkRGBA{glow.red, glow.green, glow.blue, 0.6F}},
+            {"M 24 86 L 58 86", steel, 7},
+            {"M 38 84 L 26 52 L 54 26", steel, 4},
             {"M 56 16 C 70 12 84 24 84 40 L 88 52 L 46 36 C 46 28 48 20 56 16 Z", c.body},
             {"M 56 16 C 64 14 72 18 77 24 C 68 26 58 26 50 24 C 51 20 53 18 56 16 Z", c.light},
             {"M 88 52 L 46 36 C 50 50 74 60 88 52 Z", glow}};
@@ -156,16 +156,29 @@ void drawProduct(GtkDrawingArea* /*area*/, cairo_t* context, int width, int heig
     draw(context, strokesOf(product), width, static_cast<int>(height * (1 - 2 * margin)));
 }
 
-}  // namespace
+void drawAlone(GtkDrawingArea* /*area*/, cairo_t* context, int width, int height, gpointer data) {
+    draw(context, strokesOf(*static_cast<const Product*>(data)), width, height);
+}
 
-GtkWidget* newProductPicture(const Product& product, int leastWidth, int leastHeight) {
+GtkWidget* newDrawingArea(const Product& product, GtkDrawingAreaDrawFunc draws, int leastWidth, int leastHeight) {
     auto* area = gtk_drawing_area_new();
     gtk_drawing_area_set_content_width(GTK_DRAWING_AREA(area), leastWidth);
     gtk_drawing_area_set_content_height(GTK_DRAWING_AREA(area), leastHeight);
-    gtk_drawing_area_set_draw_func(GTK_DRAWING_AREA(area), &drawProduct, const_cast<Product*>(&product), nullptr);
+    gtk_drawing_area_set_draw_func(GTK_DRAWING_AREA(area), draws, const_cast<Product*>(&product), nullptr);
+    return area;
+}
+
+}  // namespace
+
+GtkWidget* newProductPicture(const Product& product, int leastWidth, int leastHeight) {
+    auto* area = newDrawingArea(product, &drawProduct, leastWidth, leastHeight);
     gtk_widget_set_overflow(area, GTK_OVERFLOW_HIDDEN);
     gtk_widget_add_css_class(area, "picture");
     return area;
+}
+
+GtkWidget* newProductDrawing(const Product& product, int size) {
+    return newDrawingArea(product, &drawAlone, size, size);
 }
 
 }  // namespace shop

@@ -22,7 +22,7 @@ void RecommendationStrip::show(const std::vector<std::string>& productIds) {
     for (const auto& id : productIds) {
         const auto* product = shop_.catalogue.find(id);
         if (product == nullptr) continue;
-        auto* card = newProductCard(*product, shop_, navigator_, [this, product] { chosen_(*product); });
+        auto* card = newProductCard(*product, shop_, navigator_, 1, [this, product] { chosen_(*product); });
         gtk_widget_set_size_request(card, 150, -1);
         gtk_box_append(GTK_BOX(row_), card);
     }

@@ -56,8 +56,6 @@ GtkWidget* newText(const std::string& text, Classes classes) {
 
 GtkWidget* newButton(const std::string& text, Classes classes, Action action) {
     auto* button = withClasses(gtk_button_new_with_label(text.c_str()), classes);
-    auto* label = GTK_LABEL(gtk_button_get_child(GTK_BUTTON(button)));
-    gtk_label_set_ellipsize(label, PANGO_ELLIPSIZE_END);
     connect(button, "clicked", std::move(action));
     return button;
 }
