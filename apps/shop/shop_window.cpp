@@ -1,6 +1,7 @@
 #include "shop/shop_window.hpp"
 
 #include <string_view>
+#include <utility>
 
 #include "shop/pages/account_page.hpp"
 #include "shop/pages/cart_page.hpp"
@@ -92,13 +93,13 @@ void ShopWindow::end() {
 
 GtkWidget* ShopWindow::newHeader() {
     back_ = named(newButton(newIcon(Symbol::back, 18), "Back", {"round"}, [this] { back(); }), "back");
-    topNavigation_ = newNavigation("top-navigation");
+    topNavigation_ = newClamp(newNavigation("top-navigation"), desktopWidth);
     auto* shape =
         newButton(newIcon(Symbol::phone, 18), "Between telephone and desktop", {"round"}, [this] { changeShape(); });
     auto* list = newButton(newIcon(Symbol::list, 18), "What the library does", {"round"},
                            [this] { openDrawer(!drawerIsOpen_); });
     auto* header = gtk_header_bar_new();
-    gtk_header_bar_set_title_widget(GTK_HEADER_BAR(header), newClamp(topNavigation_, desktopWidth));
+    gtk_header_bar_set_title_widget(GTK_HEADER_BAR(header), topNavigation_);
     gtk_header_bar_pack_start(GTK_HEADER_BAR(header), back_);
     gtk_header_bar_pack_start(GTK_HEADER_BAR(header), title_);
     gtk_header_bar_pack_end(GTK_HEADER_BAR(header), named(list, "drawer"));
@@ -158,6 +159,7 @@ void ShopWindow::fill(Shop& shop) {
     addPages(shop);
     listen(shop);
     show(PageName::home);
+    for (const auto& [name, page] : pages_) page->setWide(roomy_);
     arrange();
 }
 
@@ -306,14 +308,16 @@ void ShopWindow::applySize() {
     resized_ = 0;
     const int width = gtk_widget_get_width(GTK_WIDGET(get()));
     drawer_.setUpright(gtk_widget_get_height(GTK_WIDGET(get())) >= width);
-    const bool wide = width >= wideFrom;
-    if (wide == wide_) return;
-    wide_ = wide;
-    arrange();
+    if (std::exchange(width_, width) != width) arrange();
 }
 
 /// A narrow window shows either the page or the drawer; a wide one has room for both.
 void ShopWindow::arrange() {
+    wide_ = width_ >= wideFrom;
+    const bool roomy = wide_ && (!drawerIsOpen_ || width_ >= wideFrom + drawerWidth);
+    if (std::exchange(roomy_, roomy) != roomy) {
+        for (const auto& [name, page] : pages_) page->setWide(roomy);
+    }
     gtk_widget_set_visible(topNavigation_, wide_);
     gtk_widget_set_visible(title_, !wide_);
     gtk_widget_set_visible(bottomNavigation_, !wide_);
@@ -322,7 +326,6 @@ void ShopWindow::arrange() {
     gtk_widget_set_hexpand(drawer_.widget(), !wide_);
     gtk_widget_set_size_request(drawer_.widget(), wide_ ? drawerWidth : -1, -1);
     setClass(GTK_WIDGET(get()), "wide", wide_);
-    for (const auto& [name, page] : pages_) page->setWide(wide_);
 }
 
 void ShopWindow::changeShape() {

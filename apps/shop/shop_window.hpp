@@ -45,7 +45,9 @@ public:
     void openDrawer(bool open);
     void goTo(PageName page) { open(page); }
     void goTo(const Product& product) { openProduct(product); }
-    [[nodiscard]] std::string title() const { return pages_.at(current_)->title(); }
+
+    /// Null on every page but a product's.
+    [[nodiscard]] const Product* product() const { return current_ == PageName::product ? currentProduct_ : nullptr; }
 
 private:
     struct NavigationButton {
@@ -94,7 +96,9 @@ private:
     std::vector<std::pair<PageName, const Product*>> history_;  // behind the current page
     PageName current_ = PageName::home;
     const Product* currentProduct_ = nullptr;
+    int width_ = phoneWidth;
     bool wide_ = false;
+    bool roomy_ = false;  // room for two columns on the page, beside the drawer
     bool drawerIsOpen_ = false;
     bool ended_ = false;
     guint resized_ = 0;  // an idle source, or 0

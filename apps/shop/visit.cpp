@@ -100,7 +100,7 @@ void Visit::followMessage() {
     awaitMessage(before + 1);
     picture("message-phone");
     clickInMessage("#open");
-    waitFor("the message's link is open", [&] { return window_.title() == "Desk lamp"; });
+    waitFor("the message's link is open", [&] { return window_.product() == shop_.catalogue.find("lamp-desk"); });
     iterateFor(fading);
     picture("linked-phone");
     press("add-to-cart");
@@ -236,16 +236,28 @@ void Visit::waitFor(const std::string& what, const std::function<bool()>& condit
 
 void Visit::awaitMessage(int count) {
     waitFor("a message is shown", [&] { return shop_.engagement.messagesShown() >= count; });
+    runInMessage("await new Promise(drawn => requestAnimationFrame(() => requestAnimationFrame(drawn)))");
     iterateFor(fading);
 }
 
 void Visit::clickInMessage(const std::string& selector) {
-    auto* found = search(root(), [](GtkWidget* widget) { return WEBKIT_IS_WEB_VIEW(widget) != FALSE; });
-    if (found == nullptr) return fail("there is no message to press " + selector + " in");
-    const auto script = "document.querySelector('" + selector + "').click()";
-    webkit_web_view_evaluate_javascript(WEBKIT_WEB_VIEW(found), script.c_str(), -1, nullptr, nullptr, nullptr, nullptr,
-                                        nullptr);
+    runInMessage("document.querySelector('" + selector + "').click()");
     iterateFor(settling);
+}
+
+/// Waits for what the script awaits.
+void Visit::runInMessage(const std::string& script) {
+    auto* found = search(root(), [](GtkWidget* widget) { return WEBKIT_IS_WEB_VIEW(widget) != FALSE; });
+    if (found == nullptr) return fail("there is no message to run " + script + " in");
+    const auto done = std::make_shared<bool>(false);
+    webkit_web_view_call_async_javascript_function(
+        WEBKIT_WEB_VIEW(found), script.c_str(), -1, nullptr, nullptr, nullptr, nullptr,
+        [](GObject*, GAsyncResult*, gpointer data) {
+            const std::unique_ptr<std::shared_ptr<bool>> kept(static_cast<std::shared_ptr<bool>*>(data));
+            **kept = true;
+        },
+        new std::shared_ptr<bool>(done));
+    waitFor("the message ran " + script, [&] { return *done; });
 }
 
 void Visit::fail(const std::string& sentence) {

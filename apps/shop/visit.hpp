@@ -39,6 +39,7 @@ private:
     void picture(const std::string& name);
     void waitFor(const std::string& what, const std::function<bool()>& condition);
     void awaitMessage(int count);
+    void runInMessage(const std::string& script);
     void clickInMessage(const std::string& selector);
     [[nodiscard]] GtkWidget* root() const { return GTK_WIDGET(window_.get()); }
     [[nodiscard]] GtkWidget* find(const std::string& name);

@@ -14,7 +14,7 @@ public:
     PrivacyPage(Shop& shop, Navigator& navigator);
 
     [[nodiscard]] GtkWidget* widget() const override { return page_; }
-    [[nodiscard]] std::string title() const override { return "Privacy and settings"; }
+    [[nodiscard]] std::string title() const override { return "Privacy"; }
 
 private:
     using Switched = std::function<void(bool on)>;

@@ -20,8 +20,7 @@ std::string pathOf(const Product& product) {
 
 GtkWidget* newDeliveryNote(const Terms& terms) {
     auto* row = newRow(10, {"note"});
-    auto* text =
-        newText("Free delivery from " + terms.freeDeliveryFrom.text() + ", else " + Terms::delivery.text() + ".");
+    auto* text = newText("Free delivery from " + terms.freeDeliveryFrom.text());
     gtk_widget_set_hexpand(text, TRUE);
     append(row, {newIcon(Symbol::truck, 20), text});
     return row;

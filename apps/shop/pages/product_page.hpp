@@ -12,7 +12,7 @@ public:
     ProductPage(Shop& shop, Navigator& navigator);
 
     [[nodiscard]] GtkWidget* widget() const override { return page_; }
-    [[nodiscard]] std::string title() const override { return product_ != nullptr ? product_->name : ""; }
+    [[nodiscard]] std::string title() const override { return product_ != nullptr ? product_->taxonomy.back() : ""; }
     void shown() override;
     void setWide(bool wide) override;
 

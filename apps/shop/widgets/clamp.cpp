@@ -6,7 +6,7 @@ namespace shop {
 
 namespace {
 
-constexpr int leastWidth = 200;  // points to which it can be narrowed, whatever its child needs
+constexpr int leastWidth = 100;  // points to which it can be narrowed, whatever its child needs
 
 // A layout manager of GTK is a class of its object system, which is written in its own way.
 

@@ -7,6 +7,12 @@
 
 namespace shop {
 
+namespace {
+
+constexpr int cardWidth = 168;  // points
+
+}  // namespace
+
 RecommendationStrip::RecommendationStrip(Shop& shop, Navigator& navigator, const std::string& title, Chosen chosen)
     : shop_(shop), navigator_(navigator), chosen_(std::move(chosen)), box_(newColumn(10)), row_(newRow(12)) {
     auto* scroller = gtk_scrolled_window_new();
@@ -23,7 +29,7 @@ void RecommendationStrip::show(const std::vector<std::string>& productIds) {
         const auto* product = shop_.catalogue.find(id);
         if (product == nullptr) continue;
         auto* card = newProductCard(*product, shop_, navigator_, 1, [this, product] { chosen_(*product); });
-        gtk_widget_set_size_request(card, 150, -1);
+        gtk_widget_set_size_request(card, cardWidth, -1);
         gtk_box_append(GTK_BOX(row_), card);
     }
     gtk_widget_set_visible(box_, gtk_widget_get_first_child(row_) != nullptr);

@@ -50,7 +50,6 @@ GtkWidget* newText(const std::string& text, Classes classes) {
     gtk_label_set_xalign(GTK_LABEL(label), 0);
     gtk_label_set_wrap(GTK_LABEL(label), TRUE);
     gtk_label_set_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
-    gtk_label_set_natural_wrap_mode(GTK_LABEL(label), GTK_NATURAL_WRAP_NONE);
     return withClasses(label, classes);
 }
 
