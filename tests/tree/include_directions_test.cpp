@@ -69,6 +69,15 @@ TEST(SourceTree, PublicHeadersNeedNothingButEachOther) {
     expectBelow("include", [](const auto&, const auto& target) { return firstFolder(target) == "orbinel"; });
 }
 
+// Whoever learns from the shop finds nothing in it that an application could not do.
+TEST(SourceTree, TheShopKnowsOnlyWhatApplicationsKnow) {
+    expectBelow("apps/shop", [](const fs::path&, const std::string& target) {
+        const auto published = [&target](const char* folder) { return fs::exists(root / folder / "include" / target); };
+        return firstFolder(target) == "shop" || fs::exists(root / "include" / target) || published("hosts/gtk") ||
+               published("hosts/linux");
+    });
+}
+
 // The one global of the library is the facade's; everything else is handed what it needs.
 TEST(SourceTree, OnlyCoreKnowsTheCurrentWorld) {
     expectBelow("src", [](const fs::path& file, const std::string& target) {

@@ -9,7 +9,7 @@ namespace shop {
 
 namespace {
 
-constexpr int cardWidth = 168;  // points
+constexpr int cardWidth = 180;  // points
 
 }  // namespace
 
