@@ -152,6 +152,7 @@ void Visit::answerOurSurvey() {
 }
 
 void Visit::lookAround() {
+    shop_.engagement.setDevelopmentLog(true);
     window_.goTo(PageName::messages);
     picture("messages-phone");
     window_.goTo(PageName::privacy);
@@ -159,6 +160,7 @@ void Visit::lookAround() {
     window_.openDrawer(true);
     picture("drawer-phone");
     window_.openDrawer(false);
+    shop_.engagement.setDevelopmentLog(false);
     window_.goTo(PageName::home);
     resize(360, 740);
     picture("home-360");
