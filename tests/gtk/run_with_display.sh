@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # Runs a command on a display of its own: run_with_display.sh COMMAND…
+# ORBINEL_SCREEN names its size in points, such as 1280x1000.
 # Exit 77 where that cannot be, which counts as skipped.
 set -euo pipefail
 
@@ -20,7 +21,7 @@ finish() {
 trap finish EXIT
 
 mkfifo "$scratch/display"
-Xvfb -displayfd 3 -screen 0 1024x900x24 -nolisten tcp 3<>"$scratch/display" >"$scratch/xvfb.log" 2>&1 &
+Xvfb -displayfd 3 -screen 0 "${ORBINEL_SCREEN:-1024x900}x24" -nolisten tcp 3<>"$scratch/display" >"$scratch/xvfb.log" 2>&1 &
 started+=($!)
 exec 4<>"$scratch/display"
 if ! read -r -t 20 number <&4; then
