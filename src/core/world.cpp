@@ -80,6 +80,7 @@ World::World(platform::Services given)
       pushLog({reports, helper, session, eventRecorder}),
       push({reports, helper, deviceAttributes, autoIntegration, contentOptimizer, campaignSelection, carouselLink,
             pushLinks, pushLog, ownLifetime, *services.json, *services.scheduler}),
+      payloadDelivery({reports, *services.application}),
       universalLinks({reports, helper, session, ownLifetime, *services.http}),
       configurations({reports, *services.application}),
       replacedOperations({reports, autoIntegration, toolLinks, deviceToken, universalLinks, push, *services.console}),
@@ -168,6 +169,7 @@ void World::bindInapp() {
     campaignSelection.buttonClicks.bind(inappButtons);
     inappLogs.shakeDetector.bind(shakeDetector);
     nativeActions.pushPermission.bind(pushPermission);
+    inappButtons.remoteNotifications.bind(payloadDelivery);
     for (auto* screen : {&templateMessages.screen, &templateStore.screen, &inappButtons.screen}) {
         screen->bind(inappPresentation);
     }
@@ -185,6 +187,7 @@ void World::unbindInapp() noexcept {
     inappPresentation.page.unbind();
     for (auto* logging : {&inappButtons.logging, &templateStore.logging}) logging->unbind();
     for (auto* screen : {&inappButtons.screen, &templateStore.screen, &templateMessages.screen}) screen->unbind();
+    inappButtons.remoteNotifications.unbind();
     nativeActions.pushPermission.unbind();
     inappLogs.shakeDetector.unbind();
     campaignSelection.buttonClicks.unbind();

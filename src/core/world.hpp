@@ -50,6 +50,7 @@
 #include "push/configurations.hpp"
 #include "push/device_token.hpp"
 #include "push/interception.hpp"
+#include "push/payload_delivery.hpp"
 #include "push/push.hpp"
 #include "push/push_links.hpp"
 #include "push/push_log.hpp"
@@ -189,6 +190,7 @@ public:
     PushLinks pushLinks;
     PushLog pushLog;
     OrbinelPush push;
+    PayloadDelivery payloadDelivery;
     UniversalLinks universalLinks;
     OrbinelConfigurations configurations;
     ReplacedOperations replacedOperations;

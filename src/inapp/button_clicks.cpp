@@ -75,7 +75,7 @@ void ButtonClicks::performNativeAction(const InappButton& button) {
 void ButtonClicks::deliverPayload(const std::string& text) {
     auto payload = convertStringToDictionary(text);
     if (!payload) return;
-    if (auto* delivery = remoteNotifications.get()) delivery->setDictionaryToDelegate(*payload);
+    remoteNotifications->setDictionaryToDelegate(*payload);
     callback_.performLater("-[OrbinelInapp performInappButtonClickCallback]",
                            Dictionary{{"type", buttonClickType}, {"data", std::move(*payload)}});
 }

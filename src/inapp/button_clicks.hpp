@@ -21,7 +21,7 @@ public:
     virtual ~RemoteNotificationDelivery() = default;
 
     /// Hands the payload to the delegate's operation for remote notifications, as if it were a push.
-    virtual void setDictionaryToDelegate(const Dictionary& payload) = 0;
+    virtual void setDictionaryToDelegate(const Dictionary& payload) noexcept = 0;
 };
 
 /// What is done when a button of a message is pressed: the message is logged and, where it was not merely clicked,
@@ -45,7 +45,7 @@ public:
 
     Late<InappScreen> screen;
     Late<InappLogging> logging;
-    Late<RemoteNotificationDelivery> remoteNotifications;  // may stay unbound
+    Late<RemoteNotificationDelivery> remoteNotifications;
 
     void inappButtonClicked(const InappButton& button) noexcept override;
 
