@@ -76,35 +76,29 @@ void callWhatComesFromTheBackend() {
 }
 
 void callWhatIsOfMessagesAndPushes(const std::shared_ptr<Target>& target) {
-    Orbinel::removeInapp();
-    Orbinel::removeInappWithCompletionHandler({});
-    Orbinel::enableInAppMessages();
-    Orbinel::disableInAppMessages();
-    Orbinel::reenableTemplates();
-    Orbinel::disableTemplates();
-    Orbinel::enableTemplateDebugging();
-    for (const auto set :
-         {&Orbinel::setCustomRegularFont, &Orbinel::setCustomBoldFont, &Orbinel::setCustomItalicFont}) {
-        set(nullptr);
+    for (const auto call : {&Orbinel::removeInapp, &Orbinel::disableInAppMessages, &Orbinel::enableInAppMessages,
+                            &Orbinel::disableTemplates, &Orbinel::reenableTemplates, &Orbinel::enableTemplateDebugging,
+                            &Orbinel::showNativeAppReview, &Orbinel::setActiveForegroundPushView}) {
+        call();
     }
+    for (const auto call : {&Orbinel::setCustomRegularFont, &Orbinel::setCustomBoldFont, &Orbinel::setCustomItalicFont,
+                            &Orbinel::setPushToken}) {
+        call(nullptr);
+    }
+    const Dictionary push{{"aps", Null{}}, {"source", "Orbinel"}, {"camp_id", Value()}, {"inapp_test", Null{}}};
+    for (const auto call : {&Orbinel::handlePushLogWithUserInfo, &Orbinel::triggerPushProcessWithUserInfo,
+                            &Orbinel::setPushActionWithPushInfo, &Orbinel::trackInteractiveLogWithUserInfo}) {
+        for (const auto& given : {std::optional<Dictionary>(), std::optional(Dictionary()), std::optional(push)}) {
+            call(given);
+        }
+    }
+    EXPECT_EQ(Orbinel::getPushInfo(std::nullopt), std::nullopt);
+    Orbinel::removeInappWithCompletionHandler({});
     Orbinel::showTestInapp({}, {});
-    Orbinel::showNativeAppReview();
     Orbinel::registerWithQuietPermission(true);
     Orbinel::registerDeviceTokenWithApplication(nullptr, {});
-    Orbinel::setPushToken(nullptr);
     Orbinel::setForegroundPushCallback(&Target::onCallback, std::weak_ptr(target));
-    Orbinel::setForegroundPushCallback(&Target::onCallback, std::weak_ptr<Target>());
-    Orbinel::setActiveForegroundPushView();
-    const Dictionary push{{"aps", Null{}}, {"source", "Orbinel"}, {"camp_id", Value()}, {"inapp_test", Null{}}};
-    for (const auto& userInfo : {std::optional<Dictionary>(), std::optional(Dictionary()), std::optional(push)}) {
-        Orbinel::handlePushLogWithUserInfo(userInfo);
-        Orbinel::triggerPushProcessWithUserInfo(userInfo);
-        Orbinel::setPushActionWithPushInfo(userInfo);
-        Orbinel::trackInteractiveLogWithUserInfo(userInfo);
-        EXPECT_EQ(Orbinel::getPushInfo(userInfo), std::nullopt);
-    }
     Orbinel::handleUniversalLink({});
-    Orbinel::handleUniversalLink({"", "https://shop.test/?isOrb=1"});
 }
 
 /// Every public operation, with absent arguments too.
