@@ -255,6 +255,7 @@ TEST_F(Push, AnAddressThatOpenedTheApplicationIsNotedWhereItLeadsToTheVendor) {
     EXPECT_EQ(link("https://shop.test/?a=b"), final);
     EXPECT_EQ(link("https://shop.test/?%69sOrb=%31"), "https://shop.test/?%69sOrb=%31");
     shutdown();
+    EXPECT_TRUE(host.http->waitUntilIdle());
     EXPECT_EQ(host.http->inFlight(), 0U);
 }
 
