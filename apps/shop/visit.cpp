@@ -7,7 +7,6 @@
 #include <system_error>
 #include <utility>
 
-#include "shop/check_box.hpp"
 #include "shop/widgets/picture_of.hpp"
 
 namespace shop {
@@ -126,7 +125,7 @@ void Visit::buyOnPhone() {
     press("go-to-checkout");
     type("checkout-street", "Kiln Lane 7");
     type("checkout-city", "1010 Clayton");
-    setChecked(find("checkout-terms"), true);
+    press("checkout-terms");
     picture("checkout-phone");
     const int before = shop_.engagement.messagesShown();
     press("place-order");
@@ -142,10 +141,9 @@ void Visit::buyOnPhone() {
 }
 
 void Visit::answerOurSurvey() {
-    setChecked(find("idea-0"), true);
-    iterateFor(milliseconds(600));
-    setChecked(find("idea-2"), true);
-    iterateUntil([] { return false; }, milliseconds(150));  // in the middle of its movement
+    press("idea-0");
+    press("idea-2");
+    iterateFor(milliseconds(150));  // in the middle of its movement
     savePicture(root(), pictures_ / "check-boxes-moving.png");
     picture("thanks-phone");
     press("send-survey");
@@ -214,8 +212,10 @@ GtkWidget* Visit::find(const std::string& name) {
 
 void Visit::press(const std::string& name) {
     iterateFor(settling);
-    auto* button = find(name);
-    if (button != nullptr) g_signal_emit_by_name(button, "clicked");
+    auto* found = find(name);
+    if (found == nullptr) return;
+    if (GTK_IS_BUTTON(found)) return g_signal_emit_by_name(found, "clicked");
+    gtk_widget_activate(found);
 }
 
 void Visit::type(const std::string& name, const std::string& text) {

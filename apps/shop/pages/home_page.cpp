@@ -73,7 +73,7 @@ GtkWidget* HomePage::newHero() {
     gtk_widget_set_valign(words, GTK_ALIGN_CENTER);
     for (const auto* id : {"vase-tall", "kettle-stone", "mug-red"}) {
         const auto* product = shop_.catalogue.find(id);
-        if (product != nullptr) gtk_box_append(GTK_BOX(heroPictures_), newProductDrawing(*product, 130));
+        if (product != nullptr) gtk_box_append(GTK_BOX(heroPictures_), newProductDrawing(*product, 110));
     }
     gtk_widget_set_valign(heroPictures_, GTK_ALIGN_END);
     hero_ = newRow(24, {"hero"});

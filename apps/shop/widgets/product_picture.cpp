@@ -18,8 +18,7 @@ struct Colours {
 
 Colours coloursOf(const Product& product) {
     const auto body = parseColour(product.colour.c_str());
-    auto shadow = shaded(parseColour(product.tint.c_str()), -0.18F);
-    return {body, shaded(body, 0.28F), shaded(body, -0.25F), shadow};
+    return {body, shaded(body, 0.28F), shaded(body, -0.25F), GdkRGBA{0, 0, 0, 0.16F}};
 }
 
 std::vector<Stroke> mug(const Colours& c) {
