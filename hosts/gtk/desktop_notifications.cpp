@@ -35,7 +35,9 @@ void DesktopNotifications::requestAuthorization(
 
 void DesktopNotifications::present(const DesktopNotification& notification, NotificationPortal::Done done) {
     const bool inFront = application_->state() == platform::ApplicationState::active;
-    if (inFront && tellDelegate(operations::willPresentNotification, notification.userInfo)) return done(std::nullopt);
+    if (inFront && tellDelegate(operations::willPresentNotification, notification.userInfo).value_or(false)) {
+        return done(std::nullopt);
+    }
     const auto token = json_->serialise(notification.userInfo, platform::JsonStyle::compact);
     if (!token) return done("The notification's user info holds what JSON cannot.");
     portal_.show(
@@ -52,14 +54,12 @@ void DesktopNotifications::opened(const std::string& token) {
     tellDelegate(operations::didReceiveNotificationResponse, *userInfo);
 }
 
-/// Whether somebody was told.
-bool DesktopNotifications::tellDelegate(std::string_view operation, const Dictionary& userInfo) {
+platform::DelegateResult DesktopNotifications::tellDelegate(std::string_view operation, const Dictionary& userInfo) {
     const auto delegate = delegate_.get();
-    if (delegate == nullptr || !delegate->respondsTo(operation)) return false;
+    if (delegate == nullptr) return std::nullopt;
     platform::DelegateArguments arguments;
     arguments.userInfo = userInfo;
-    delegate->perform(operation, arguments);
-    return true;
+    return delegate->perform(operation, arguments);
 }
 
 }  // namespace orbinel::hosts

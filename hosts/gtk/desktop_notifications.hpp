@@ -39,7 +39,7 @@ public:
 
 private:
     void opened(const std::string& token);
-    bool tellDelegate(std::string_view operation, const Dictionary& userInfo);
+    platform::DelegateResult tellDelegate(std::string_view operation, const Dictionary& userInfo);
 
     const WeakObject<GtkWindow> window_;
     const std::shared_ptr<const platform::Application> application_;

@@ -1,8 +1,10 @@
 #include "push/carousel_link.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <initializer_list>
+#include <limits>
 #include <string_view>
 #include <utility>
 
@@ -40,7 +42,9 @@ Dictionary CarouselLink::getAdvancedPushDeepLink(const Dictionary& pushInfo) noe
 /// A choice without a moment is as good as a fresh one; one whose moment cannot be read is as old as can be.
 bool CarouselLink::isStale(const Value& timestamp) const {
     if (timestamp.isAbsent()) return false;
-    return int32Of(timestamp) + longestAge < std::llround(helper_.now());
+    constexpr std::int64_t latest = std::numeric_limits<std::int32_t>::max();
+    const auto moment = std::min(leadingWholeNumberOf(timestamp).value_or(0), latest);
+    return moment + longestAge < std::llround(helper_.now());
 }
 
 void CarouselLink::flushClickedDeepLink() noexcept {

@@ -104,19 +104,24 @@ void Interception::injectSelector(const ClassPointer& type, const Replacement& r
 /// No, where this was done to the class before: two objects may be of one class.
 bool Interception::begin(const ClassPointer& type, const Replacement& replacement) {
     const MutexLock lock(mutex_);
-    const bool isDone = std::any_of(installations_.begin(), installations_.end(), [&](const Installation& one) {
-        return one.type == type && one.replacement == &replacement;
-    });
-    if (over_ || isDone) return false;
-    installations_.push_back({type, &replacement, nullptr, false});
+    std::erase_if(installations_, [](const Installation& one) { return one.type.expired(); });
+    if (over_ || isInstalled(*type, replacement)) return false;
+    installations_.push_back({type, {}, &replacement, {}});
     return true;
 }
 
+bool Interception::isInstalled(const platform::DelegateClass& type, const Replacement& replacement) {
+    return std::any_of(installations_.begin(), installations_.end(), [&](const Installation& one) {
+        return one.replacement == &replacement && one.type.lock().get() == &type;
+    });
+}
+
 void Interception::finish(Installation installation) {
+    const auto type = installation.type.lock();
     {
         const MutexLock lock(mutex_);
         for (auto& one : installations_) {
-            if (one.type == installation.type && one.replacement == installation.replacement) {
+            if (one.replacement == installation.replacement && one.type.lock() == type) {
                 std::swap(one, installation);
                 return;
             }
@@ -126,38 +131,50 @@ void Interception::finish(Installation installation) {
 }
 
 Interception::Installation Interception::install(const ClassPointer& type, const Replacement& replacement) {
-    if (type->addOperation(replacement.operation, implementationOf(replacement, nullptr))) {
-        return {type, &replacement, type->implementation(replacement.operation), false};
+    const auto operation = replacement.operation;
+    if (type->addOperation(operation, implementationOf(replacement, olderOwn(*type, replacement), false))) {
+        return {type, type->implementation(operation), &replacement, {}};
     }
-    auto own = type->implementation(replacement.operation);
-    if (!type->addOperation(replacement.name, implementationOf(replacement, std::move(own)))) {
-        reports_.note([&] {
-            return "Left an operation as it is: " + type->name() + " has " + std::string(replacement.name) +
-                   " already.";
-        });
-        return {type, &replacement, nullptr, false};
+    // The name is taken where somebody stayed in front of an earlier world's replacement, which only passes on now.
+    std::string ownName(replacement.name);
+    const auto ours = implementationOf(replacement, type->implementation(operation), true);
+    while (!type->addOperation(ownName, ours)) ownName += '\'';
+    const auto installed = type->implementation(ownName);
+    type->exchangeImplementations(operation, ownName);
+    return {type, installed, &replacement, std::move(ownName)};
+}
+
+/// What the application wrote for the newest of the older operations, of which it has one; null where it wrote none.
+Interception::ImplementationPointer Interception::olderOwn(const platform::DelegateClass& type,
+                                                           const Replacement& replacement) {
+    for (const auto operation : replacement.older) {
+        const auto* older = ReplacedOperations::of(operation);
+        if (older == nullptr) continue;
+        if (auto own = type.implementation(older->name)) return own;
+        const MutexLock lock(mutex_);
+        if (isInstalled(type, *older)) continue;  // the library's alone
+        if (auto own = type.implementation(operation)) return own;
     }
-    auto ours = type->implementation(replacement.name);
-    const bool exchanged = type->exchangeImplementations(replacement.operation, replacement.name);
-    return {type, &replacement, std::move(ours), exchanged};
+    return nullptr;
 }
 
 /// The application's own implementation is kept here as well, so that a call that is under way while the classes become
-/// what they were finds it.
-DelegateImplementation Interception::implementationOf(const Replacement& replacement, ImplementationPointer own) {
+/// what they were finds it. Only a namesake of the operation knows its completion handler.
+DelegateImplementation Interception::implementationOf(const Replacement& replacement, ImplementationPointer own,
+                                                      bool isNamesake) {
     auto before = lifetime_.whileAlive(
         [this, &replacement](const DelegateArguments& arguments) { operations_.beforeOwn(replacement, arguments); });
     auto after =
         lifetime_.whileAlive([this, &replacement](const DelegateArguments& arguments, std::exception_ptr& failure) {
             operations_.afterOwn(replacement, arguments, std::exchange(failure, nullptr));
         });
-    return [before = std::move(before), after = std::move(after), own = std::move(own), &replacement](
+    return [before = std::move(before), after = std::move(after), own = std::move(own), isNamesake, &replacement](
                Delegate& self, const DelegateArguments& arguments) mutable -> DelegateResult {
         before(arguments);
         auto [answer, failure] = outcomeOf(own.get(), self, arguments);
         after(arguments, failure);
         if (failure != nullptr) std::rethrow_exception(failure);  // there is nobody to report it to any more
-        if (own == nullptr) arguments.completion();
+        if (!isNamesake) arguments.completion();
         return replacement.answers ? DelegateResult(answer.value_or(false)) : answer;
     };
 }
@@ -180,10 +197,13 @@ void Interception::takeBack() noexcept {
 }
 
 void Interception::takeBack(const Installation& installation) {
-    const auto& [type, replacement, ours, exchanged] = installation;
-    if (ours == nullptr || type->implementation(replacement->operation) != ours) return;
-    if (exchanged) type->exchangeImplementations(replacement->operation, replacement->name);
-    type->removeOperation(exchanged ? replacement->name : replacement->operation);
+    const auto type = installation.type.lock();
+    const auto ours = installation.ours.lock();
+    const auto operation = installation.replacement->operation;
+    const auto& ownName = installation.ownName;
+    if (type == nullptr || ours == nullptr || type->implementation(operation) != ours) return;
+    if (!ownName.empty()) type->exchangeImplementations(operation, ownName);
+    type->removeOperation(ownName.empty() ? operation : ownName);
 }
 
 }  // namespace orbinel

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <span>
+#include <string>
 #include <vector>
 
 #include "base/lifetime.hpp"
@@ -20,8 +22,9 @@ namespace orbinel {
 /// its own for device tokens, pushes and links.
 ///
 /// An operation that a class does not implement is added to it. One that it implements is exchanged: what the
-/// application wrote stands under the replacement's name meanwhile, and runs first. Where it wrote nothing, the library
-/// calls the completion handler. All of it is taken back when the world ends; a call that comes later does what the
+/// application wrote stands under the replacement's name meanwhile, and runs first. Where it wrote nothing, an older
+/// operation that it did write runs instead, as the platform would have it, and the library calls the completion
+/// handler. All of it is taken back when the world ends; a call that comes later does what the
 /// application itself does and nothing else.
 ///
 /// Threads: any, the main thread as a rule.
@@ -60,10 +63,12 @@ private:
 
     /// What was done to one operation of a class.
     struct Installation {
-        ClassPointer type;
+        // The scene's alone, for they may know its window.
+        std::weak_ptr<platform::DelegateClass> type;
+        std::weak_ptr<const platform::DelegateImplementation> ours;  // empty while it is being installed
+
         const Replacement* replacement = nullptr;
-        ImplementationPointer ours;  // null while it is being installed
-        bool exchanged = false;      // or else added
+        std::string ownName;  // under which the application's implementation stands; empty: it had none
     };
 
     void setOrbinelDelegate(const platform::Delegate& delegate);
@@ -73,8 +78,11 @@ private:
     [[nodiscard]] bool begin(const ClassPointer& type, const Replacement& replacement);
     void finish(Installation installation);
     [[nodiscard]] Installation install(const ClassPointer& type, const Replacement& replacement);
+    [[nodiscard]] ImplementationPointer olderOwn(const platform::DelegateClass& type, const Replacement& replacement);
+    [[nodiscard]] bool isInstalled(const platform::DelegateClass& type, const Replacement& replacement)
+        ORBINEL_REQUIRES(mutex_);
     [[nodiscard]] platform::DelegateImplementation implementationOf(const Replacement& replacement,
-                                                                    ImplementationPointer own);
+                                                                    ImplementationPointer own, bool isNamesake);
     static void takeBack(const Installation& installation);
 
     Reports& reports_;

@@ -24,10 +24,25 @@ Dictionary campaignOf(const Dictionary& pushInfo) {
     for (const auto key : campaignKeys) {
         if (isPresent(pushInfo[key])) campaign.set(key, pushInfo[key]);
     }
-    if (const auto journey = wholeNumberOf(pushInfo[push_keys::journeyId])) {
+    if (const auto journey = leadingWholeNumberOf(pushInfo[push_keys::journeyId])) {
         campaign.set(push_keys::journeyId, *journey);
     }
     return campaign;
+}
+
+/// Moves what the extension left into the log; false where it left nothing. It belongs to this push: the next one must
+/// not find it.
+bool takeInteraction(platform::DefaultsStore& store, Dictionary& log) {
+    bool found = false;
+    for (const auto key : interactiveKeys) {
+        auto left = store.value(key);
+        if (left.isAbsent()) continue;
+        found = true;
+        if (isPresent(left)) log.set(key, std::move(left));
+        store.set(key, {});
+    }
+    if (found) store.synchronize();
+    return found;
 }
 
 bool isNamed(const Dictionary& campaign) {
@@ -91,16 +106,12 @@ void PushLog::trackInteractiveLogWithUserInfo(const Dictionary& userInfo) noexce
     guarded(reports_, "+[Orbinel trackInteractiveLogWithUserInfo:]", [&] {
         reports_.feed("trackInteractiveLog", [&] { return userInfo; });
         const auto store = helper_.appGroupStore();
+        if (store == nullptr) return;
         auto log = campaignOf(payloadOf(userInfo));
-        if (store == nullptr || log.empty()) return;
-        const auto fields = log.size();
-        for (const auto key : interactiveKeys) {
-            if (auto left = store->value(key); isPresent(left)) log.set(key, std::move(left));
-        }
-        if (log.size() == fields) return;
+        const bool hasCampaign = !log.empty();
+        if (!takeInteraction(*store, log)) return;
+        if (!hasCampaign) return reports_.note("Forgot what a person did with a push: it names no campaign.");
         session_.update([&](SessionRecord& record) { record.interactive_logs.emplace_back(std::move(log)); });
-        for (const auto key : interactiveKeys) store->set(key, {});
-        store->synchronize();
     });
 }
 

@@ -155,7 +155,8 @@ TEST_F(Pages, AFailedLoadIsToldOnceAndLeavesTheNextLoadInPeace) {
         ASSERT_EQ(heard->failures.size(), 1u) << url;
         EXPECT_EQ(heard->failures[0].domain, platform::LoadFailure::urlLoading) << url;
         EXPECT_TRUE(heard->failures[0].provisional) << url;
-        EXPECT_EQ(heard->failures[0].code == platform::LoadFailure::secureConnectionFailed, url.starts_with("https"));
+        EXPECT_EQ(heard->failures[0].code == platform::LoadFailure::secureConnectionFailed, url.starts_with("https"))
+            << heard->failures[0].description;
     }
     EXPECT_EQ(heard->finished, 0);
     show("<p id=there>there</p>");

@@ -30,7 +30,7 @@ public:
     void addClickLog(const Dictionary& click) override { keep("click " + click["button"].stringOrEmpty()); }
     void logBlockedInAppMessage(const Dictionary&) override {}
     void logInAppMessageAction(std::string_view) override {}
-    void setDictionaryToDelegate(const Dictionary& payload) override {
+    void setDictionaryToDelegate(const Dictionary& payload) noexcept override {
         keep("delegate " + payload["aps"].stringOrEmpty());
     }
 

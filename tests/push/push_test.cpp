@@ -224,13 +224,19 @@ TEST_F(Push, NotesWhatThePersonDidInTheNotificationOnce) {
     world().push.handlePushLog(push(), true);  // a plain notification
     leave("orbinelCarouselCampId", 2);
     world().push.handlePushLog(push(), false);
-    Orbinel::trackInteractiveLogWithUserInfo(Dictionary());
     EXPECT_THAT(record().interactive_logs, IsEmpty());
+    leave("orbinelInteractivePushSeen", "yes");
     for (int i = 0; i < 2; ++i) world().push.handlePushLog(push(), true);
-    EXPECT_THAT(
-        record().interactive_logs,
-        ElementsAre(Dictionary{{"camp_id", 71}, {"camp_type", 2}, {"variant_id", "b"}, {"orbinelCarouselCampId", 2}}));
+    EXPECT_THAT(record().interactive_logs, ElementsAre(Dictionary{{"camp_id", 71},
+                                                                  {"camp_type", 2},
+                                                                  {"variant_id", "b"},
+                                                                  {"orbinelCarouselCampId", 2},
+                                                                  {"orbinelInteractivePushSeen", "yes"}}));
     EXPECT_FALSE(isLeft("orbinelCarouselCampId"));
+    leave("orbinelCarouselCampId", 3);
+    Orbinel::trackInteractiveLogWithUserInfo(Dictionary());  // of a campaign without a name
+    Orbinel::trackInteractiveLogWithUserInfo(push());
+    EXPECT_THAT(record().interactive_logs, SizeIs(1));
 }
 
 TEST_F(Push, AnAddressThatOpenedTheApplicationIsNotedWhereItLeadsToTheVendor) {

@@ -47,7 +47,7 @@ inline constexpr std::string_view continueUserActivity = "application:continueUs
 /// `userInfo`, `completion`.
 inline constexpr std::string_view didReceiveNotificationResponse =
     "userNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:";
-/// `userInfo`, `completion`.
+/// `userInfo`, `completion`; answers yes where the application shows the notification itself.
 inline constexpr std::string_view willPresentNotification =
     "userNotificationCenter:willPresentNotification:withCompletionHandler:";
 
@@ -118,7 +118,8 @@ public:
 
     [[nodiscard]] const std::string& name() const noexcept;
 
-    /// False, and nothing changes, where the class implements the operation already.
+    /// False, and nothing changes, where the class implements the operation already: also where that is the library's,
+    /// so what an application implements has to be there before an object becomes a delegate.
     bool addOperation(std::string_view operation, DelegateImplementation implementation);
 
     /// Each of the two operations does from now on what the other one did. False, and nothing changes, where the class

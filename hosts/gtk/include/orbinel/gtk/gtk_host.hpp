@@ -37,8 +37,9 @@ struct DesktopNotification {
 /// turns between upright and lying.
 ///
 /// What the desktop has the default GApplication open (G_APPLICATION_HANDLES_OPEN) reaches the application's delegate:
-/// web addresses as activities to continue, other URLs with `application:openURL:options:`. Links that start the
-/// application arrive, too, where this object is made in its "startup".
+/// web addresses as activities to continue, other URLs with the newest of the operations for them that the delegate
+/// implements. Links that start the application arrive, too, where this object is made in its "startup". What a
+/// delegate implements must not throw, as any handler of GTK's.
 ///
 /// Web pages run in a sandbox that takes user namespaces; where the system has none, `makeWebView` says so.
 ///
@@ -57,8 +58,8 @@ public:
 
     /// Has the desktop show a notification, through its portal. When the person opens it, the window is presented and
     /// the notification centre's delegate told (`userNotificationCenter:didReceiveNotificationResponse:…`). While the
-    /// application is active the delegate is told at once instead (`userNotificationCenter:willPresentNotification:…`),
-    /// where it implements that, and nothing is shown. Texts that are not UTF-8 are mended; a user info that holds what
+    /// application is active the delegate is told at once (`userNotificationCenter:willPresentNotification:…`), and
+    /// nothing is shown where it answers yes. Texts that are not UTF-8 are mended; a user info that holds what
     /// JSON cannot is a failure. Main thread; the completion, which may be empty, runs there, possibly inside the call,
     /// with one sentence where nothing was shown: at once where the desktop has no portal, after 500 ms where that is
     /// stuck.
