@@ -69,8 +69,8 @@ public:
     [[nodiscard]] virtual Ticket observeDelegate(DelegateObserver observer) noexcept = 0;
 
     /// Connects a window's scene whose delegate is the object (platforms with scenes tell of it as
-    /// "UISceneWillConnectNotification"); null is ignored. Main thread. Observers are told inside the call. The object is the
-    /// scene's: the scene is connected as long as somebody keeps it.
+    /// "UISceneWillConnectNotification"); null is ignored. Main thread. Observers are told inside the call. The object
+    /// is the scene's: the scene is connected as long as somebody keeps it.
     virtual void connectScene(const std::shared_ptr<Delegate>& delegate) noexcept = 0;
 
     /// Tells the observer, until the ticket is gone, of the delegates of scenes: inside this call of those that are
