@@ -54,6 +54,11 @@ PageName destinationOf(PageName page) {
 
 std::string stackName(PageName page) { return std::to_string(static_cast<int>(page)); }
 
+gboolean hideInstead(GtkWindow* window, gpointer /*data*/) noexcept {
+    gtk_widget_set_visible(GTK_WIDGET(window), FALSE);
+    return TRUE;
+}
+
 void stopSource(guint& source) {
     if (source != 0) g_source_remove(std::exchange(source, 0));
 }
@@ -70,13 +75,9 @@ ShopWindow::ShopWindow(std::shared_ptr<ActivityLog> log, Action closed)
     gtk_widget_add_css_class(GTK_WIDGET(get()), "shop");
     gtk_window_set_titlebar(get(), newHeader());
     gtk_window_set_child(get(), newBody());
-    // The window stays until the last session is closed; the application destroys it.
-    g_signal_connect(get(), "close-request", G_CALLBACK(+[](GtkWindow* window, gpointer) -> gboolean {
-                         gtk_widget_set_visible(GTK_WIDGET(window), FALSE);
-                         return TRUE;
-                     }),
-                     nullptr);
+    // The window stays until the last session is closed; whoever made it takes it away. The wish to close it ends here.
     connect(get(), "close-request", std::move(closed));
+    g_signal_connect(get(), "close-request", G_CALLBACK(&hideInstead), nullptr);
     connect(get(), "realize", [this] { followSize(); });
     openDrawer(false);
 }

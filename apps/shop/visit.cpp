@@ -226,8 +226,9 @@ void Visit::type(const std::string& name, const std::string& text) {
 
 void Visit::picture(const std::string& name) {
     iterateFor(settling);
-    ++number_;
-    const auto file = pictures_ / ((number_ < 10 ? "0" : "") + std::to_string(number_) + "-" + name + ".png");
+    auto fileName = std::to_string(++number_) + "-" + name + ".png";
+    if (number_ < 10) fileName.insert(0, 1, '0');
+    const auto file = pictures_ / fileName;
     if (!savePicture(root(), file)) fail("the picture " + file.string() + " cannot be written");
 }
 

@@ -39,8 +39,6 @@ std::string_view pathOf(Symbol symbol) {
             return "M 22 22 L 78 78 M 78 22 L 22 78";
         case Symbol::truck:
             return "M 6 22 L 58 22 L 58 70 L 6 70 Z M 58 38 L 78 38 L 94 54 L 94 70 L 58 70 O 26 76 9 9 O 76 76 9 9";
-        case Symbol::check:
-            return "M 16 54 L 40 76 L 84 26";
         case Symbol::phone:
             return "M 30 8 L 70 8 L 70 92 L 30 92 Z M 44 80 L 56 80";
     }

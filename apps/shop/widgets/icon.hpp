@@ -4,7 +4,7 @@
 
 namespace shop {
 
-enum class Symbol { home, heart, fullHeart, bag, bell, person, list, back, plus, minus, cross, truck, check, phone };
+enum class Symbol { home, heart, fullHeart, bag, bell, person, list, back, plus, minus, cross, truck, phone };
 
 /// A line drawing in the text's colour, so many points wide and high.
 GtkWidget* newIcon(Symbol symbol, int size);
