@@ -1,6 +1,7 @@
 #include "hosts/gtk/opened_links.hpp"
 
-#include <string_view>
+#include <algorithm>
+#include <iterator>
 
 namespace orbinel::hosts {
 
@@ -25,25 +26,38 @@ OpenedLinks::OpenedLinks(const platform::Application& application) : application
     }
 }
 
-void OpenedLinks::opened(GApplication* /*desktop*/, GFile** files, gint count, const char* /*hint*/,
-                         gpointer self) noexcept {
-    const auto delegate = Signals::ownerOf(self).application_.delegate();  // an implementation may end this object
-    for (gint i = 0; i < count; ++i) deliver(delegate, TextPointer(g_file_get_uri(files[i])).get());
+void OpenedLinks::delegateIsSet(const platform::Delegate& delegate) {
+    std::erase_if(known_, [](const OwnOperation& one) { return one.type.expired(); });
+    if (!operationOf(delegate).empty()) return;
+    const auto own = std::find_if(std::begin(newestFirst), std::end(newestFirst),
+                                  [&](std::string_view operation) { return delegate.respondsTo(operation); });
+    known_.push_back({delegate.type(), own != std::end(newestFirst) ? *own : newestFirst[0]});
 }
 
-void OpenedLinks::deliver(const std::shared_ptr<platform::Delegate>& delegate, const std::string& url) {
+std::string_view OpenedLinks::operationOf(const platform::Delegate& delegate) const {
+    for (const auto& [type, operation] : known_) {
+        if (type.lock() == delegate.type()) return operation;
+    }
+    return {};
+}
+
+void OpenedLinks::opened(GApplication* /*desktop*/, GFile** files, gint count, const char* /*hint*/,
+                         gpointer self) noexcept {
+    const auto& links = Signals::ownerOf(self);
+    const auto delegate = links.application_.delegate();
     if (delegate == nullptr) return;
+    const auto operation = links.operationOf(*delegate);  // now, for what is delivered may end this object
+    for (gint i = 0; i < count; ++i) deliver(*delegate, operation, TextPointer(g_file_get_uri(files[i])).get());
+}
+
+void OpenedLinks::deliver(platform::Delegate& delegate, std::string_view operation, const std::string& url) {
     platform::DelegateArguments arguments;
     if (isWebAddress(url)) {
         arguments.activity.webpageUrl = url;
-        delegate->perform(operations::continueUserActivity, arguments);
-        return;
-    }
-    arguments.url = url;
-    for (const auto operation : newestFirst) {
-        if (!delegate->respondsTo(operation)) continue;
-        delegate->perform(operation, arguments);
-        return;
+        delegate.perform(operations::continueUserActivity, arguments);
+    } else {
+        arguments.url = url;
+        delegate.perform(operation, arguments);
     }
 }
 

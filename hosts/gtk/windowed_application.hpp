@@ -35,6 +35,7 @@ public:
     void openNotificationSettings() noexcept override;
 
     void setDelegate(std::shared_ptr<platform::Delegate> delegate) noexcept override {
+        if (delegate != nullptr) openedLinks_.delegateIsSet(*delegate);
         delegates_.setDelegate(std::move(delegate));
     }
     [[nodiscard]] std::shared_ptr<platform::Delegate> delegate() const noexcept override {

@@ -132,49 +132,34 @@ void Interception::finish(Installation installation) {
 
 Interception::Installation Interception::install(const ClassPointer& type, const Replacement& replacement) {
     const auto operation = replacement.operation;
-    if (type->addOperation(operation, implementationOf(replacement, olderOwn(*type, replacement), false))) {
+    if (type->addOperation(operation, implementationOf(replacement, nullptr))) {
         return {type, type->implementation(operation), &replacement, {}};
     }
     // The name is taken where somebody stayed in front of an earlier world's replacement, which only passes on now.
     std::string ownName(replacement.name);
-    const auto ours = implementationOf(replacement, type->implementation(operation), true);
+    const auto ours = implementationOf(replacement, type->implementation(operation));
     while (!type->addOperation(ownName, ours)) ownName += '\'';
     const auto installed = type->implementation(ownName);
     type->exchangeImplementations(operation, ownName);
     return {type, installed, &replacement, std::move(ownName)};
 }
 
-/// What the application wrote for the newest of the older operations, of which it has one; null where it wrote none.
-Interception::ImplementationPointer Interception::olderOwn(const platform::DelegateClass& type,
-                                                           const Replacement& replacement) {
-    for (const auto operation : replacement.older) {
-        const auto* older = ReplacedOperations::of(operation);
-        if (older == nullptr) continue;
-        if (auto own = type.implementation(older->name)) return own;
-        const MutexLock lock(mutex_);
-        if (isInstalled(type, *older)) continue;  // the library's alone
-        if (auto own = type.implementation(operation)) return own;
-    }
-    return nullptr;
-}
-
 /// The application's own implementation is kept here as well, so that a call that is under way while the classes become
-/// what they were finds it. Only a namesake of the operation knows its completion handler.
-DelegateImplementation Interception::implementationOf(const Replacement& replacement, ImplementationPointer own,
-                                                      bool isNamesake) {
+/// what they were finds it.
+DelegateImplementation Interception::implementationOf(const Replacement& replacement, ImplementationPointer own) {
     auto before = lifetime_.whileAlive(
         [this, &replacement](const DelegateArguments& arguments) { operations_.beforeOwn(replacement, arguments); });
     auto after =
         lifetime_.whileAlive([this, &replacement](const DelegateArguments& arguments, std::exception_ptr& failure) {
             operations_.afterOwn(replacement, arguments, std::exchange(failure, nullptr));
         });
-    return [before = std::move(before), after = std::move(after), own = std::move(own), isNamesake, &replacement](
+    return [before = std::move(before), after = std::move(after), own = std::move(own), &replacement](
                Delegate& self, const DelegateArguments& arguments) mutable -> DelegateResult {
         before(arguments);
         auto [answer, failure] = outcomeOf(own.get(), self, arguments);
         after(arguments, failure);
         if (failure != nullptr) std::rethrow_exception(failure);  // there is nobody to report it to any more
-        if (!isNamesake) arguments.completion();
+        if (own == nullptr) arguments.completion();
         return replacement.answers ? DelegateResult(answer.value_or(false)) : answer;
     };
 }

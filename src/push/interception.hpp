@@ -22,9 +22,8 @@ namespace orbinel {
 /// its own for device tokens, pushes and links.
 ///
 /// An operation that a class does not implement is added to it. One that it implements is exchanged: what the
-/// application wrote stands under the replacement's name meanwhile, and runs first. Where it wrote nothing, an older
-/// operation that it did write runs instead, as the platform would have it, and the library calls the completion
-/// handler. All of it is taken back when the world ends; a call that comes later does what the
+/// application wrote stands under the replacement's name meanwhile, and runs first. Where it wrote nothing, the library
+/// calls the completion handler. All of it is taken back when the world ends; a call that comes later does what the
 /// application itself does and nothing else.
 ///
 /// Threads: any, the main thread as a rule.
@@ -78,11 +77,10 @@ private:
     [[nodiscard]] bool begin(const ClassPointer& type, const Replacement& replacement);
     void finish(Installation installation);
     [[nodiscard]] Installation install(const ClassPointer& type, const Replacement& replacement);
-    [[nodiscard]] ImplementationPointer olderOwn(const platform::DelegateClass& type, const Replacement& replacement);
     [[nodiscard]] bool isInstalled(const platform::DelegateClass& type, const Replacement& replacement)
         ORBINEL_REQUIRES(mutex_);
     [[nodiscard]] platform::DelegateImplementation implementationOf(const Replacement& replacement,
-                                                                    ImplementationPointer own, bool isNamesake);
+                                                                    ImplementationPointer own);
     static void takeBack(const Installation& installation);
 
     Reports& reports_;

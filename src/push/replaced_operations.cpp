@@ -43,7 +43,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
     static const std::array<Replacement, 11> table{{
         {.operation = operations::didRegisterForRemoteNotifications,
          .name = "OrbinelDidRegisterForRemoteNotifications:deviceToken:",
-         .older = {},
          .swizzler = swizzlers::didRegisterForRemoteNotificationsWithDeviceToken,
          .guard = "-[OrbinelPush OrbinelDidRegisterForRemoteNotifications:deviceToken:]",
          .record = "didRegisterForRemoteNotificationsWithDeviceToken",
@@ -54,7 +53,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
          .forward = &Self::takeDeviceToken},
         {.operation = operations::didFailToRegisterForRemoteNotifications,
          .name = "orbinelDidFailRegisterForRemoteNotification:error:",
-         .older = {},
          .swizzler = std::nullopt,
          .guard = "-[OrbinelPush orbinelDidFailRegisterForRemoteNotification:error:]",
          .record = "didFailToRegisterForRemoteNotificationsWithError",
@@ -65,7 +63,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
          .forward = &Self::tellFailure},
         {.operation = operations::didReceiveRemoteNotificationFetching,
          .name = "orbinelRemoteNotificationNew:UserInfo:fetchCompletionHandler:",
-         .older = {operations::didReceiveRemoteNotification},
          .swizzler = std::nullopt,
          .guard = {"OrbinelPush - orbinelRemoteNotificationNew", fixedText},
          .record = "didReceiveRemoteNotification:fetchCompletionHandler",
@@ -76,7 +73,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
          .forward = &Self::handlePush},
         {.operation = operations::didReceiveRemoteNotification,
          .name = "OrbinelHandleNotification:UserInfo:",
-         .older = {},
          .swizzler = std::nullopt,
          .guard = {"OrbinelPush - OrbinelHandleNotification", fixedText},
          .record = "didReceiveRemoteNotification",
@@ -87,7 +83,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
          .forward = &Self::handlePush},
         {.operation = operations::openUrlWithOptions,
          .name = "OrbinelOpenUrl:openURL:options:",
-         .older = {operations::openUrlWithSourceApplication, operations::handleOpenUrl},
          .swizzler = swizzlers::openURLWithOptions,
          .guard = {"OrbinelPush - OrbinelOpenUrl", fixedText},
          .record = "openURL:options",
@@ -98,7 +93,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
          .forward = &Self::handleUrl},
         {.operation = operations::handleOpenUrl,
          .name = "OrbinelHandleUrl:handleOpenURL:",
-         .older = {},
          .swizzler = swizzlers::handleOpenURL,
          .guard = {"OrbinelPush - OrbinelHandleUrl", fixedText},
          .record = "handleOpenURL",
@@ -109,7 +103,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
          .forward = &Self::handleUrl},
         {.operation = operations::openUrlWithSourceApplication,
          .name = "OrbinelSourceUrl:openURL:sourceApplication:annotation:",
-         .older = {operations::handleOpenUrl},
          .swizzler = swizzlers::openURLWithSourceApplication,
          .guard = {"OrbinelPush - OrbinelSourceUrl", fixedText},
          .record = "openURL:sourceApplication:annotation",
@@ -120,7 +113,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
          .forward = &Self::handleUrl},
         {.operation = operations::continueUserActivity,
          .name = "OrbinelUniversalLink:continueUserActivity:restorationHandler:",
-         .older = {},
          .swizzler = swizzlers::continueUserActivity,
          .guard = {"OrbinelPush - OrbinelUniversalLink", fixedText},
          .record = "continueUserActivity:restorationHandler",
@@ -131,7 +123,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
          .forward = &Self::handleActivity},
         {.operation = operations::didReceiveNotificationResponse,
          .name = "orbinelUserNotificationCenter:didReceiveNotificationResponse:withCompletionHandler:",
-         .older = {},
          .swizzler = swizzlers::didReceiveNotificationResponse,
          .guard = {"OrbinelPush - orbinelUserNotificationCenter", fixedText},
          .record = "didReceiveNotificationResponse:withCompletionHandler",
@@ -142,7 +133,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
          .forward = &Self::handlePush},
         {.operation = operations::willPresentNotification,
          .name = "orbinelUserNotificationCenter:willPresentNotification:withCompletionHandler:",
-         .older = {},
          .swizzler = swizzlers::willPresentNotification,
          .guard = {"OrbinelPush - orbinelUserNotificationCenter", fixedText},
          .record = "willPresentNotification:withCompletionHandler",
@@ -153,7 +143,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
          .forward = &Self::handleForegroundPush},
         {.operation = operations::openUrlContexts,
          .name = "OrbinelScene:openURLContexts:",
-         .older = {},
          .swizzler = std::nullopt,
          .guard = {"OrbinelPush - openURLContexts", fixedText},
          .record = "openURLContexts",
@@ -169,13 +158,6 @@ std::span<const Replacement> ReplacedOperations::all() noexcept {
 std::span<const Replacement> ReplacedOperations::ofApplication() noexcept { return all().first(10); }
 std::span<const Replacement> ReplacedOperations::ofNotificationCentre() noexcept { return all().subspan(8, 2); }
 const Replacement& ReplacedOperations::ofScene() noexcept { return all().back(); }
-
-const Replacement* ReplacedOperations::of(std::string_view operation) noexcept {
-    for (const auto& replacement : all()) {
-        if (replacement.operation == operation) return &replacement;
-    }
-    return nullptr;
-}
 
 // --- Around the application's own implementation ---
 

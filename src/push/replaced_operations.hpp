@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <exception>
 #include <optional>
@@ -28,9 +27,8 @@ struct Replacement {
     using Arguments = platform::DelegateArguments;
 
     std::string_view operation;
-    std::string_view name;                  // under which the application's own implementation is found meanwhile
-    std::array<std::string_view, 2> older;  // operations that a platform performs where this is missing; empty: none
-    std::optional<std::size_t> swizzler;    // the switch that leaves it out; absent: it is always replaced
+    std::string_view name;                // under which the application's own implementation is found meanwhile
+    std::optional<std::size_t> swizzler;  // the switch that leaves it out; absent: it is always replaced
 
     GuardedOperation guard;
     std::string_view record;  // the message
@@ -68,9 +66,6 @@ public:
     [[nodiscard]] static std::span<const Replacement> ofNotificationCentre() noexcept;
 
     [[nodiscard]] static const Replacement& ofScene() noexcept;
-
-    /// Null where the operation is not replaced.
-    [[nodiscard]] static const Replacement* of(std::string_view operation) noexcept;
 
     void beforeOwn(const Replacement& replacement, const Arguments& arguments) noexcept;
 

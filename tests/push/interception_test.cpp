@@ -163,23 +163,6 @@ TEST_F(InterceptionTest, TheApplicationsOwnHandlersRunFirstAndKeepTheirSay) {
     EXPECT_THAT(pushMessages(), SizeIs(3));
 }
 
-// A platform performs the newest operation that a class implements: what the library adds must not hide the others.
-TEST_F(InterceptionTest, AnAddedOperationLeavesTheSayToTheApplicationsOlderOne) {
-    Handlers own({operations::handleOpenUrl, operations::didReceiveRemoteNotification});
-    host.application->setDelegate(own.delegate);
-    initialise();
-    int completions = 0;
-    EXPECT_EQ(own.perform(operations::openUrlWithOptions, aUrl("acme://test_device/a")), true);
-    EXPECT_EQ(own.perform(operations::openUrlWithSourceApplication, aUrl("acme://test_device/b")), true);
-    own.perform(operations::didReceiveRemoteNotificationFetching, aPush(1, &completions));
-    EXPECT_THAT(own.called, ElementsAre(operations::handleOpenUrl, operations::handleOpenUrl,
-                                        operations::didReceiveRemoteNotification));
-    EXPECT_EQ(completions, 1);  // the older operation knows of none
-    EXPECT_THAT(pushMessages(), SizeIs(3));
-    EXPECT_EQ(lastLink(), "b");
-    EXPECT_EQ(pushesHandled(), 1u);
-}
-
 // What a native button carries comes to the application as a push does.
 TEST_F(InterceptionTest, APayloadOfAMessageReachesTheDelegateAndTheLibrary) {
     initialise();
