@@ -258,7 +258,8 @@ public:
 
     /// The token by which the platform's push service reaches this device, in bytes, as the application's delegate
     /// receives it; sent with each session from then on, as lower-case hexadecimal digits, until the library ends: the
-    /// platform gives it anew at each launch. An empty one is ignored. `application` is not looked at and may be null. Not gated.
+    /// platform gives it anew at each launch. An empty one is ignored. `application` is not looked at and may be null.
+    /// Not gated.
     static void registerDeviceTokenWithApplication(const platform::Application* application,
                                                    std::span<const std::uint8_t> deviceToken) noexcept;
 

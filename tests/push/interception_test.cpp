@@ -168,7 +168,7 @@ TEST_F(InterceptionTest, APayloadOfAMessageReachesTheDelegateAndTheLibrary) {
     initialise();
     world().payloadDelivery.setDictionaryToDelegate(aPush(1).userInfo);
     EXPECT_EQ(pushesHandled(), 0u);
-    Handlers own({operations::didReceiveRemoteNotification});
+    Handlers own({operations::didReceiveRemoteNotificationFetching, operations::didReceiveRemoteNotification});
     host.application->setDelegate(own.delegate);
     world().inappButtons.remoteNotifications->setDictionaryToDelegate(aPush(1).userInfo);
     EXPECT_THAT(own.called, SizeIs(1));
