@@ -491,6 +491,7 @@ TEST_F(Backend, ServesThePagesOfMessagesAndNothingElse) {
     EXPECT_FALSE(received()[0].HasMember("problem"));
     writeAnswer("banner-2.html", "<p>edited");
     EXPECT_EQ(get(pathOf("banner-2"))->body, "<p>edited");
+    EXPECT_EQ(get("/templates/banner-2/UD1/anna-1/")->status, 200);  // of a device without a language
 
     const auto outside = answers_.string() + "-outside.html";
     std::ofstream(outside) << "secret";

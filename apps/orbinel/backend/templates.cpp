@@ -42,8 +42,8 @@ bool isTemplatePath(std::string_view path) { return path.starts_with(root); }
 std::optional<TemplateAddress> templateAddressOf(std::string_view path) {
     if (!isTemplatePath(path)) return std::nullopt;
     auto parts = partsOf(path.substr(root.size()));
-    const bool complete =
-        parts.size() == 4 && std::none_of(parts.begin(), parts.end(), [](const auto& part) { return part.empty(); });
+    const bool complete = parts.size() == 4 &&
+                          std::none_of(parts.begin(), parts.end() - 1, [](const auto& part) { return part.empty(); });
     if (!complete || !isTemplateName(parts[0])) return std::nullopt;
     return TemplateAddress{std::move(parts[0]), std::move(parts[1]), std::move(parts[2]), std::move(parts[3])};
 }

@@ -15,7 +15,7 @@ struct TemplateAddress {
     std::string name;
     std::string device;
     std::string user;
-    std::string language;
+    std::string language;  // empty: the device has none
 };
 
 [[nodiscard]] bool isTemplatePath(std::string_view path);
