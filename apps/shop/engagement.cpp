@@ -25,6 +25,7 @@ constexpr std::int32_t moreOfThisKind = 2;
 
 /// Numbers by which the library's callback tells what happened.
 enum class CallbackType {
+    pushed = 0,
     buttonPressed = 1,
     purchased = 2,
     addedToCart = 3,
@@ -89,6 +90,24 @@ const Array& listUnder(const Dictionary& dictionary, std::string_view key) {
     return list != nullptr ? *list : nothing;
 }
 
+/// The application's delegate, for what the desktop has the shop open and what the person opens of its notifications.
+/// The library hears of both without being told: it stands in front of the delegate's operations.
+std::shared_ptr<orbinel::platform::Delegate> makeDelegate(std::function<void(const std::string& link)> opened) {
+    namespace operations = orbinel::platform::delegate_operations;
+    using orbinel::platform::DelegateResult;
+    const auto type = std::make_shared<orbinel::platform::DelegateClass>("ShopDelegate");
+    type->addOperation(operations::openUrlWithOptions, [opened](auto&, const auto& arguments) {
+        opened(arguments.url);
+        return DelegateResult(true);
+    });
+    type->addOperation(operations::didReceiveNotificationResponse, [opened](auto&, const auto& arguments) {
+        opened(arguments.userInfo["link"].stringOrEmpty());
+        arguments.completion();
+        return DelegateResult();
+    });
+    return std::make_shared<orbinel::platform::Delegate>(type);
+}
+
 SentMessage messageOf(const Dictionary& fields) {
     return {fields["title"].stringOrEmpty(), fields["message"].stringOrEmpty(), fields["deeplink"].stringOrEmpty()};
 }
@@ -111,12 +130,19 @@ public:
         take(static_cast<CallbackType>(type), data != nullptr ? *data : nothing);
     }
 
+    void hearLink(const std::string& link) {
+        note("the desktop opens " + link);
+        if (events.linkOpened) events.linkOpened(link);
+    }
+
     /// On whichever thread sets the ID.
     void hearId(const std::string& orbinelId) { log_->add(Activity::Kind::identity, "Orbinel ID is " + orbinelId); }
 
 private:
     void take(CallbackType type, const Dictionary& data) {
         switch (type) {
+            case CallbackType::pushed:
+                return note("0: a push was opened, or came while the shop is in front");
             case CallbackType::buttonPressed:
                 return note("1: a button of a message was pressed");
             case CallbackType::purchased:
@@ -156,8 +182,13 @@ Engagement::Engagement(GtkWindow* window, const EngagementOptions& options, cons
     : log_(std::move(log)), listener_(std::make_shared<Listener>(log_)), host_(window, hostOptions(options)) {
     auto services = host_.services();
     services.console = std::make_shared<DrawerConsole>(services.console, log_);
-    orbinel::start(std::move(services));
     const std::weak_ptr listener = listener_;
+    const auto delegate = makeDelegate([listener](const std::string& link) {
+        if (const auto heard = listener.lock()) heard->hearLink(link);
+    });
+    services.application->setDelegate(delegate);
+    services.notifications->setDelegate(delegate);
+    orbinel::start(std::move(services));
     Orbinel::registerOrbinelCallbackWithSelector(&Listener::hear, listener);
     Orbinel::registerOrbinelIDListenerWithSelector(&Listener::hearId, listener);
     setCollection(preferences);
@@ -251,6 +282,17 @@ void Engagement::bought(const std::string& saleId, const std::vector<CartLine>& 
     }
     note("tagEvent(\"checkout_done\").addParameterWithString(…).build()");
     Orbinel::tagEvent("checkout_done").addParameterWithString("sale_id", saleId).build();
+}
+
+/// Stands in for a push: the vendor's reach no desktop.
+void Engagement::announceOrder(const std::string& saleId) {
+    note("GtkHost::present({\"" + saleId + "\", …})");
+    const Dictionary push{{"aps", Dictionary{}}, {"source", "Orbinel"}, {"camp_id", 501},
+                          {"camp_type", 1},      {"variant_id", 1},     {"link", "shop://home"}};
+    host_.present({saleId, "Your order is packed", "Number " + saleId + " leaves the kiln tomorrow.", push},
+                  [log = log_](const std::optional<std::string>& failure) {
+                      if (failure) log->add(Activity::Kind::callback, *failure);
+                  });
 }
 
 void Engagement::answeredSurvey(const std::vector<std::string>& answers, bool wantsReply) {

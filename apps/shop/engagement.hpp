@@ -34,8 +34,8 @@ struct SentMessage {
 
 /// What the library tells the shop. All on the main thread.
 struct EngagementEvents {
-    std::function<void()> sessionStarted;                                        // remote content may be different now
-    std::function<void(const std::string& link)> linkOpened;                     // a message leads into the shop
+    std::function<void()> sessionStarted;                     // remote content may be different now
+    std::function<void(const std::string& link)> linkOpened;  // a message, or the desktop, leads into the shop
     std::function<void(const std::vector<std::string>& productIds)> itemsAdded;  // a message put them into the cart
 };
 
@@ -80,6 +80,7 @@ public:
     void removedFromWishlist(const Product& product);
     void clearedWishlist();
     void bought(const std::string& saleId, const std::vector<CartLine>& lines, const Terms& terms);
+    void announceOrder(const std::string& saleId);
     void answeredSurvey(const std::vector<std::string>& answers, bool wantsReply);
 
     // --- Who the person is, and what they allow ---

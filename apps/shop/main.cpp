@@ -28,8 +28,9 @@ struct Options {
     std::filesystem::path visit;  // empty: a person is visiting
 };
 
-/// Nothing where the words cannot be used; what is wrong with them has been said.
-std::optional<Options> read(int count, char** words) {
+/// Takes the options out of the words, so that links are left. Nothing where they cannot be used; what is wrong with
+/// them has been said.
+std::optional<Options> read(int& count, char** words) {
     char* endpoint = nullptr;
     char* partner = nullptr;
     char* data = nullptr;
@@ -40,7 +41,7 @@ std::optional<Options> read(int count, char** words) {
         {"data-dir", 0, 0, G_OPTION_ARG_FILENAME, &data, "where everything is stored", "DIR"},
         {"visit", 0, 0, G_OPTION_ARG_FILENAME, &visit, "plays a visit, leaves pictures in DIR, and ends", "DIR"},
         {nullptr, 0, 0, G_OPTION_ARG_NONE, nullptr, nullptr, nullptr}};
-    const std::unique_ptr<GOptionContext, decltype(&g_option_context_free)> context(g_option_context_new(nullptr),
+    const std::unique_ptr<GOptionContext, decltype(&g_option_context_free)> context(g_option_context_new("[LINK…]"),
                                                                                     &g_option_context_free);
     g_option_context_add_main_entries(context.get(), entries, nullptr);
     GError* error = nullptr;
@@ -70,8 +71,9 @@ gboolean quit(gpointer application) {
     return G_SOURCE_CONTINUE;
 }
 
-int run(const Options& options) {
-    const ObjectPointer<GApplication> application(g_application_new("example.shop", G_APPLICATION_NON_UNIQUE));
+int run(const Options& options, int count, char** words) {
+    const ObjectPointer<GApplication> application(
+        g_application_new("example.shop", GApplicationFlags(G_APPLICATION_NON_UNIQUE | G_APPLICATION_HANDLES_OPEN)));
     g_application_set_default(application.get());
     g_unix_signal_add(SIGINT, &quit, application.get());
     g_unix_signal_add(SIGTERM, &quit, application.get());
@@ -90,8 +92,7 @@ int run(const Options& options) {
     Visit visit(window, shop, options.visit);
     if (!options.visit.empty()) visit.begin([&] { g_application_quit(application.get()); });
 
-    char* noWords[] = {const_cast<char*>("shop"), nullptr};
-    g_application_run(application.get(), 1, noWords);
+    g_application_run(application.get(), count, words);
     iterateFor(farewell);  // what has not left by then is sent at the next launch
     window.end();
     return visit.exitStatus();
@@ -106,5 +107,5 @@ int main(int count, char** words) {
         std::fputs("shop: there is no display.\n", stderr);
         return 2;
     }
-    return run(*options);
+    return run(*options, count, words);
 }

@@ -47,6 +47,7 @@ std::string Shop::order() {
     const std::unique_ptr<char, decltype(&g_free)> unique(g_uuid_string_random(), &g_free);
     const auto saleId = "S-" + std::string(unique.get()).substr(0, 8);
     engagement.bought(saleId, cart.lines(), terms_);
+    engagement.announceOrder(saleId);
     cart.clear();
     return saleId;
 }
