@@ -10,9 +10,12 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_VERIFY_INTERFACE_HEADER_SETS ${ORBINEL_BUILD_TESTS})  # by a test: each public header compiles alone
 
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
+
+set(ORBINEL_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/orbinel")
 
 add_library(orbinel_settings INTERFACE)
 target_include_directories(orbinel_settings INTERFACE "${PROJECT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}/src")
@@ -37,17 +40,24 @@ function(orbinel_folder name)
     target_link_libraries(${name} PUBLIC orbinel_settings ${arg_LINK})
 endfunction()
 
-# orbinel_product(NAME FOLDERS… [LINK targets…]): a library that applications link, made of folders.
+# orbinel_product(NAME HEADERS directory FOLDERS… [LINK targets…] [MODULES names…] [PACKAGE name]): a library that
+# applications link, made of folders; orbinel-linux is the target orbinel::linux to them.
+#   HEADERS  what is below this directory is public, and installed
+#   LINK     what its public headers need of the other products
+#   MODULES  what only its inside needs: PkgConfig::NAME, which pkg-config finds by the modules in NAME_MODULES
+#   PACKAGE  which package it belongs to, liborbinel unless said
 function(orbinel_product name)
-    cmake_parse_arguments(arg "" "" "FOLDERS;LINK;INCLUDE" ${ARGN})
+    cmake_parse_arguments(arg "" "HEADERS;PACKAGE" "FOLDERS;LINK;MODULES" ${ARGN})
+    list(TRANSFORM arg_MODULES PREPEND PkgConfig:: OUTPUT_VARIABLE modules)
     set(objects)
     foreach(folder IN LISTS arg_FOLDERS)
         list(APPEND objects $<TARGET_OBJECTS:${folder}>)
     endforeach()
     add_library(${name} ${objects})
-    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/include" ${arg_INCLUDE})
+    file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${arg_HEADERS}/*.h" "${arg_HEADERS}/*.hpp")
+    target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS "${arg_HEADERS}" FILES ${headers})
     target_compile_features(${name} PUBLIC cxx_std_20)
-    target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE Threads::Threads)
+    target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE Threads::Threads ${modules})
     if(ORBINEL_SANITIZE)
         target_link_options(${name} PUBLIC -fsanitize=${ORBINEL_SANITIZE})
     endif()
@@ -57,6 +67,52 @@ function(orbinel_product name)
     set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
                                              LINKER_LANGUAGE CXX)
     if(BUILD_SHARED_LIBS AND NOT ORBINEL_SANITIZE)
-        target_link_options(${name} PRIVATE -Wl,--no-undefined)
+        set(exported "${PROJECT_SOURCE_DIR}/cmake/exported.map")
+        target_link_options(${name} PRIVATE -Wl,--no-undefined "-Wl,--version-script=${exported}")
+        set_target_properties(${name} PROPERTIES LINK_DEPENDS "${exported}")
     endif()
+
+    string(REGEX REPLACE "^orbinel-" "" short_name ${name})
+    add_library(orbinel::${short_name} ALIAS ${name})
+    set_target_properties(${name} PROPERTIES EXPORT_NAME ${short_name} INSTALL_RPATH "$ORIGIN")
+    if(ORBINEL_INSTALL)
+        orbinel_install(${name})
+    endif()
+endfunction()
+
+# Of orbinel_product: installs the library with its headers, its CMake targets and its pkg-config file.
+function(orbinel_install name)
+    set(package liborbinel)
+    if(arg_PACKAGE)
+        set(package ${arg_PACKAGE})
+    endif()
+    install(TARGETS ${name} EXPORT ${name}-targets
+            LIBRARY COMPONENT ${package} NAMELINK_COMPONENT ${package}-dev
+            ARCHIVE COMPONENT ${package}-dev
+            FILE_SET HEADERS COMPONENT ${package}-dev)
+    install(EXPORT ${name}-targets NAMESPACE orbinel:: DESTINATION "${ORBINEL_CMAKE_DIR}" COMPONENT ${package}-dev)
+
+    # Who links a static library links what it needs, too; who links a shared one needs nothing of that.
+    set(required ${arg_LINK})
+    list(TRANSFORM required APPEND " = ${PROJECT_VERSION}")
+    set(flags)
+    if(NOT BUILD_SHARED_LIBS)
+        set(flags -DORBINEL_STATIC)
+        set(threads -pthread)
+        set(dependencies)
+        foreach(module IN LISTS arg_MODULES)
+            list(APPEND required ${${module}_MODULES})
+            list(JOIN ${module}_MODULES " " wanted)
+            string(APPEND dependencies "orbinel_find_modules(${module} ${wanted})\n")
+        endforeach()
+        file(CONFIGURE OUTPUT ${name}-dependencies.cmake CONTENT "${dependencies}")
+        install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${name}-dependencies.cmake" DESTINATION "${ORBINEL_CMAKE_DIR}"
+                COMPONENT ${package}-dev)
+    endif()
+    list(TRANSFORM required REPLACE "([a-z0-9])>=" "\\1 >= ")
+    list(JOIN required ", " required)
+    file(RELATIVE_PATH to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/library.pc.in" ${name}.pc @ONLY)
+    install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${name}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
+            COMPONENT ${package}-dev)
 endfunction()
