@@ -8,7 +8,7 @@ namespace names = orbinel::platform::notification_names;
 
 int main() {
     const orbinel::headless::HeadlessHost host;
-    host.http->setHandler([](const auto&) { return orbinel::platform::HttpResponse{200, {}, "{}", ""}; });
+    host.http->setHandler([](const auto&) { return orbinel::platform::HttpResponse{200, {}, "", ""}; });
     if (!orbinel::hosts::makeLinuxHttp() || !orbinel::start(host.services())) return 1;
     Orbinel::initWithLaunchOptions(std::nullopt, "acme", "group.acme", "");
     host.notificationCentre->post(names::didBecomeActive, {});
