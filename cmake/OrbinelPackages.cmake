@@ -28,7 +28,7 @@ function(orbinel_package component name section description)
     set(CPACK_DEBIAN_${key}_PACKAGE_NAME ${name} PARENT_SCOPE)
     set(CPACK_DEBIAN_${key}_PACKAGE_SECTION ${section} PARENT_SCOPE)
     set(CPACK_DEBIAN_${key}_PACKAGE_DEPENDS "${depends}" PARENT_SCOPE)
-    set(CPACK_COMPONENT_${key}_DESCRIPTION "${PROJECT_DESCRIPTION}\n${description}" PARENT_SCOPE)
+    set(CPACK_COMPONENT_${key}_DESCRIPTION "${description}" PARENT_SCOPE)
     set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${component} PARENT_SCOPE)
 endfunction()
 
