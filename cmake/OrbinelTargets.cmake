@@ -115,6 +115,7 @@ function(orbinel_install name)
     list(TRANSFORM required REPLACE "([a-z0-9])>=" "\\1 >= ")
     list(JOIN required ", " required)
     file(RELATIVE_PATH to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+    string(REGEX REPLACE "/$" "" to_prefix "${to_prefix}")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/library.pc.in" ${name}.pc @ONLY)
     install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${name}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
             COMPONENT ${package}-dev)
