@@ -1,5 +1,5 @@
-# Debian packages, by cpack -G DEB (CMakePresets.json has a preset for it). What needs GTK and the web engine is in
-# packages of its own: a device without a window installs nothing of that.
+# Debian packages of the shared libraries, by cpack -G DEB (CMakePresets.json has a preset for it). What needs GTK and
+# the web engine is in packages of its own: a device without a window installs nothing of that.
 
 set(CPACK_PACKAGE_VENDOR "Orbinel")
 set(CPACK_PACKAGE_CONTACT "Orbinel <packages@orbinel.example>")
@@ -17,7 +17,7 @@ if(DPKG_SHLIBDEPS)
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/src" "${PROJECT_BINARY_DIR}/hosts/linux")
 endif()
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ${BUILD_SHARED_LIBS})
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 
 # orbinel_package(COMPONENT NAME SECTION DESCRIPTION [DEPENDS…]): one package; it depends on this version of its own kind.
@@ -32,23 +32,16 @@ function(orbinel_package component name section description)
     set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${component} PARENT_SCOPE)
 endfunction()
 
-# A static library is part of what is for developers alone.
-set(library)
-set(gtk_library)
 set(CPACK_COMPONENTS_ALL)
-if(BUILD_SHARED_LIBS)
-    set(library liborbinel${PROJECT_VERSION_MAJOR})
-    set(gtk_library liborbinel-gtk${PROJECT_VERSION_MAJOR})
-    orbinel_package(liborbinel ${library} libs "The library, with the services of Linux and those in memory.")
-endif()
+set(library liborbinel${PROJECT_VERSION_MAJOR})
+orbinel_package(liborbinel ${library} libs "The library, with the services of Linux and those in memory.")
 orbinel_package(liborbinel-dev liborbinel-dev libdevel "Headers and what CMake and pkg-config read." ${library})
 if(ORBINEL_BUILD_APPS)
     orbinel_package(orbinel-tools orbinel-tools devel "The tool: plays scenarios, stands in for the backend, decodes.")
 endif()
 if(TARGET orbinel-gtk)
-    if(BUILD_SHARED_LIBS)
-        orbinel_package(liborbinel-gtk ${gtk_library} libs "Services of applications with a GTK window." ${library})
-    endif()
+    set(gtk_library liborbinel-gtk${PROJECT_VERSION_MAJOR})
+    orbinel_package(liborbinel-gtk ${gtk_library} libs "Services of applications with a GTK window." ${library})
     orbinel_package(liborbinel-gtk-dev liborbinel-gtk-dev libdevel "Headers for applications with a GTK window."
                     ${gtk_library} liborbinel-dev)
     if(ORBINEL_BUILD_APPS)

@@ -5,7 +5,7 @@ library=$1 headers=$2
 
 # Each marked class and function, such as "orbinel::platform::Delegate"; functions of C have no namespace.
 marked_names() {
-    find "$headers" -name '*.h' -o -name '*.hpp' | xargs awk '
+    find "$headers" -name '*.h*' -exec awk '
         FNR == 1 { depth = 0 }
         /^namespace / { depth++; inside[depth] = inside[depth - 1] $2 "::" }
         /^} *\/\/ namespace/ { depth-- }
@@ -14,7 +14,7 @@ marked_names() {
             sub(/.*ORBINEL_API +/, "")
             if (isFunction) { sub(/\(.*/, ""); sub(/.*[ *&]/, "") } else { sub(/[ :{].*/, "") }
             print inside[depth] $0
-        }' | sort -u
+        }' {} + | sort -u
 }
 
 # What the library defines, without parameters: "orbinel::platform::Delegate::perform".
