@@ -15,8 +15,6 @@ set(CMAKE_VERIFY_INTERFACE_HEADER_SETS ${ORBINEL_BUILD_TESTS})  # by a test: eac
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 
-set(ORBINEL_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/orbinel")
-
 add_library(orbinel_settings INTERFACE)
 target_include_directories(orbinel_settings INTERFACE "${PROJECT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}/src")
 target_compile_options(orbinel_settings INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Wconversion)
@@ -51,6 +49,9 @@ endfunction()
 #   PACKAGE  which package it belongs to, liborbinel unless said
 function(orbinel_product name)
     cmake_parse_arguments(arg "" "HEADERS;PACKAGE" "FOLDERS;LINK;MODULES" ${ARGN})
+    if(NOT arg_PACKAGE)
+        set(arg_PACKAGE liborbinel)
+    endif()
     list(TRANSFORM arg_MODULES PREPEND PkgConfig:: OUTPUT_VARIABLE modules)
     set(objects)
     foreach(folder IN LISTS arg_FOLDERS)
@@ -79,44 +80,6 @@ function(orbinel_product name)
     add_library(orbinel::${short_name} ALIAS ${name})
     set_target_properties(${name} PROPERTIES EXPORT_NAME ${short_name} INSTALL_RPATH "$ORIGIN")
     if(ORBINEL_INSTALL)
-        orbinel_install(${name})
+        orbinel_install(${name} "${arg_PACKAGE}" REQUIRES ${arg_LINK} MODULES ${arg_MODULES})
     endif()
-endfunction()
-
-# Of orbinel_product: installs the library with its headers, its CMake targets and its pkg-config file.
-function(orbinel_install name)
-    set(package liborbinel)
-    if(arg_PACKAGE)
-        set(package ${arg_PACKAGE})
-    endif()
-    install(TARGETS ${name} EXPORT ${name}-targets
-            LIBRARY COMPONENT ${package} NAMELINK_COMPONENT ${package}-dev
-            ARCHIVE COMPONENT ${package}-dev
-            FILE_SET HEADERS COMPONENT ${package}-dev)
-    install(EXPORT ${name}-targets NAMESPACE orbinel:: DESTINATION "${ORBINEL_CMAKE_DIR}" COMPONENT ${package}-dev)
-
-    # Who links a static library links what it needs, too; who links a shared one needs nothing of that.
-    set(required ${arg_LINK})
-    list(TRANSFORM required APPEND " = ${PROJECT_VERSION}")
-    set(flags)
-    if(NOT BUILD_SHARED_LIBS)
-        set(flags -DORBINEL_STATIC)
-        set(threads -pthread)
-        set(dependencies)
-        foreach(module IN LISTS arg_MODULES)
-            list(APPEND required ${${module}_MODULES})
-            list(JOIN ${module}_MODULES " " wanted)
-            string(APPEND dependencies "orbinel_find_modules(${module} ${wanted})\n")
-        endforeach()
-        file(CONFIGURE OUTPUT ${name}-dependencies.cmake CONTENT "${dependencies}")
-        install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${name}-dependencies.cmake" DESTINATION "${ORBINEL_CMAKE_DIR}"
-                COMPONENT ${package}-dev)
-    endif()
-    list(TRANSFORM required REPLACE "([a-z0-9])>=" "\\1 >= ")
-    list(JOIN required ", " required)
-    file(RELATIVE_PATH to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
-    string(REGEX REPLACE "/$" "" to_prefix "${to_prefix}")
-    configure_file("${PROJECT_SOURCE_DIR}/cmake/library.pc.in" ${name}.pc @ONLY)
-    install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${name}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
-            COMPONENT ${package}-dev)
 endfunction()

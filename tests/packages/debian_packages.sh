@@ -9,7 +9,8 @@ done
 rm -rf "$scratch"
 mkdir -p "$scratch"
 DESTDIR=$scratch/installed cmake --install "$build" --prefix /usr >"$scratch/install.log"
-cpack -G DEB --config "$build/CPackConfig.cmake" -B "$scratch" >"$scratch/cpack.log" || { cat "$scratch/cpack.log" && exit 1; }
+cpack -G DEB --config "$build/CPackConfig.cmake" -B "$scratch" -D CPACK_DEBIAN_COMPRESSION_TYPE=gzip >"$scratch/cpack.log" ||
+    { cat "$scratch/cpack.log" && exit 1; }
 
 fail() {
     echo "$1" >&2
