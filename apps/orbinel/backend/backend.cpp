@@ -26,11 +26,14 @@ std::optional<int> parsePort(std::string_view text) {
     return port;
 }
 
-/// Of the directory that this one is run in, where it has these examples; else of the source tree.
+/// Of the directory that this one is run in, where it has these examples; else as installed, else of the source tree.
 std::filesystem::path examples(const char* directory) {
     const auto here = std::filesystem::path("examples") / directory;
     std::error_code ignored;
-    if (std::filesystem::is_directory(here, ignored)) return here;
+    const auto tool = std::filesystem::read_symlink("/proc/self/exe", ignored);
+    for (const auto& found : {here, tool.parent_path().parent_path() / "share/orbinel" / here}) {
+        if (std::filesystem::is_directory(found, ignored)) return found;
+    }
     return std::filesystem::path(ORBINEL_SOURCE_DIR) / here;
 }
 

@@ -1,0 +1,53 @@
+# Debian packages of the shared libraries, by cpack -G DEB (CMakePresets.json has a preset for it). What needs GTK and
+# the web engine is in packages of its own: a device without a window installs nothing of that.
+
+set(CPACK_PACKAGE_VENDOR "Orbinel")
+set(CPACK_PACKAGE_CONTACT "Orbinel <packages@orbinel.example>")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_GENERATOR DEB)
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION libs)
+
+# What the libraries need of the system is read from them, where the program for that is there.
+find_program(DPKG_SHLIBDEPS dpkg-shlibdeps)
+if(DPKG_SHLIBDEPS)
+    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/src" "${PROJECT_BINARY_DIR}/hosts/linux")
+endif()
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+
+# orbinel_package(COMPONENT NAME SECTION DESCRIPTION [DEPENDS…]): one package; it depends on this version of its own kind.
+function(orbinel_package component name section description)
+    list(TRANSFORM ARGN APPEND " (= ${PROJECT_VERSION})" OUTPUT_VARIABLE depends)
+    list(JOIN depends ", " depends)
+    string(TOUPPER ${component} key)
+    set(CPACK_DEBIAN_${key}_PACKAGE_NAME ${name} PARENT_SCOPE)
+    set(CPACK_DEBIAN_${key}_PACKAGE_SECTION ${section} PARENT_SCOPE)
+    set(CPACK_DEBIAN_${key}_PACKAGE_DEPENDS "${depends}" PARENT_SCOPE)
+    set(CPACK_COMPONENT_${key}_DESCRIPTION "${description}" PARENT_SCOPE)
+    set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${component} PARENT_SCOPE)
+endfunction()
+
+set(CPACK_COMPONENTS_ALL)
+set(library liborbinel${PROJECT_VERSION_MAJOR})
+orbinel_package(liborbinel ${library} libs "The library, with the services of Linux and those in memory.")
+orbinel_package(liborbinel-dev liborbinel-dev libdevel "Headers and what CMake and pkg-config read." ${library})
+if(ORBINEL_BUILD_APPS)
+    orbinel_package(orbinel-tools orbinel-tools devel "The tool: plays scenarios, stands in for the backend, decodes.")
+endif()
+if(TARGET orbinel-gtk)
+    set(gtk_library liborbinel-gtk${PROJECT_VERSION_MAJOR})
+    orbinel_package(liborbinel-gtk ${gtk_library} libs "Services of applications with a GTK window." ${library})
+    orbinel_package(liborbinel-gtk-dev liborbinel-gtk-dev libdevel "Headers for applications with a GTK window."
+                    ${gtk_library} liborbinel-dev)
+    if(ORBINEL_BUILD_APPS)
+        orbinel_package(orbinel-tools-gtk orbinel-tools-gtk devel "Lets the tool play scenarios in a window."
+                        orbinel-tools)
+    endif()
+endif()
+
+include(CPack)
