@@ -56,8 +56,9 @@ typedef void (*orbinel_destroy)(void* user_data);
 
 /* --- Of this interface alone --- */
 
-/* One sentence about the latest call of this thread, where that did nothing because of its arguments; else NULL. It
- * stays until the thread's next call; `orbinel_free` and the functions that free objects leave it alone. */
+/* One sentence about the latest call of this thread, where that could not read its arguments or write its result: also
+ * because the library is not started, which JSON takes. Else NULL. It stays until the thread's next call; `orbinel_free`
+ * and the functions that free objects leave it alone. */
 ORBINEL_API const char* orbinel_last_error(void);
 
 /* Frees a text that a function returned; NULL is ignored. */
@@ -115,7 +116,8 @@ ORBINEL_API void orbinel_register_orbinel_id_listener_with_selector(orbinel_call
 
 /* --- Products, cart, wishlist and pages --- */
 
-/* `taxonomy`: a JSON array of texts. The product is the caller's; one that is not valid is no NULL. */
+/* `taxonomy`: a JSON array of texts. The product is the caller's: NULL only where `taxonomy` cannot be read, else one
+ * that may not be valid. */
 ORBINEL_API orbinel_product* orbinel_create_new_product_with_id(const char* product_id, const char* name,
                                                                 const char* taxonomy, const char* image_url,
                                                                 double price, const char* currency);
