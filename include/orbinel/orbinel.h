@@ -57,8 +57,8 @@ typedef void (*orbinel_destroy)(void* user_data);
 /* --- Of this interface alone --- */
 
 /* One sentence about the latest call of this thread, where that could not read its arguments or write its result: also
- * because the library is not started, which JSON takes. Else NULL. It stays until the thread's next call; `orbinel_free`
- * and the functions that free objects leave it alone. */
+ * because the library is not started, which JSON takes. Else NULL. It stays until the thread's next call;
+ * `orbinel_free` and the functions that free objects leave it alone. */
 ORBINEL_API const char* orbinel_last_error(void);
 
 /* Frees a text that a function returned; NULL is ignored. */
@@ -141,8 +141,7 @@ ORBINEL_API void orbinel_wishlist_cleared(void);
 #define ORBINEL_VARIABLE_TYPE_CONTENT 0
 #define ORBINEL_VARIABLE_TYPE_ELEMENT 1
 
-ORBINEL_API char* orbinel_get_content_string_with_name(const char* name, const char* default_string,
-                                                       int32_t data_type);
+ORBINEL_API char* orbinel_get_content_string_with_name(const char* name, const char* default_string, int32_t data_type);
 ORBINEL_API bool orbinel_get_content_bool_with_name(const char* name, bool default_bool, int32_t data_type);
 ORBINEL_API int32_t orbinel_get_content_int_with_name(const char* name, int32_t default_int, int32_t data_type);
 ORBINEL_API char* orbinel_get_content_string_without_cache(const char* name, const char* default_string,
@@ -264,13 +263,11 @@ ORBINEL_API void orbinel_user_set_sms_optin(orbinel_user* user, bool optin);
 ORBINEL_API void orbinel_user_set_whatsapp_optin(orbinel_user* user, bool optin);
 ORBINEL_API void orbinel_user_set_push_optin(orbinel_user* user, bool optin);
 ORBINEL_API void orbinel_user_set_location_optin(orbinel_user* user, bool optin);
-ORBINEL_API void orbinel_user_set_custom_attribute_with_string(orbinel_user* user, const char* name,
-                                                               const char* value);
+ORBINEL_API void orbinel_user_set_custom_attribute_with_string(orbinel_user* user, const char* name, const char* value);
 ORBINEL_API void orbinel_user_set_custom_attribute_with_int(orbinel_user* user, const char* name, int32_t value);
 ORBINEL_API void orbinel_user_set_custom_attribute_with_double(orbinel_user* user, const char* name, double value);
 ORBINEL_API void orbinel_user_set_custom_attribute_with_boolean(orbinel_user* user, const char* name, bool value);
-ORBINEL_API void orbinel_user_set_custom_attribute_with_date(orbinel_user* user, const char* name,
-                                                             const double* value);
+ORBINEL_API void orbinel_user_set_custom_attribute_with_date(orbinel_user* user, const char* name, const double* value);
 /* `value`: a JSON array. */
 ORBINEL_API void orbinel_user_set_custom_attribute_with_array(orbinel_user* user, const char* name, const char* value);
 ORBINEL_API void orbinel_user_unset_custom_attribute(orbinel_user* user, const char* name);
