@@ -6,6 +6,7 @@
 #include "base/guard.hpp"
 #include "base/visit.hpp"
 #include "core/current_world.hpp"
+#include "core/start.hpp"
 #include "core/world.hpp"
 #include "push/push_info.hpp"
 
@@ -87,25 +88,31 @@ Dictionary acceptableOrEmpty(World& world, const std::optional<Dictionary>& hand
 
 }  // namespace
 
-bool start(platform::Services services) noexcept {
-    const auto console = services.console;
-    const auto refuse = [&](std::string_view sentence) {
-        if (console != nullptr) console->writeLine(sentence);
+bool startOver(platform::Services services, const std::function<void(std::string_view sentence)>& refuse) noexcept {
+    const auto refused = [&](std::string_view sentence) {
+        refuse(sentence);
         return false;
     };
     try {
-        if (const auto missing = missingService(services)) return refuse(*missing);
+        if (const auto missing = missingService(services)) return refused(*missing);
     } catch (const std::exception& exception) {
-        return refuse(exception.what());
+        return refused(exception.what());
     }
-    if (!current_world::claim()) return refuse("orbinel::start: the library is already started.");
+    if (!current_world::claim()) return refused("orbinel::start: the library is already started.");
     try {
         current_world::set(World::create(std::move(services)));
         return true;
     } catch (const std::exception& exception) {
         current_world::set(nullptr);
-        return refuse(exception.what());
+        return refused(exception.what());
     }
+}
+
+bool start(platform::Services services) noexcept {
+    const auto console = services.console;
+    return startOver(std::move(services), [&](std::string_view sentence) {
+        if (console != nullptr) console->writeLine(sentence);
+    });
 }
 
 void shutdown() noexcept {

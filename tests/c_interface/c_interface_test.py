@@ -1,0 +1,252 @@
+"""The C interface from another language: a whole session by Python's ctypes, over the Linux host, as a wrapper would.
+
+Usage: c_interface_test.py LIBRARY HEADER…
+"""
+
+import base64
+import ctypes
+import http.server
+import itertools
+import json
+import os
+import re
+import sys
+import tempfile
+import threading
+import time
+import unittest
+
+TYPES = {
+    "void": None, "bool": ctypes.c_bool, "double": ctypes.c_double, "int32_t": ctypes.c_int32,
+    "int64_t": ctypes.c_int64, "size_t": ctypes.c_size_t,
+    "orbinel_callback": ctypes.CFUNCTYPE(None, ctypes.c_void_p, ctypes.c_char_p),
+    "orbinel_completion": ctypes.CFUNCTYPE(None, ctypes.c_void_p),
+    "orbinel_destroy": ctypes.CFUNCTYPE(None, ctypes.c_void_p),
+}
+
+
+def bind(library, headers):
+    """Every function of the headers, with its types. A result of type char* stays an address, which has to be freed."""
+    functions = {}
+    for header in headers:
+        with open(header) as file:
+            text = re.sub(r"/\*.*?\*/", "", file.read(), flags=re.S)
+        for result, name, parameters in re.findall(r"ORBINEL_API ([^;]*?)(orbinel_\w+)\(([^;]*)\);", text):
+            function = getattr(library, name)
+            function.restype = ctypes.c_char_p if result.strip() == "const char*" else type_of(result)
+            parameters = re.sub(r"bool \(\*predicate\)\(void\* user_data\)", "void* predicate", parameters)
+            kinds = [] if parameters == "void" else parameters.split(",")
+            function.argtypes = [type_of(re.sub(r"\w+\s*$", "", kind), True) for kind in kinds]
+            functions[name] = function
+    return functions
+
+
+def type_of(declared, is_argument=False):
+    declared = re.sub(r"\bconst\b", "", declared).strip()
+    if declared == "char*" and is_argument:
+        return ctypes.c_char_p
+    return ctypes.c_void_p if declared.endswith("*") else TYPES[declared]
+
+
+def scramble(text, timestamp):
+    """The backend's side of an envelope."""
+    accumulator = 0
+    first, second = (int(os.environ.get(name, default)) for name, default in (
+        ("ORBINEL_KEY_MULTIPLIER_1", 7919), ("ORBINEL_KEY_MULTIPLIER_2", 104729)))
+    for place, digit in enumerate(timestamp):
+        number = (int(digit) if digit.isdigit() else 0) + 1
+        if place % 4 == 0:
+            accumulator |= number * first
+        elif place % 4 == 1:
+            accumulator = accumulator << number % 3 & 2**64 - 1
+        elif place % 4 == 2:
+            accumulator ^= number * second
+        else:
+            accumulator >>= number % 3
+    return bytes(a ^ b for a, b in zip(text, itertools.cycle(str(accumulator).encode())))
+
+
+class Backend(http.server.ThreadingHTTPServer):
+    """Answers as the vendor's API, and remembers what arrived."""
+
+    daemon_threads = True
+
+    def __init__(self):
+        super().__init__(("127.0.0.1", 0), Handler)
+        self.arrived = []
+        self.id = "PERSON-1"
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+
+    @property
+    def origin(self):
+        return "http://127.0.0.1:%d" % self.server_port
+
+    def stops(self):
+        return [payload for path, payload in list(self.arrived) if path.endswith("/session/stop")]
+
+
+class Handler(http.server.BaseHTTPRequestHandler):
+    protocol_version = "HTTP/1.1"
+
+    def do_POST(self):
+        body = json.loads(self.rfile.read(int(self.headers["Content-Length"])) or "{}")
+        if "payload" in body:
+            opened = scramble(base64.b64decode(body["payload"]), self.headers["ts"])
+            body = json.loads(base64.b64decode(opened))
+        self.server.arrived.append((self.path, body))
+        timestamp, answer = "1767225600", b"{}"
+        if self.path.endswith("/consent/get"):
+            answer = b'{"gdpr_consent": true, "mobile_gdpr_consent": true}'
+        elif "/identity/" in self.path:
+            answer = base64.b64encode(scramble(base64.b64encode(self.server.id.encode()), timestamp))
+        self.send_response(200)
+        self.send_header("ts", timestamp)
+        self.send_header("Content-Length", str(len(answer)))
+        self.end_headers()
+        self.wfile.write(answer)
+
+    def log_message(self, *_):
+        pass
+
+
+class CInterface(unittest.TestCase):
+    def setUp(self):
+        self.backend = Backend()
+        self.directory = tempfile.TemporaryDirectory()
+        self.options = json.dumps({"data_directory": self.directory.name, "application_version": "2.1"}).encode()
+        self.kept = []  # what C calls must not be collected
+
+    def tearDown(self):
+        self.backend.shutdown()
+        self.backend.server_close()
+        self.directory.cleanup()
+
+    def launch(self):
+        host = orbinel["orbinel_start_linux"](self.options)
+        self.assertTrue(host, orbinel["orbinel_last_error"]())
+        orbinel["orbinel_init_with_launch_options_custom_endpoint"](
+            None, b"acme", b"group.acme", self.backend.origin.encode())
+        return host
+
+    def end(self, host):
+        orbinel["orbinel_shutdown"]()
+        orbinel["orbinel_linux_free"](host)
+
+    def run_until(self, host, holds):
+        limit = time.monotonic() + 20
+        while not holds():
+            self.assertLess(time.monotonic(), limit)
+            orbinel["orbinel_linux_run_until"](host, None, None, 20)
+
+    def callback(self, received):
+        self.kept.append(TYPES["orbinel_callback"](lambda _, text: received.append(text.decode())))
+        return self.kept[-1]
+
+    def text(self, address):
+        """The text that a function returned, freed."""
+        content = ctypes.string_at(address).decode() if address else None
+        orbinel["orbinel_free"](address)
+        return content
+
+    def error(self):
+        return (orbinel["orbinel_last_error"]() or b"").decode()
+
+    def test_a_session_arrives_as_it_was_told(self):
+        events, ids, logins, destroyed = [], [], [], []
+        host = self.launch()
+        self.kept.append(TYPES["orbinel_destroy"](destroyed.append))
+        destroy = self.kept[-1]
+        sender = orbinel["orbinel_sender_create"](7, destroy)
+        orbinel["orbinel_register_orbinel_callback_with_selector"](self.callback(events), sender)
+        orbinel["orbinel_set_gdpr_consent"](True)
+        orbinel["orbinel_set_mobile_gdpr_consent"](True)
+        orbinel["orbinel_register_orbinel_id_listener_with_selector"](self.callback(ids), sender)
+        orbinel["orbinel_linux_did_become_active"](host)
+        self.run_until(host, lambda: events)
+        self.assertEqual([json.loads(event) for event in events], [{"type": 6}])
+        self.assertEqual(ids[-1:], ["PERSON-1"])
+
+        event = orbinel["orbinel_tag_event"](b"purchase")
+        orbinel["orbinel_event_add_parameters"](
+            event, json.dumps({"sku": "ä1", "price": 9.5, "count": 3, "at": {"$date": 0}}).encode())
+        orbinel["orbinel_event_add_parameters"](event, b'{"price": }')
+        self.assertIn("orbinel_event_add_parameters: parameters is not valid JSON at byte 10", self.error())
+        from_elsewhere = threading.Thread(
+            target=lambda: orbinel["orbinel_event_add_parameter_with_boolean"](event, b"gift", True))
+        from_elsewhere.start()
+        from_elsewhere.join()
+        self.assertTrue(self.error(), "an error belongs to its thread")
+        orbinel["orbinel_event_build"](event)
+        orbinel["orbinel_event_free"](event)
+
+        user = orbinel["orbinel_get_current_user"]()
+        orbinel["orbinel_user_set_name"](user, b"Ada")
+        orbinel["orbinel_user_set_custom_attribute_with_array"](user, b"tags", b'["a", "b"]')
+        orbinel["orbinel_linux_did_enter_background"](host)
+        self.run_until(host, self.backend.stops)
+
+        stop = self.backend.stops()[0]
+        purchase = next(e for e in stop["custom_events"] if e["event_name"] == "purchase")
+        parameters = purchase["event_params"]
+        self.assertTrue(parameters.pop("at").startswith("19"))
+        self.assertEqual(parameters, {"sku": "ä1", "price": 9.5, "count": 3, "gift": True})
+        self.assertIn("Ada", stop["user_attributes"].values())
+        self.assertEqual(stop["custom_attributes"]["tags"], ["a", "b"])
+
+        self.log_in(host, user, logins)
+        self.assertEqual(destroyed, [])
+        orbinel["orbinel_sender_free"](sender)
+        self.assertEqual(destroyed, [7])
+        self.end(host)
+        orbinel["orbinel_user_set_name"](user, b"gone")
+        orbinel["orbinel_user_free"](user)
+
+    def log_in(self, host, user, logins):
+        orbinel["orbinel_linux_did_become_active"](host)
+        self.backend.id = "PERSON-2"
+        identifiers = orbinel["orbinel_identifiers_create"]()
+        orbinel["orbinel_identifiers_add_email"](identifiers, b"ada@example.org")
+        orbinel["orbinel_user_login_orbinel_id_result"](user, identifiers, self.callback(logins), None,
+                                                        TYPES["orbinel_destroy"]())
+        self.run_until(host, lambda: logins)
+        self.assertEqual(logins, ["PERSON-2"])
+        self.assertEqual(self.text(orbinel["orbinel_get_orbinel_id"]()), "PERSON-2")
+        orbinel["orbinel_identifiers_free"](identifiers)
+
+    def test_nothing_is_harmful_at_any_time(self):
+        self.call_everything_with_nothing()
+        host = self.launch()
+        orbinel["orbinel_linux_did_become_active"](host)
+        self.call_everything_with_nothing()
+        elsewhere = threading.Thread(target=self.call_everything_with_nothing)
+        elsewhere.start()
+        self.run_until(host, lambda: not elsewhere.is_alive())
+        self.end(host)
+        self.call_everything_with_nothing()
+
+    def call_everything_with_nothing(self):
+        """NULL, 0 and false, wherever they fit."""
+        for name, function in orbinel.items():
+            if name in ("orbinel_shutdown", "orbinel_start_linux"):
+                continue
+            zeros = [kind(0) if kind in (ctypes.c_bool, ctypes.c_double, ctypes.c_int32, ctypes.c_int64, ctypes.c_size_t)
+                     else kind() for kind in function.argtypes]
+            result = function(*zeros)
+            kind = next((kind for kind in ("event", "user", "product", "identifiers", "sender")
+                         if name in MAKERS.get(kind, ())), None)
+            if kind is not None:
+                orbinel["orbinel_%s_free" % kind](result)
+            elif function.restype is ctypes.c_void_p:
+                orbinel["orbinel_free"](result)
+
+
+MAKERS = {
+    "event": ("orbinel_tag_event", "orbinel_event_create"), "user": ("orbinel_get_current_user",),
+    "product": ("orbinel_create_new_product_with_id",), "identifiers": ("orbinel_identifiers_create",),
+    "sender": ("orbinel_sender_create",),
+}
+
+if __name__ == "__main__":
+    library_path, *header_paths = sys.argv[1:]
+    orbinel = bind(ctypes.CDLL(library_path), header_paths)
+    unittest.main(argv=sys.argv[:1])
