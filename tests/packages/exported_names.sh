@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# A shared library shows what its public headers mark, all of it and nothing else: exported_names.sh LIBRARY HEADERS
+# A shared library shows what its public headers mark, all of it and nothing else: exported_names.sh LIBRARY HEADERS CORE
+# CORE: the public headers of liborbinel, whose types of exceptions stand in whatever throws them.
 set -euo pipefail
-library=$1 headers=$2
+library=$1 headers=$2 core=$3
 
 # Each marked class and function, such as "orbinel::platform::Delegate"; functions of C have no namespace.
 marked_names() {
-    find "$headers" -name '*.h*' -exec awk '
+    find "$1" -name '*.h*' -exec awk '
         FNR == 1 { depth = 0 }
         /^namespace / { depth++; inside[depth] = inside[depth - 1] $2 "::" }
         /^} *\/\/ namespace/ { depth-- }
@@ -26,7 +27,8 @@ exported_names() {
 
 # A name stands for all that is inside it.
 awk '
-    FNR == NR { marked[$0] = 0; next }
+    FILENAME == ARGV[1] { marked[$0] = 0; next }
+    FILENAME == ARGV[2] { if (!($0 in marked)) marked[$0] = 1; next }
     {
         name = $0
         while (!(name in marked) && sub(/::[^:]*$/, "", name)) {}
@@ -36,4 +38,4 @@ awk '
     END {
         for (name in marked) if (!marked[name]) { print "in a public header, but not exported: " name; wrong = 1 }
         exit wrong
-    }' <(marked_names) <(exported_names)
+    }' <(marked_names "$headers") <(marked_names "$core") <(exported_names)
