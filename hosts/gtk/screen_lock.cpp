@@ -23,7 +23,7 @@ ScreenLock::~ScreenLock() {
 void ScreenLock::connected(GObject* /*source*/, GAsyncResult* result, gpointer self) noexcept {
     GError* error = nullptr;
     auto* bus = g_bus_get_finish(result, &error);
-    if (bus == nullptr) return g_error_free(error);   // cancelled: the object is gone
+    if (bus == nullptr) return g_error_free(error);  // cancelled: the object is gone
     auto& lock = *static_cast<ScreenLock*>(self);
     lock.bus_.reset(bus);
     if (g_dbus_connection_is_closed(bus)) return;
