@@ -55,10 +55,10 @@ void askForRecommendations(const Dictionary& answer) {
 
 /// Whatever is shown is loaded, and closed by the person.
 void closeMessage(const HeadlessLaunch& launch) {
-    if (const auto page = launch.host.views->page(); page != nullptr && page->isAlive()) {
-        page->respond();
-        page->finish();
-    }
+    const auto page = launch.host.views->page();
+    if (page == nullptr || !page->isAlive()) return;
+    page->respond();
+    page->finish();
     launch.host.advance(1);
     (void)launch.host.views->tap(orbinel::kBUTTONVIEWTAG);
     launch.host.advance(1);

@@ -96,12 +96,14 @@ protected:
         ASSERT_NO_FATAL_FAILURE(library.launch());
     }
     void noteArrivals() {
-        const auto arrivals = backend.arrivals();
-        requests += arrivals.size();
-        refused += static_cast<std::size_t>(
-            std::count_if(arrivals.begin(), arrivals.end(), [](const auto& one) { return !one.taken; }));
-        for (const auto number : backend.takenNumbers()) ++deliveries.at(static_cast<std::size_t>(number));
-        backend.forget();
+        for (const auto& arrival : backend.takeArrivals()) {
+            ++requests;
+            if (!arrival.taken) {
+                ++refused;
+                continue;
+            }
+            for (const auto number : arrival.numbers) ++deliveries.at(static_cast<std::size_t>(number));
+        }
     }
 
     /// A day on which everything works: what is queued is delivered. Gives the bytes then in use.
