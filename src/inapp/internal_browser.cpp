@@ -48,13 +48,16 @@ InternalBrowser::~InternalBrowser() { removeViews(); }
 bool InternalBrowser::openBrowserUrl(const std::string& url) {
     const auto overlay = needs_.views.overlay();
     auto page = overlay != nullptr ? makePage() : nullptr;
-    if (page == nullptr) {
+    auto view = needs_.views.makeView(platform::Backdrop::dimmed);
+    const auto close = needs_.views.makeCloseButton("Close", needs_.lifetime.whileAlive([this] { this->close(); }));
+    if (page == nullptr || view == nullptr || close == nullptr) {
         openOutside(url);
         return false;
     }
     removeViews();
     page_ = std::move(page);
-    layOut(*overlay);
+    view_ = std::move(view);
+    layOut(*overlay, close);
     needs_.views.setOverlayVisible(true, 0);
     page_->webView->load(url);
     return true;
@@ -71,14 +74,13 @@ std::shared_ptr<InternalBrowser::Page> InternalBrowser::makePage() {
     return page;
 }
 
-void InternalBrowser::layOut(platform::View& overlay) {
+void InternalBrowser::layOut(platform::View& overlay, const std::shared_ptr<platform::View>& close) {
     using Edge = LayoutBuilder::Edge;
     using Guide = LayoutBuilder::Guide;
     constexpr double bar = 44;  // points, for the close button above the page
     constexpr double inset = 7;
     constexpr double button = 30;
 
-    view_ = needs_.views.makeView(platform::Backdrop::dimmed);
     view_->setTag(kPUSHBROWSERVIEWTAG);
     overlay.addChild(view_);
 
@@ -90,7 +92,6 @@ void InternalBrowser::layOut(platform::View& overlay) {
                              .pin({Edge::bottom}, Guide::parent)
                              .constraints());
 
-    const auto close = needs_.views.makeCloseButton("Close", needs_.lifetime.whileAlive([this] { this->close(); }));
     close->setTag(kPUSHBROWSERCLOSEBUTTONVIEWTAG);
     view_->addChild(close);
     close->setConstraints(

@@ -41,7 +41,7 @@ private:
     class Page;
 
     [[nodiscard]] std::shared_ptr<Page> makePage();
-    void layOut(platform::View& overlay);
+    void layOut(platform::View& overlay, const std::shared_ptr<platform::View>& close);
     void close();
     void removeViews();
     void openOutside(const std::string& url);

@@ -21,6 +21,7 @@ namespace {
 
 constexpr std::string_view ownScheme = "orbinelurl://";
 constexpr std::string_view productPage = "product_detail_page_view";
+constexpr const char* noWindow = "The application has no window.";
 constexpr std::int32_t inappSeenType = 5;  // among the types of the application's callback
 constexpr std::int32_t firstFailedStatus = 400;
 constexpr std::size_t longestLoggedUrl = 1024;   // bytes: a data: URL holds a whole document
@@ -133,7 +134,7 @@ void InappPresentation::limitLoading() {
 
 /// Nothing where no page can be shown here, which is told.
 std::shared_ptr<OrbinelWKWebView> InappPresentation::makeWebView(const Dictionary& record) {
-    std::string reason = "The application has no window.";
+    std::string reason = noWindow;
     if (needs_.views.overlay() != nullptr) {
         constexpr float firstInspectable = 16.4F;
         auto webView = std::make_shared<OrbinelWKWebView>(
@@ -154,8 +155,10 @@ std::shared_ptr<OrbinelWKWebView> InappPresentation::makeWebView(const Dictionar
 void InappPresentation::createInAppWithWebView(TemplateView& made) {
     removeEarlierViews();
     if (!canBeFilled(made)) return;
-    guarded(needs_.reports, {"OrbinelInapp - webviewLayoutCreate", DescriptionForm::nameOnly},
-            [&] { made.putUp(needs_.lifetime.whileAlive([this] { closeWebViewPage(); })); });
+    guarded(needs_.reports, {"OrbinelInapp - webviewLayoutCreate", DescriptionForm::nameOnly}, [&] {
+        const bool up = made.putUp(needs_.lifetime.whileAlive([this] { closeWebViewPage(); }));
+        if (!up) requestFailed(*made.record, noWindow);
+    });
     // The views in it are invisible themselves.
     if (!needs_.presented.templatesAreSetToBeHidden()) needs_.views.setOverlayVisible(true, 0);
 }
@@ -434,8 +437,9 @@ void InappPresentation::evaluateJavaScript(const std::string& script) noexcept {
 
 void InappPresentation::adjustTemplate(const Dictionary& templateLayout) noexcept {
     onMain("-[OrbinelInapp adjustTemplate:]", [this, templateLayout] {
-        if (needs_.views.overlay() == nullptr || template_ == nullptr || template_->stage == Stage::leaving) return;
-        template_->adjust(templateLayout);
+        const auto window = needs_.views.overlay();
+        if (window == nullptr || template_ == nullptr || template_->stage == Stage::leaving) return;
+        template_->adjust(templateLayout, *window);
         browser_.bringToFront();
         observeMoved(0);
     });

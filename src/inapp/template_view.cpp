@@ -37,31 +37,34 @@ TemplateView::~TemplateView() {
     takeDown();
 }
 
-void TemplateView::putUp(std::function<void()> close) {
+bool TemplateView::putUp(std::function<void()> close) {
     const auto window = views_.overlay();
-    container_ = views_.makeView(platform::Backdrop::clear);
+    auto container = views_.makeView(platform::Backdrop::clear);
+    const auto button = views_.makeCloseButton("Close", std::move(close));
+    if (window == nullptr || container == nullptr || button == nullptr) return false;
+    container_ = std::move(container);
     container_->setTag(kINAPPVIEWTAG);
     container_->setAlpha(0);
-    createCustomBase();
+    createCustomBase(*window);
     window->addChild(container_);
     container_->setConstraints(place_.constraints());
     webView->addTo(*container_);
-    addCloseButton(std::move(close));
+    addCloseButton(button);
+    return true;
 }
 
-void TemplateView::createCustomBase() {
+/// Without a view that dims, the message is shown all the same.
+void TemplateView::createCustomBase(View& window) {
     if (overlay_ != nullptr) overlay_->removeFromParent();
-    overlay_.reset();
-    if (!place_.dimsTheRest()) return;
-    overlay_ = views_.makeView(platform::Backdrop::dimmed);
+    overlay_ = place_.dimsTheRest() ? views_.makeView(platform::Backdrop::dimmed) : nullptr;
+    if (overlay_ == nullptr) return;
     overlay_->setTag(kOVERLAYTAG);
     overlay_->setAlpha(0);
-    views_.overlay()->addChild(overlay_);
+    window.addChild(overlay_);
 }
 
-void TemplateView::addCloseButton(std::function<void()> close) {
+void TemplateView::addCloseButton(const std::shared_ptr<View>& button) {
     using Edge = LayoutBuilder::Edge;
-    const auto button = views_.makeCloseButton("Close", std::move(close));
     button->setTag(kBUTTONVIEWTAG);
     button->setConstraints(LayoutBuilder()
                                .pin({Edge::top, Edge::right}, LayoutBuilder::Guide::safeArea, closeButtonInset)
@@ -80,10 +83,10 @@ void TemplateView::fadeOut(std::function<void()> completion) {
     container_->fadeTo(0, kANIMATIONDURATION, std::move(completion));
 }
 
-void TemplateView::adjust(const Dictionary& templateLayout) {
+void TemplateView::adjust(const Dictionary& templateLayout, View& window) {
     place_ = place_.adjusted(templateLayout);
-    createCustomBase();
-    views_.overlay()->addChild(container_);  // back on top of what dims
+    createCustomBase(window);
+    window.addChild(container_);  // back on top of what dims
     if (overlay_ != nullptr && stage == Stage::shown) overlay_->setAlpha(1);
     container_->setConstraints(place_.constraints());
 }

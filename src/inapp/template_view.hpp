@@ -33,15 +33,16 @@ public:
     TemplateView(const TemplateView&) = delete;
     TemplateView& operator=(const TemplateView&) = delete;
 
-    /// Puts everything into the window, invisible. `close` runs when the person presses the close button.
-    void putUp(std::function<void()> close);
+    /// Puts everything into the window, invisible. `close` runs when the person presses the close button. False, and
+    /// nothing done, where the window has gone meanwhile.
+    [[nodiscard]] bool putUp(std::function<void()> close);
     [[nodiscard]] bool isUp() const noexcept { return container_ != nullptr; }
     [[nodiscard]] const std::shared_ptr<platform::View>& container() const noexcept { return container_; }
 
     void fadeIn();
     /// The completion runs on the main queue, once nothing is to be seen.
     void fadeOut(std::function<void()> completion);
-    void adjust(const Dictionary& templateLayout);
+    void adjust(const Dictionary& templateLayout, platform::View& window);
     /// Takes everything out of the window. The page goes with this object.
     void takeDown();
 
@@ -60,8 +61,8 @@ public:
     bool loaded = false;
 
 private:
-    void createCustomBase();
-    void addCloseButton(std::function<void()> close);
+    void createCustomBase(platform::View& window);
+    void addCloseButton(const std::shared_ptr<platform::View>& button);
 
     platform::Views& views_;
     TemplateLayout place_;

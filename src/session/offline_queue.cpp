@@ -38,7 +38,9 @@ void OfflineQueue::addStopRequestToQueue(const Dictionary& stop, std::optional<E
     guarded(reports_, {"-[OrbinelRequest addStopRequestToQueue:]", DescriptionForm::functionAndLine}, [&] {
         if (inFlight) {
             store_->requeue(keys::offlineQueue, *inFlight, [] {});
-        } else if (auto text = json_.serialise(stop, platform::JsonStyle::compact)) {
+        } else {
+            auto text = json_.serialise(stop, platform::JsonStyle::compact);
+            if (!text) return reports_.note("A session stop can not be queued: it can not be written.");
             store_->append(keys::offlineQueue, std::move(*text));
         }
         store_->synchronize();

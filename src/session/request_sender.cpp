@@ -27,7 +27,8 @@ struct OrbinelRequest::Outgoing {
     std::string url;
     std::string timestamp;  // of the key and of the "ts" header
     std::string body;
-    std::string scrambled;  // the envelope's "payload"; empty where the body travels plain
+    std::string scrambled;     // the envelope's "payload"; empty where the body travels plain
+    bool isEmptyForm = false;  // "{}" stands for a body that could not be scrambled: whoever takes it has taken nothing
     bool isStop = false;
     bool isConsent = false;          // by the endpoints in force when it was sent
     bool answerIsScrambled = false;  // the same
@@ -101,7 +102,11 @@ void OrbinelRequest::prepareAndSend(Dictionary payload, const std::shared_ptr<Ou
     }
     auto json = json_.serialise(payload, platform::JsonStyle::compact);
     if (!json) {
-        if (request->element) queue_.giveUp(*request->element);
+        if (request->element) {
+            queue_.giveUp(*request->element);  // and told when it is dropped
+        } else {
+            reports_.note([&] { return "POST " + request->url + " can not be sent: its payload can not be written."; });
+        }
         return answerLater(request);
     }
     const bool writtenDown = request->isStop && !request->element;
@@ -137,7 +142,9 @@ bool OrbinelRequest::travelsPlain(Dictionary& payload, Outgoing& request) const 
 /// Replaces the request's plain body by its envelope, which is also the result.
 Dictionary OrbinelRequest::scramble(Outgoing& request) const {
     auto envelope = encryptor_.getEncryptedPayloadForData(request.body, request.timestamp);
-    request.body = json_.serialise(envelope, platform::JsonStyle::compact).value_or("{}");
+    const auto body = json_.serialise(envelope, platform::JsonStyle::compact);
+    request.body = body.value_or("{}");
+    request.isEmptyForm = !body || envelope.empty();
     request.scrambled = envelope["payload"].stringOrEmpty();
     return envelope;
 }
@@ -178,7 +185,8 @@ void OrbinelRequest::complete(Outgoing& request, platform::HttpOutcome outcome) 
     const GuardedOperation operation("-[OrbinelRequest sendRequest:url:success:]", DescriptionForm::functionAndLine);
     const bool decided = guarded(reports_, operation, true, [&] {
         const auto* response = std::get_if<platform::HttpResponse>(&outcome);
-        if (response != nullptr && isSuccess(response->status)) {
+        const bool lost = request.isStop && request.isEmptyForm;
+        if (response != nullptr && isSuccess(response->status) && !lost) {
             answered(request, *response);
             return true;
         }
@@ -196,7 +204,9 @@ void OrbinelRequest::noteFailure(const Outgoing& request, const platform::HttpOu
     reports_.note([&] {
         const auto* failure = std::get_if<platform::HttpFailure>(&outcome);
         const auto* response = std::get_if<platform::HttpResponse>(&outcome);
-        const auto reason = failure != nullptr ? failure->reason : "status " + std::to_string(response->status);
+        const auto reason = failure != nullptr    ? failure->reason
+                            : request.isEmptyForm ? "its body could not be scrambled"
+                                                  : "status " + std::to_string(response->status);
         return "POST " + request.url + " failed: " + reason;
     });
 }
@@ -227,6 +237,10 @@ bool OrbinelRequest::queueAgain(Outgoing& request) {
         if (request.element) queue_.giveUp(*request.element);
         return false;
     };
+    if (request.isEmptyForm && request.element) {  // which the queue holds in plain form
+        queue_.addStopRequestToQueue({}, request.element);
+        return true;
+    }
     const auto plain = encryptor_.decryptPayload(request.scrambled, request.timestamp);
     if (!plain || plain->empty()) return giveUp("Decryption failed for the payload.");
     auto parsed = json_.parse(*plain);

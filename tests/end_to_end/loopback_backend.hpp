@@ -8,6 +8,7 @@
 #include <future>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "base/mutex.hpp"
@@ -72,6 +73,12 @@ public:
     std::vector<Arrival> arrivals() const {
         const MutexLock lock(mutex_);
         return arrivals_;
+    }
+
+    /// At once, so that none is missed that comes meanwhile.
+    std::vector<Arrival> takeArrivals() {
+        const MutexLock lock(mutex_);
+        return std::exchange(arrivals_, {});
     }
 
     void forget() {

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "base/reports.hpp"
+#include "orbinel/headless/headless_host.hpp"
+#include "orbinel/orbinel.hpp"
+#include "session/encryptor.hpp"
+
+namespace orbinel::fuzz {
+
+inline void require(bool condition) {
+    if (!condition) std::abort();
+}
+
+/// An application over a headless host, and the backend that it talks to.
+class HeadlessLaunch {
+public:
+    explicit HeadlessLaunch(std::string startAnswer = "{}") : startAnswer_(std::move(startAnswer)) {
+        host.application->setBackgroundMaySuspend(false);
+        host.http->setHandler([this](const platform::HttpRequest& request) { return answerTo(request); });
+    }
+    ~HeadlessLaunch() {
+        shutdown();
+        host.http->waitUntilIdle();
+        host.http->setHandler({});
+    }
+    HeadlessLaunch(const HeadlessLaunch&) = delete;
+    HeadlessLaunch& operator=(const HeadlessLaunch&) = delete;
+
+    /// Ends what runs, as the platform does, and starts anew over the same stores.
+    void launch() const {
+        shutdown();
+        host.settle();
+        start(host.services());
+        Orbinel::initWithLaunchOptions(std::nullopt, "acme", appGroup, "https://backend.test");
+    }
+    void becomeActive() const { post(platform::notification_names::didBecomeActive); }
+    void enterBackground() const { post(platform::notification_names::didEnterBackground); }
+
+    /// Of the events by this name in all stops that were delivered.
+    [[nodiscard]] bool hasReceived(std::string_view event) const {
+        const auto sent = host.http->sent();
+        return std::any_of(sent.begin(), sent.end(), [&](const auto& request) {
+            return request.url.ends_with("/session/stop") &&
+                   textOf(request).find("\"" + std::string(event) + "\"") != std::string::npos;
+        });
+    }
+
+    static constexpr const char* appGroup = "group.acme";
+    const headless::HeadlessHost host;
+    std::atomic<bool> answersProperly{false};  // instead of what is to be tried
+
+private:
+    void post(std::string_view name) const {
+        host.notificationCentre->post(name, {});
+        host.settle();
+    }
+
+    std::optional<platform::HttpOutcome> answerTo(const platform::HttpRequest& request) const {
+        const bool tried = request.url.ends_with("/session/start") && !answersProperly;
+        return platform::HttpResponse{200, {}, tried ? startAnswer_ : "{}", request.url};
+    }
+
+    /// The plain text of a request's envelope.
+    [[nodiscard]] std::string textOf(const platform::HttpRequest& request) const {
+        const auto parsed = host.json->parse(request.body);
+        const auto* body = std::get_if<Value>(&parsed);
+        require(body != nullptr && body->ifDictionary() != nullptr);
+        std::string timestamp;
+        for (const auto& [name, value] : request.headers) {
+            if (name == "ts") timestamp = value;
+        }
+        Reports silent(*host.console);
+        const OrbinelEncryptor encryptor(silent, *host.base64);
+        return encryptor.decryptPayload((*body->ifDictionary())["payload"].stringOrEmpty(), timestamp).value_or("");
+    }
+
+    const std::string startAnswer_;
+};
+
+/// The input as JSON, where it is a dictionary.
+inline std::optional<Dictionary> dictionaryOf(const platform::Json& json, std::string_view text) {
+    auto outcome = json.parse(text);
+    auto* value = std::get_if<Value>(&outcome);
+    auto* dictionary = value != nullptr ? value->ifDictionary() : nullptr;
+    return dictionary != nullptr ? std::optional(std::move(*dictionary)) : std::nullopt;
+}
+
+}  // namespace orbinel::fuzz
