@@ -9,7 +9,7 @@ namespace guide {
 bool purchaseIsReported() {
     namespace names = orbinel::platform::notification_names;
     const orbinel::headless::HeadlessHost host;
-    host.http->setHandler([](const auto&) { return orbinel::platform::HttpResponse{200, {}, "{}", ""}; });
+    host.http->setHandler([](const auto&) { return orbinel::platform::HttpResponse{200, {}, "", ""}; });
     if (!orbinel::start(host.services())) return false;
     Orbinel::initWithLaunchOptions(std::nullopt, "acme", "group.acme");
 

@@ -35,8 +35,8 @@ protected:
             const auto start =
                 R"({"content_variables": [], "smart_recommendations": {"1": "http://acme.test/for-ada-only"}})";
             response.set_content(path == startPath      ? start
-                                 : path == identityPath ? R"({"orbinel_id": "person-of-the-test"})"
-                                                        : "{}",
+                                 : path == identityPath ? "person-of-the-test"
+                                                        : "",
                                  "application/json");
             if (path == stopPath) response.status = 503;  // so that stops wait in the queue
             return response.status != 503;
