@@ -132,7 +132,6 @@ TEST_F(Erasure, DuringASessionLeavesNothingAndTheNextIsThatOfANewDevice) {
     user.setEmail(email);  // of a library that is no more
     backend.forget();
     Orbinel::initWithLaunchOptions(std::nullopt, "acme", "group.acme", backend.origin);
-    library->enterBackground();
     library->becomeActive();
     const auto starts = library->network->starts.load();
     ASSERT_TRUE(library->runUntil([&] { return library->network->starts > starts; }));
