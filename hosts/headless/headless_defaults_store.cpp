@@ -142,6 +142,19 @@ void HeadlessDefaultsStore::reclaim(std::string_view key, std::function<void(Rec
     reclaimed(reclaimNow(key));
 }
 
+void HeadlessDefaultsStore::erase(std::vector<std::string> keys, std::function<void(std::string)> erased) noexcept {
+    {
+        const MutexLock lock(mutex_);
+        for (const auto& key : keys) {
+            current_.erase(key);
+            committed_.erase(key);
+            uncommitted_.erase(key);
+            inFlight_.erase(key);
+        }
+    }
+    erased({});
+}
+
 std::optional<HeadlessDefaultsStore::Content> HeadlessDefaultsStore::copyOf(std::string_view key) const {
     const MutexLock lock(mutex_);
     const auto found = current_.find(key);

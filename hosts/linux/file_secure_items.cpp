@@ -37,7 +37,15 @@ bool FileSecureItems::store(std::string_view service, std::string_view account, 
 }
 
 void FileSecureItems::remove(std::string_view service, std::string_view account) noexcept {
-    ::unlink(pathOf(service, account).c_str());
+    const auto path = pathOf(service, account);
+    ::unlink(path.c_str());
+    // Beside it, a process that was killed while it stored the item may have left what it had written.
+    const auto unfinished = path.filename().string() + ".";
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(directory_, error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (entry->path().filename().string().starts_with(unfinished)) ::unlink(entry->path().c_str());
+    }
 }
 
 std::filesystem::path FileSecureItems::pathOf(std::string_view service, std::string_view account) const {

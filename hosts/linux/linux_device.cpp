@@ -17,6 +17,7 @@ namespace {
 using std::chrono::steady_clock;
 
 constexpr std::chrono::seconds factsAge{5};
+constexpr const char* vendorIdentifierFile = "vendor-identifier";
 
 std::string newUuid() {
     char* lower = g_uuid_string_random();
@@ -29,7 +30,7 @@ std::string newUuid() {
 
 /// Where it cannot be kept, it lasts as long as the process.
 std::string readOrMakeIdentifier(const std::filesystem::path& directory) {
-    const auto path = directory / "vendor-identifier";
+    const auto path = directory / vendorIdentifierFile;
     constexpr std::size_t uuidLength = 36;
     if (auto kept = readWholeFile(path, uuidLength); kept && g_uuid_string_is_valid(kept->c_str())) return *kept;
     auto made = newUuid();
@@ -65,6 +66,7 @@ public:
     }
 
     void read() {
+        const MutexLock readingLock(readingMutex_);
         auto facts = reader_.read();
         {
             MutexLock lock(mutex_);
@@ -77,10 +79,22 @@ public:
         reading_ = false;
     }
 
+    bool renewVendorIdentifier() {
+        const MutexLock lock(readingMutex_);
+        std::error_code error;
+        std::filesystem::remove(dataDirectory_ / vendorIdentifierFile, error);
+        platform::DeviceFacts facts = *this->facts();
+        facts.vendorIdentifier = readOrMakeIdentifier(dataDirectory_);
+        const MutexLock factsLock(mutex_);
+        facts_ = std::make_shared<const platform::DeviceFacts>(std::move(facts));
+        return !error;
+    }
+
 private:
     const std::filesystem::path dataDirectory_;
     const DeviceFactsReader reader_;
 
+    Mutex readingMutex_;  // keeps reading and renewing apart; only background threads wait for it
     mutable Mutex mutex_;
     std::shared_ptr<const platform::DeviceFacts> facts_ ORBINEL_GUARDED_BY(mutex_);
     steady_clock::time_point nextReading_ ORBINEL_GUARDED_BY(mutex_);
@@ -98,5 +112,7 @@ std::shared_ptr<const platform::DeviceFacts> LinuxDevice::facts() const noexcept
 }
 
 std::string LinuxDevice::makeUuid() noexcept { return newUuid(); }
+
+bool LinuxDevice::renewVendorIdentifier() noexcept { return mirror_->renewVendorIdentifier(); }
 
 }  // namespace orbinel::hosts

@@ -19,6 +19,7 @@ public:
 
     [[nodiscard]] std::shared_ptr<const platform::DeviceFacts> facts() const noexcept override;
     [[nodiscard]] std::string makeUuid() noexcept override;
+    bool renewVendorIdentifier() noexcept override;
 
 private:
     class Mirror;

@@ -220,6 +220,27 @@ void SqliteStore::reclaim(std::string_view key, std::function<void(platform::Rec
         });
 }
 
+void SqliteStore::erase(std::vector<std::string> keys, std::function<void(std::string)> erased) noexcept {
+    {
+        MutexLock lock(mutex_);
+        ValueBatch removals;
+        for (const auto& key : keys) {
+            unsynchronised_.erase(key);
+            const auto& removal = removals.emplace_back(key, std::make_shared<const Value>());
+            if (reader_) unwritten_.insert_or_assign(key, removal.second);
+        }
+        makeChange([keys](StoreContents& contents) {
+            for (const auto& key : keys) contents.erase(key);
+        });
+        putInLine([this, keys = std::move(keys), removals, erased = std::move(erased)](StoreFile& file) {
+            auto problem = file.erase(keys);
+            if (problem.empty()) forgetWritten(removals);
+            erased(std::move(problem));
+        });
+    }
+    storage_->thread.post([self = shared_from_this()] { self->runNextWrite(); });
+}
+
 void SqliteStore::change(Change change, Write write) {
     {
         MutexLock lock(mutex_);

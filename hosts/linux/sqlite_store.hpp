@@ -64,6 +64,7 @@ public:
     void finish(std::string_view key, platform::ElementId id) noexcept override;
     void giveUp(std::string_view key, platform::ElementId id) noexcept override;
     void reclaim(std::string_view key, std::function<void(platform::ReclaimedElements)> reclaimed) noexcept override;
+    void erase(std::vector<std::string> keys, std::function<void(std::string)> erased) noexcept override;
 
 private:
     using Change = std::function<void(StoreContents&)>;

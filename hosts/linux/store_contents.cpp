@@ -53,6 +53,11 @@ void StoreContents::set(std::string_view key, SharedValue value) {
     }
 }
 
+void StoreContents::erase(std::string_view key) {
+    if (const auto value = values_.find(key); value != values_.end()) values_.erase(value);
+    if (const auto array = arrays_.find(key); array != arrays_.end()) arrays_.erase(array);
+}
+
 std::optional<std::vector<ElementRow>> StoreContents::turnIntoElements(std::string_view key,
                                                                        const platform::Json& json) {
     const auto found = values_.find(key);

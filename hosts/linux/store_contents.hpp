@@ -54,6 +54,9 @@ public:
     /// Null removes.
     void set(std::string_view key, SharedValue value);
 
+    /// Removes the value and all elements of the key.
+    void erase(std::string_view key);
+
     /// Turns a value under the key into elements: those of an array, none for any other value. The new rows; nothing
     /// where there was no value.
     std::optional<std::vector<ElementRow>> turnIntoElements(std::string_view key, const platform::Json& json);

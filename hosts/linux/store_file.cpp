@@ -11,6 +11,7 @@ namespace {
 
 constexpr int busyMilliseconds = 500;
 constexpr std::int64_t schemaVersion = 1;
+constexpr const char* damagedSuffix = ".damaged-";
 
 constexpr const char* schema = R"(
 CREATE TABLE stored_values(key TEXT PRIMARY KEY, kind TEXT NOT NULL, content) WITHOUT ROWID;
@@ -55,7 +56,7 @@ bool isBlocked(const std::filesystem::path& path) {
 
 /// A name that is free, beside the path.
 std::filesystem::path nameForDamaged(const std::filesystem::path& path) {
-    const std::string base = path.string() + ".damaged-" + std::to_string(std::time(nullptr));
+    const std::string base = path.string() + damagedSuffix + std::to_string(std::time(nullptr));
     std::string name = base;
     for (int number = 2; isThere(name); ++number) name = base + "-" + std::to_string(number);
     return name;
@@ -105,6 +106,7 @@ void StoreFile::connect() {
     database_ = std::make_unique<SqliteDatabase>(path_, SqliteDatabase::Access::readWrite, busyMilliseconds);
     database_->execute("PRAGMA journal_mode = WAL");
     database_->execute("PRAGMA synchronous = NORMAL");
+    database_->execute("PRAGMA secure_delete = ON");  // so that a rewritten page keeps nothing of what it held
     const auto version = [&] { return readNumber("PRAGMA user_version"); };
     if (version() == 0) {
         SqliteTransaction transaction(*database_);
@@ -266,6 +268,57 @@ bool StoreFile::reclaim(std::string_view key, const StoreContents::Reclaimed& re
 bool StoreFile::replace(std::string_view key, const KeyReplacement& replacement) {
     if (!replacement.needed) return true;
     return transact([&] { apply(key, replacement); });
+}
+
+std::string StoreFile::erase(const std::vector<std::string>& keys) {
+    std::string reason;
+    try {
+        eraseInFile(keys);
+    } catch (const SqliteError& error) {
+        reason = error.what();
+    }
+    if (!removeSetAside() && reason.empty()) reason = "a file that was set aside cannot be removed";
+    if (reason.empty()) return {};
+    return "The store \"" + path_.filename().string() + "\" could not be erased (" + reason + ").";
+}
+
+void StoreFile::eraseInFile(const std::vector<std::string>& keys) {
+    if (!database_) {
+        // It could not be opened, so what it holds is of no use to anybody.
+        for (const char* companion : {"", "-wal", "-shm"}) {
+            std::error_code error;
+            std::filesystem::remove(path_.string() + companion, error);
+            if (error && error != std::errc::not_a_directory) throw SqliteError(SQLITE_IOERR, error.message().c_str());
+        }
+        return;
+    }
+    {
+        SqliteTransaction transaction(*database_);
+        for (const auto& key : keys) {
+            database_->statement("DELETE FROM stored_values WHERE key = ?").bind(1, key).run();
+            database_->statement("DELETE FROM elements WHERE key = ?").bind(1, key).run();
+        }
+        transaction.commit();
+    }
+    // What was removed is still in free pages of the file and in its log.
+    database_->execute("VACUUM");
+    if (readNumber("PRAGMA wal_checkpoint(TRUNCATE)") != 0) throw SqliteError(SQLITE_BUSY, "another process reads it");
+}
+
+bool StoreFile::removeSetAside() const {
+    const auto prefix = path_.filename().string() + damagedSuffix;
+    std::error_code error;
+    std::vector<std::filesystem::path> found;
+    for (std::filesystem::directory_iterator entry(path_.parent_path(), error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (entry->path().filename().string().starts_with(prefix)) found.push_back(entry->path());
+    }
+    bool removed = true;
+    for (const auto& path : found) {
+        std::filesystem::remove_all(path, error);
+        removed &= !error;
+    }
+    return removed;
 }
 
 std::vector<ElementRow> StoreFile::take(std::string_view key, const KeyReplacement& replacement,

@@ -65,6 +65,10 @@ public:
     bool reclaim(std::string_view key, const StoreContents::Reclaimed& reclaimed);
     bool replace(std::string_view key, const KeyReplacement& replacement);
 
+    /// Removes all that the keys hold, rewrites the file so that nothing removed can be read from it, and removes the
+    /// files set aside. The empty text, or one sentence about what is left.
+    std::string erase(const std::vector<std::string>& keys);
+
     /// Marks the rows in flight. Those that another process has taken meanwhile are left out of the answer.
     std::vector<ElementRow> take(std::string_view key, const KeyReplacement& replacement, std::vector<ElementRow> rows);
 
@@ -72,6 +76,8 @@ private:
     template <typename Change>
     bool transact(Change change);
 
+    void eraseInFile(const std::vector<std::string>& keys);
+    [[nodiscard]] bool removeSetAside() const;
     void connect();
     [[nodiscard]] Loaded readEverything();
     void readValues(Loaded& loaded);

@@ -217,6 +217,10 @@ ORBINEL_API void orbinel_register_orbinel_callback_with_selector(orbinel_callbac
 ORBINEL_API void orbinel_send_error(const char* error, const char* desc);
 ORBINEL_API char* orbinel_get_sdk_version(void);
 ORBINEL_API void orbinel_set_development_log(bool on);
+ORBINEL_API void orbinel_erase_stored_data(void);
+/* The completion gets NULL, or one sentence about what could not be erased. */
+ORBINEL_API void orbinel_erase_stored_data_with_completion_handler(orbinel_callback completion, void* user_data,
+                                                                   orbinel_destroy destroy);
 
 /* --- An event --- */
 

@@ -107,6 +107,28 @@ public:
     static void enableLocationCollection(bool enabled) noexcept;
     static void enableCarrierCollection(bool enabled) noexcept;
 
+    /// Erases everything that the library keeps on the device, in files and in memory, for a person who asks for it.
+    ///
+    /// What goes: the identifiers (of the device, the person, and the vendor identifier where the host has made it),
+    /// the person's attributes and contacts, session stops that wait to be sent, remote content, counts of messages,
+    /// consents (set them again), the test device's mark, what the extensions left, and whatever the disk still held of
+    /// it. A session under way is not stopped but dropped, and a stop being sent is cancelled: the backend may have it,
+    /// and keeps what it was told before. What stays: entries of the application's own in the stores, and what the
+    /// platform keeps (permissions, the push token, what the application has done on its own).
+    ///
+    /// Afterwards the library is as after its first `start`: initialise it again, set collection, fonts and callbacks
+    /// again; only the development log stays as it is. The next session begins when the application next becomes
+    /// active, under new identifiers. Events, users and products made before do nothing any more.
+    ///
+    /// Returns at once; until the erasure is over every operation is neutral, as before `start`. `completion` runs on
+    /// the main queue: with nothing, or with one sentence about what could not be erased, which is reported as an
+    /// error, too; calling it again then is sound. While an erasure is under way, another call waits for that one.
+    /// Without a library (before `start`, after `shutdown`) nothing happens and no completion runs; after a `shutdown`
+    /// meanwhile, the erasure is finished all the same and the library stays ended. Threads: any. Not gated.
+    static void eraseStoredData() noexcept;
+    static void eraseStoredDataWithCompletionHandler(
+        std::function<void(const std::optional<std::string>& problem)> completion) noexcept;
+
     // --- The user ---
 
     /// The user, to describe and to log in or out. Begins with empty attributes: what was set before and has not left

@@ -15,6 +15,9 @@ struct Place {
     Mutex mutex;
     std::shared_ptr<World> world ORBINEL_GUARDED_BY(mutex);
     bool claimed ORBINEL_GUARDED_BY(mutex) = false;
+    bool erasing ORBINEL_GUARDED_BY(mutex) = false;    // then claimed, too
+    bool continues ORBINEL_GUARDED_BY(mutex) = false;  // with a world after the erasure
+    std::vector<Erased> waiting ORBINEL_GUARDED_BY(mutex);
 };
 
 // Never destroyed: an application may call the facade from its own static destructors.
@@ -54,7 +57,34 @@ std::shared_ptr<World> take() noexcept {
     auto& only = place();
     const MutexLock lock(only.mutex);
     currentEntrance = nullptr;
+    only.continues = false;
     return std::exchange(only.world, nullptr);
+}
+
+std::shared_ptr<World> beginErasure(Erased erased) {
+    auto& only = place();
+    const MutexLock lock(only.mutex);
+    if (only.world == nullptr && !only.erasing) return nullptr;
+    if (erased) only.waiting.push_back(std::move(erased));
+    if (only.erasing) return nullptr;
+    only.claimed = only.erasing = only.continues = true;
+    currentEntrance = nullptr;
+    return std::exchange(only.world, nullptr);
+}
+
+bool continuesAfterErasure() noexcept {
+    auto& only = place();
+    const MutexLock lock(only.mutex);
+    return only.continues;
+}
+
+std::vector<Erased> endErasure(std::shared_ptr<World> world) noexcept {
+    auto& only = place();
+    const MutexLock lock(only.mutex);
+    only.claimed = only.erasing = only.continues = false;
+    currentEntrance = world != nullptr ? world->entrance.get() : nullptr;
+    only.world = std::move(world);
+    return std::exchange(only.waiting, {});
 }
 
 }  // namespace orbinel::current_world

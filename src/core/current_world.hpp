@@ -1,6 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace orbinel {
 
@@ -21,8 +25,21 @@ namespace current_world {
 [[nodiscard]] bool claim() noexcept;
 void set(std::shared_ptr<World> world) noexcept;
 
-/// Takes the world out of its place.
+/// Takes the world out of its place. Where one is being erased, none comes after it.
 [[nodiscard]] std::shared_ptr<World> take() noexcept;
+
+/// Told when an erasure is over: nothing, or what could not be erased.
+using Erased = std::function<void(const std::optional<std::string>& problem)>;
+
+/// Takes the world out of its place and claims the place for the world that comes after the erasure. Nothing where
+/// there is no world; while an erasure is under way, `erased` waits for that one.
+[[nodiscard]] std::shared_ptr<World> beginErasure(Erased erased);
+
+/// Whether a world is to come after the erasure; asked before it is made.
+[[nodiscard]] bool continuesAfterErasure() noexcept;
+
+/// Puts the world (or nothing) in its place; who waits for the end of the erasure.
+[[nodiscard]] std::vector<Erased> endErasure(std::shared_ptr<World> world) noexcept;
 
 }  // namespace current_world
 }  // namespace orbinel

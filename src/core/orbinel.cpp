@@ -6,6 +6,7 @@
 #include "base/guard.hpp"
 #include "base/visit.hpp"
 #include "core/current_world.hpp"
+#include "core/erasure.hpp"
 #include "core/start.hpp"
 #include "core/world.hpp"
 #include "push/push_info.hpp"
@@ -214,6 +215,16 @@ void Orbinel::enableLocationCollection(bool enabled) noexcept {
 void Orbinel::enableCarrierCollection(bool enabled) noexcept {
     onWorld("+[Orbinel enableCarrierCollection:]",
             [&](World& world) { world.collectionSwitches.enableCarrierCollection(enabled); });
+}
+
+void Orbinel::eraseStoredData() noexcept { eraseStoredDataWithCompletionHandler({}); }
+
+void Orbinel::eraseStoredDataWithCompletionHandler(
+    std::function<void(const std::optional<std::string>& problem)> completion) noexcept {
+    const auto world = current_world::beginErasure(std::move(completion));
+    if (world == nullptr) return;
+    guarded(world->reports, "+[Orbinel eraseStoredDataWithCompletionHandler:]", [&] { replaceByErasedWorld(*world); });
+    if (!world->afterwards) static_cast<void>(current_world::endErasure(world));  // could not even begin
 }
 
 // --- The user ---

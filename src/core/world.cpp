@@ -120,10 +120,15 @@ std::shared_ptr<World> World::create(platform::Services services) {
         last->entrance->close();
         last->entrance->whenLeft([last] {
             const auto scheduler = last->services.scheduler;
-            if (scheduler->isMain()) {
+            const auto destroy = [last] {
+                const auto afterwards = std::move(last->afterwards);
                 delete last;
+                if (afterwards) afterwards();
+            };
+            if (scheduler->isMain()) {
+                destroy();
             } else {
-                scheduler->postMain([last] { delete last; });
+                scheduler->postMain(destroy);
             }
         });
     });

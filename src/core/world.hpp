@@ -106,6 +106,9 @@ public:
 
     const platform::Services services;
 
+    /// Runs on the main thread when the world has been destroyed. To be set while the world is held.
+    std::function<void()> afterwards;
+
     // base
     const Entrance::Claimed entrance;  // the first, to be given back when nothing else is left
     Reports reports;

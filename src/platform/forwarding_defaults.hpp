@@ -35,6 +35,9 @@ public:
     void reclaim(std::string_view key, std::function<void(ReclaimedElements)> reclaimed) noexcept override {
         target_->reclaim(key, std::move(reclaimed));
     }
+    void erase(std::vector<std::string> keys, std::function<void(std::string)> erased) noexcept override {
+        target_->erase(std::move(keys), std::move(erased));
+    }
 
 protected:
     const std::shared_ptr<DefaultsStore> target_;

@@ -14,6 +14,7 @@ public:
 
     std::shared_ptr<const DeviceFacts> facts() const noexcept override { return target_->facts(); }
     std::string makeUuid() noexcept override { return target_->makeUuid(); }
+    bool renewVendorIdentifier() noexcept override { return target_->renewVendorIdentifier(); }
 
 protected:
     const std::shared_ptr<Device> target_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string_view>
 
 /// Every key that the library keeps across launches, so that no two places disagree on one. An application's data on a
@@ -40,5 +41,16 @@ inline constexpr std::string_view carouselDeepLinkTimestamp = "orbinelCarouselDe
 /// Remote content has a store of its own: a record under the name of each variable, and this list of names.
 inline constexpr std::string_view contentSuite = "orbinel_content_optimizer";  // the name of the store
 inline constexpr std::string_view testContents = "OrbinelTestContents";
+
+/// All of them by the store that they are in: what erasing removes.
+inline constexpr std::array ofStandardStore{
+    appGroup,         orbinelId,        udidCache,      firstRun,
+    firstSession,     sessionStartTime, offlineQueue,   retryIdentityRequest,
+    userIdentifiers,  inappFrequency,   pushEnabled,    locationEnabled,
+    hybridSdkVersion, gdprConsent,      mobileConsent,  savedGdprConsent,
+    debugCheck,       autoIntegration,  deviceLocation, recommendationEndpoints};
+inline constexpr std::array ofAppGroup{orbinelId,      partnerName,         udidKeychain,
+                                       placeholderLog, interactivePushSeen, carouselId,
+                                       carouselCampId, carouselDeepLink,    carouselDeepLinkTimestamp};
 
 }  // namespace orbinel::keys

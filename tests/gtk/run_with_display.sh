@@ -30,7 +30,7 @@ if ! read -r -t 20 number <&4; then
 fi
 
 # Nothing of the person's session: neither their bus nor their settings, and the same drawing everywhere.
-export DISPLAY=":$number" GDK_BACKEND=x11 GSK_RENDERER=cairo
+export DISPLAY=":$number" GDK_BACKEND=x11 GSK_RENDERER=cairo GDK_DEBUG=gl-disable
 export DBUS_SESSION_BUS_ADDRESS=disabled: GTK_A11Y=none GSETTINGS_BACKEND=memory NO_AT_BRIDGE=1
 export HOME="$scratch" XDG_DATA_HOME="$scratch/data" XDG_CACHE_HOME="$scratch/cache" XDG_CONFIG_HOME="$scratch/config"
 export XDG_RUNTIME_DIR="$scratch/run"

@@ -270,6 +270,26 @@ TEST_P(DefaultsContract, AValueThatIsNoArrayStaysUntilAnElementIsAppended) {
     EXPECT_THAT(jsonOf(take()), ElementsAre("1", "3"));
 }
 
+TEST_P(DefaultsContract, ErasedKeysAreGoneForGoodWithAllTheirElementsAndOthersStay) {
+    store->set("secret", "a");
+    store->set("kept", "b");
+    store->synchronize();
+    store->set("secret", "c");
+    store->append("queue", "1");
+    store->append("others", "2");
+    ASSERT_TRUE(appendInFlight("3"));
+    const auto problem = answerOf<std::string>([&](auto done) { store->erase({"secret", "queue"}, std::move(done)); });
+    EXPECT_EQ(problem, "");
+    EXPECT_THAT(store->keys(), testing::UnorderedElementsAre("kept", "others"));
+    store->synchronize();
+
+    relaunch();
+    EXPECT_EQ(reclaim().returned, 0u);
+    EXPECT_THAT(store->keys(), testing::UnorderedElementsAre("kept", "others"));
+    store->append("queue", "4");
+    EXPECT_EQ(take().size(), 1u);
+}
+
 TEST_P(DefaultsContract, OperationsOnElementsThatAreNotInFlightChangeNothing) {
     store->append("queue", "1");
     const auto taken = take();

@@ -103,6 +103,7 @@ std::vector<Operation> facadeOperations() {
         facade("handleUrl:", &Orbinel::handleUrl),
         facade("sendError:desc:", &Orbinel::sendError),
         facade("getSDKVersion", &Orbinel::getSDKVersion),
+        facade("eraseStoredData", &Orbinel::eraseStoredData),
         facade("setDevelopmentLog:", &Orbinel::setDevelopmentLog),
         maker<OrbinelIdentifiers>("new:OrbinelIdentifiers", ThingKind::identifiers),
         maker<Target>("new:Target", ThingKind::target),

@@ -86,6 +86,12 @@ public:
     /// flight to the array and drops what they had given up. Where another living process owns the stores, nothing is
     /// reclaimed, and nobody waits.
     virtual void reclaim(std::string_view key, std::function<void(ReclaimedElements)> reclaimed) noexcept = 0;
+
+    /// Removes the values and all elements of the keys, also those in flight, and from the disk every trace of them, of
+    /// whatever was removed or replaced earlier, and of stores that were set aside. Other keys stay. `erased` runs with
+    /// the empty text once that is on disk, else with one sentence that says what is left; from memory they are gone
+    /// either way.
+    virtual void erase(std::vector<std::string> keys, std::function<void(std::string problem)> erased) noexcept = 0;
 };
 
 /// Opens the stores.

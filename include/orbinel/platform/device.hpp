@@ -54,6 +54,11 @@ public:
 
     /// A new random UUID (RFC 9562, version 4) in its text form with upper-case digits and hyphens.
     [[nodiscard]] virtual std::string makeUuid() noexcept = 0;
+
+    /// Forgets the vendor identifier where the host itself made and keeps it; a new one takes its place. Called on a
+    /// background thread. False where the old one could not be removed. Where the system owns it, there is nothing to
+    /// do.
+    virtual bool renewVendorIdentifier() noexcept { return true; }
 };
 
 }  // namespace orbinel::platform

@@ -43,6 +43,13 @@ std::function<void(const std::string&)> textCallback(orbinel_callback callback, 
         [callback, userData = std::move(userData)](const std::string& text) { callback(userData.get(), text.c_str()); };
 }
 
+std::function<void(const std::optional<std::string>&)> problemCallback(orbinel_callback callback, UserData userData) {
+    if (callback == nullptr) return {};
+    return [callback, userData = std::move(userData)](const std::optional<std::string>& problem) {
+        callback(userData.get(), problem ? problem->c_str() : nullptr);
+    };
+}
+
 std::function<void()> completionCallback(orbinel_completion completion, UserData userData) {
     if (completion == nullptr) return {};
     return [completion, userData = std::move(userData)] { completion(userData.get()); };

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "orbinel/orbinel.h"
@@ -18,6 +19,8 @@ using UserData = std::shared_ptr<void>;
 
 /// Empty where there is no function.
 [[nodiscard]] std::function<void(const std::string&)> textCallback(orbinel_callback callback, UserData userData);
+[[nodiscard]] std::function<void(const std::optional<std::string>&)> problemCallback(orbinel_callback callback,
+                                                                                     UserData userData);
 [[nodiscard]] std::function<void()> completionCallback(orbinel_completion completion, UserData userData);
 
 /// The content as JSON text. Empty where there is no function; throws where the library is not started.

@@ -418,3 +418,15 @@ char* orbinel_get_sdk_version(void) {
 void orbinel_set_development_log(bool on) {
     run(__func__, [&] { Orbinel::setDevelopmentLog(on); });
 }
+
+void orbinel_erase_stored_data(void) {
+    run(__func__, [] { Orbinel::eraseStoredData(); });
+}
+
+void orbinel_erase_stored_data_with_completion_handler(orbinel_callback completion, void* user_data,
+                                                       orbinel_destroy destroy) {
+    run(__func__, [&] {
+        auto callback = problemCallback(completion, takeUserData(user_data, destroy));
+        Orbinel::eraseStoredDataWithCompletionHandler(std::move(callback));
+    });
+}

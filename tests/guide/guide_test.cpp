@@ -1,0 +1,136 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "guide.hpp"
+#include "orbinel/headless/headless_host.hpp"
+
+// The pages of docs/guide hold no code but what is compiled here, and that does what they say.
+namespace orbinel::testing {
+
+namespace {
+
+using ::testing::Contains;
+
+const std::filesystem::path root = ORBINEL_SOURCE_DIR;
+
+/// Without indentation, so that a page may quote the inside of a function.
+std::string withoutIndentation(const std::string& line) {
+    const auto begin = line.find_first_not_of(' ');
+    return begin == std::string::npos ? "" : line.substr(begin);
+}
+
+std::string linesOf(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    std::string lines = "\n";
+    for (std::string line; std::getline(file, line);) lines += withoutIndentation(line) + "\n";
+    return lines;
+}
+
+std::vector<std::string> codeOf(const std::filesystem::path& page) {
+    std::ifstream file(page);
+    std::vector<std::string> blocks;
+    bool inside = false;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("```")) {
+            inside = line == "```cpp";
+            if (inside) blocks.emplace_back("\n");
+        } else if (inside) {
+            blocks.back() += withoutIndentation(line) + "\n";
+        }
+    }
+    return blocks;
+}
+
+TEST(Guide, EveryPieceOfCodeOnThePagesIsPartOfAnExample) {
+    std::string examples;
+    for (const auto* folder : {"examples/guide", "examples/application"}) {
+        for (const auto& file : std::filesystem::directory_iterator(root / folder)) examples += linesOf(file.path());
+    }
+    std::size_t blocks = 0;
+    for (const auto& page : std::filesystem::directory_iterator(root / "docs/guide")) {
+        for (const auto& code : codeOf(page.path())) {
+            ++blocks;
+            EXPECT_NE(examples.find(code), std::string::npos)
+                << page.path() << " quotes what no example holds:" << code;
+        }
+    }
+    EXPECT_GT(blocks, 10u);
+}
+
+class GuideExamples : public ::testing::Test {
+protected:
+    GuideExamples() {
+        host.http->setHandler([](const auto& request) {
+            const bool identity = request.url.find("/identity/") != std::string::npos;
+            return platform::HttpResponse{200, {}, identity ? "person-of-the-guide" : "", ""};
+        });
+        EXPECT_TRUE(start(host.services()));
+        Orbinel::setDevelopmentLog(true);
+        Orbinel::initWithLaunchOptions(std::nullopt, "acme", "group.acme");
+        host.notificationCentre->post(platform::notification_names::didBecomeActive, {});
+        host.settle();
+    }
+    ~GuideExamples() override {
+        shutdown();
+        host.settle();
+    }
+
+    std::string console() const {
+        std::string all;
+        for (const auto& line : host.console->lines()) all += line + "\n";
+        return all;
+    }
+
+    const headless::HeadlessHost host;
+};
+
+TEST_F(GuideExamples, DropNothingOfWhatTheyReport) {
+    host.console->clear();
+    guide::reportEvents();
+    guide::describeUser();
+    guide::reportShopping();
+    for (const auto* name : {"article_read", "search", "sign_up_confirmation"}) {
+        EXPECT_THAT(console(), ::testing::HasSubstr(name));
+    }
+    for (const auto* refusal : {"Ignored", "Skipped", "refused", "invalid"}) {
+        EXPECT_THAT(console(), ::testing::Not(::testing::HasSubstr(refusal)));
+    }
+}
+
+TEST_F(GuideExamples, RunFromLoginToErasure) {
+    guide::respectPrivacy(true, false);
+    guide::logIn();
+    host.settle();
+    EXPECT_EQ(Orbinel::getOrbinelID(), "person-of-the-guide");
+    guide::logOut();
+    EXPECT_EQ(guide::titleOfHomePage(), "Welcome");
+    guide::showRecommendations(1);
+    EXPECT_EQ(guide::productIdsOf({{"products", Array{Dictionary{{"product_id", "a"}}, 7}}}),
+              std::vector<std::string>{"a"});
+    guide::askForPushes();
+    guide::handOverPushes({1, 2}, {{"aps", Dictionary()}, {"source", "Orbinel"}});
+    guide::handOverLinks("https://shop.example/sale");
+    guide::keepMessagesAwayDuringCheckout(true);
+    const auto engagement = std::make_shared<guide::Engagement>();
+    guide::listenForMessages(engagement);
+    engagement->onOrbinel({{"type", 5}, {"data", Dictionary{{"inapp_id", "7"}}}});
+    EXPECT_THAT(engagement->shownMessages, Contains("7"));
+    host.settle();
+
+    std::string told;
+    guide::eraseEverything(told);
+    host.settle();
+    EXPECT_EQ(told, "Everything is erased.");
+    EXPECT_NE(Orbinel::getOrbinelID(), "person-of-the-guide");
+}
+
+TEST(GuideForTests, APurchaseIsSeenOverADeviceInMemory) { EXPECT_TRUE(guide::purchaseIsReported()); }
+
+}  // namespace
+
+}  // namespace orbinel::testing
