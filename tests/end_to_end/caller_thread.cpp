@@ -107,6 +107,9 @@ int run() {
     const auto services = host.services();
     services.defaults->standard()->set(keys::gdprConsent, true);
     services.defaults->standard()->set(keys::orbinelId, "known");
+    // As at every launch but an installation's first, which looks once whether an earlier installation left its device
+    // ID.
+    services.defaults->standard()->set(keys::udidCache, "0123456789ABCDEF0123456789ABCDEF");
     if (!start(services)) return 1;
     Orbinel::initWithLaunchOptions(std::nullopt, "acme", "group.acme", "http://127.0.0.1:1");
     services.notificationCentre->post(platform::notification_names::didBecomeActive, {});
