@@ -32,7 +32,7 @@ platform::HttpOutcome cancelled() { return platform::HttpFailure{"The request wa
 /// What the service, its tickets and the network thread share.
 class CurlHttp::Network : public std::enable_shared_from_this<Network> {
 public:
-    Network() : multi_(makeMulti()) {}
+    explicit Network(LinuxNetworkOptions options) : multi_(makeMulti()), settings_(std::move(options)) {}
 
     std::uint64_t enqueue(platform::HttpRequest request, platform::HttpCompletion completion) {
         std::uint64_t id = 0;
@@ -117,13 +117,13 @@ private:
         while (active_.size() < maximumTransfers && !waiting_.empty()) {
             auto transfer = std::move(waiting_.front());
             waiting_.pop_front();
-            const bool ready =
-                transfer->prepare(takeEasy()) && curl_multi_add_handle(multi_.get(), transfer->easy()) == CURLM_OK;
+            const bool ready = transfer->prepare(takeEasy(), settings_) &&
+                               curl_multi_add_handle(multi_.get(), transfer->easy()) == CURLM_OK;
             if (ready) {
                 const auto id = transfer->id();
                 active_.emplace(id, std::move(transfer));
             } else {
-                auto outcome = transfer->outcome(CURLE_FAILED_INIT);
+                auto outcome = transfer->outcome(CURLE_FAILED_INIT, settings_);
                 finish(std::move(transfer), std::move(outcome));
             }
         }
@@ -141,7 +141,7 @@ private:
         CurlTransfer* ended = nullptr;
         curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &ended);
         auto transfer = takeActive(ended->id());
-        auto outcome = transfer->outcome(code);
+        auto outcome = transfer->outcome(code, settings_);
         finish(std::move(transfer), std::move(outcome));
         return true;
     }
@@ -190,6 +190,7 @@ private:
 
     // Of the network thread alone. The handles must be gone before the multi handle that keeps their connections.
     const Multi multi_;
+    const NetworkSettings settings_;
     std::vector<CurlEasy> idle_;
     std::map<std::uint64_t, TransferPointer> active_;  // oldest first
     std::deque<TransferPointer> waiting_;
@@ -203,7 +204,7 @@ private:
     std::thread thread_ ORBINEL_GUARDED_BY(mutex_);
 };
 
-CurlHttp::CurlHttp() : network_(std::make_shared<Network>()) {}
+CurlHttp::CurlHttp(LinuxNetworkOptions options) : network_(std::make_shared<Network>(std::move(options))) {}
 
 CurlHttp::~CurlHttp() { network_->end(); }
 

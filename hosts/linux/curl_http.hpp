@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "orbinel/linux/linux_host.hpp"
 #include "orbinel/platform/http.hpp"
 
 namespace orbinel::hosts {
@@ -10,7 +11,7 @@ namespace orbinel::hosts {
 /// TLS where the server does, verifies certificates and transfers at most eight requests at once.
 class CurlHttp final : public platform::Http {
 public:
-    CurlHttp();
+    explicit CurlHttp(LinuxNetworkOptions options = {});
     ~CurlHttp() override;
     CurlHttp(const CurlHttp&) = delete;
     CurlHttp& operator=(const CurlHttp&) = delete;

@@ -50,7 +50,7 @@ bool isToken(std::string_view method) noexcept {
 CurlTransfer::CurlTransfer(std::uint64_t id, platform::HttpRequest request, platform::HttpCompletion completion)
     : id_(id), request_(std::move(request)), completion_(std::move(completion)) {}
 
-bool CurlTransfer::prepare(CurlEasy easy) {
+bool CurlTransfer::prepare(CurlEasy easy, const NetworkSettings& settings) {
     easy_ = std::move(easy);
     if (!easy_) return reason_ = "There is no memory for a request.", false;
     if (!isAbsoluteHttpUrl(request_.url)) return reason_ = "The URL is not an absolute http or https URL.", false;
@@ -58,6 +58,7 @@ bool CurlTransfer::prepare(CurlEasy easy) {
     if (!addHeaders()) return false;
 
     CURL* handle = easy_.get();
+    settings.apply(handle);
     curl_easy_setopt(handle, CURLOPT_URL, request_.url.c_str());
     setMethodAndBody();
     curl_easy_setopt(handle, CURLOPT_HTTPHEADER, headerLines_.get());
@@ -127,9 +128,9 @@ void CurlTransfer::setMethodAndBody() {
     if (request_.method != "POST") curl_easy_setopt(handle, CURLOPT_CUSTOMREQUEST, request_.method.c_str());
 }
 
-platform::HttpOutcome CurlTransfer::outcome(CURLcode code) {
+platform::HttpOutcome CurlTransfer::outcome(CURLcode code, const NetworkSettings& settings) {
     if (!reason_.empty()) return platform::HttpFailure{std::move(reason_)};
-    if (code != CURLE_OK) return platform::HttpFailure{std::string(curl_easy_strerror(code)) + "."};
+    if (code != CURLE_OK) return platform::HttpFailure{settings.reasonOf(code)};
 
     long status = 0;
     long redirects = 0;

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "hosts/linux/network_settings.hpp"
 #include "orbinel/platform/http.hpp"
 
 namespace orbinel::hosts {
@@ -27,13 +28,13 @@ public:
     [[nodiscard]] std::uint64_t id() const noexcept { return id_; }
 
     /// Sets the handle up for this request. False where the request cannot be sent; `outcome` then says why.
-    [[nodiscard]] bool prepare(CurlEasy easy);
+    [[nodiscard]] bool prepare(CurlEasy easy, const NetworkSettings& settings);
 
     /// The handle; null before `prepare`.
     [[nodiscard]] CURL* easy() const noexcept { return easy_.get(); }
 
     /// The outcome of a transfer that libcurl has ended.
-    [[nodiscard]] platform::HttpOutcome outcome(CURLcode code);
+    [[nodiscard]] platform::HttpOutcome outcome(CURLcode code, const NetworkSettings& settings);
 
     /// Gives the handle back for the next request, cleared of this one.
     [[nodiscard]] CurlEasy releaseEasy() noexcept;

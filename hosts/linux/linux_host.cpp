@@ -50,7 +50,7 @@ LinuxHost::LinuxHost(LinuxHostOptions options) : parts_(std::make_unique<Parts>(
     const bool maySuspend = options.backgroundMaySuspend;
     auto& services = parts_->services;
     services.scheduler = parts_->scheduler;
-    services.http = makeLinuxHttp();
+    services.http = makeLinuxHttp(std::move(options.network));
     services.json = std::make_shared<RapidJson>();
     services.base64 = std::make_shared<GlibBase64>();
     services.defaults = makeLinuxDefaults(directory, services.json);
@@ -84,7 +84,9 @@ void LinuxHost::quit() noexcept { parts_->scheduler->quit(); }
 
 void LinuxHost::attachToGlibMainContext() { parts_->scheduler->attachToGlibMainContext(); }
 
-std::shared_ptr<platform::Http> makeLinuxHttp() { return std::make_shared<CurlHttp>(); }
+std::shared_ptr<platform::Http> makeLinuxHttp(LinuxNetworkOptions network) {
+    return std::make_shared<CurlHttp>(std::move(network));
+}
 
 std::shared_ptr<platform::Defaults> makeLinuxDefaults(const std::filesystem::path& directory,
                                                       std::shared_ptr<const platform::Json> json) {

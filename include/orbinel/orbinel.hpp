@@ -374,7 +374,10 @@ public:
     /// The library's version, such as "13.9.0".
     [[nodiscard]] static std::string getSDKVersion() noexcept;
 
-    /// Writes on the console what the library does, and what it drops and why. Off at every start; never sent.
+    /// Writes on the console what the library does, and what it drops and why. Off at every start; never sent. E-mail
+    /// addresses, telephone numbers, identifiers, tokens, values of user attributes and whole requests are shortened to
+    /// their first two characters and their length, so that a log may be passed on; names, event parameters and
+    /// payloads of pushes are not.
     static void setDevelopmentLog(bool on) noexcept;
 
 private:

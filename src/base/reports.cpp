@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "base/redaction.hpp"
 #include "base/value_text.hpp"
 
 namespace orbinel {
@@ -55,7 +56,9 @@ void Reports::take(DiagnosticRecord record) {
     note([&] {
         std::string line(textOf(record.type));
         line.append(record.level == LogLevel::error ? " error: " : ": ").append(record.message);
-        if (record.customAttributes) line.append(" ").append(textOf(*record.customAttributes));
+        if (record.customAttributes) {
+            line.append(" ").append(textOf(redacted(*record.customAttributes, textOf(record.type))));
+        }
         return line;
     });
     auto* sink = diagnosticLog.get();
@@ -64,7 +67,9 @@ void Reports::take(DiagnosticRecord record) {
 
 void Reports::take(Dictionary data, std::string_view methodType, bool isError, bool shouldFeed) {
     const Raised report(makingReport);
-    note([&] { return "feed " + std::string(methodType) + (isError ? " error: " : ": ") + textOf(data); });
+    note([&] {
+        return "feed " + std::string(methodType) + (isError ? " error: " : ": ") + textOf(redacted(data, methodType));
+    });
     auto* sink = wizardFeed.get();
     if (report.first() && sink != nullptr && sink->takesFeeds(shouldFeed)) {
         sink->feedData(std::move(data), methodType, isError, shouldFeed);
@@ -84,7 +89,7 @@ void Reports::sendError(std::string_view error, std::string_view description) no
 
 void Reports::writeDevelopmentLine(std::string_view line) noexcept {
     try {
-        console_.writeLine("[ORBINEL][DEVELOPMENT] " + textOf(Value(line)));
+        console_.writeLine("[ORBINEL][DEVELOPMENT] " + textOf(Value(redacted(line))));
     } catch (...) {  // out of memory: the line is lost
     }
 }

@@ -121,9 +121,9 @@ std::shared_ptr<World> World::create(platform::Services services) {
         last->entrance->whenLeft([last] {
             const auto scheduler = last->services.scheduler;
             const auto destroy = [last] {
-                const auto afterwards = std::move(last->afterwards);
+                const auto next = std::move(last->afterwards);
                 delete last;
-                if (afterwards) afterwards();
+                if (next) next();
             };
             if (scheduler->isMain()) {
                 destroy();

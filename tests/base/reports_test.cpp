@@ -13,7 +13,9 @@ namespace orbinel::testing {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
@@ -61,6 +63,42 @@ TEST_F(ReportsTest, BuildsNothingThatNobodyTakes) {
                 ElementsAre("[ORBINEL][DEVELOPMENT] common error: m {}", "[ORBINEL][DEVELOPMENT] feed f error: {}"));
     reports.feed("f", [&]() -> Dictionary { throw 1; });
     EXPECT_THAT(console.lines(), SizeIs(3));
+}
+
+TEST_F(ReportsTest, TheDevelopmentLogTellsNobodyWhoThePersonIs) {
+    reports.setDevelopmentLog(true);
+    const auto lineOf = [&](const std::string& topic, const Dictionary& data) {
+        reports.feed(topic, [&] { return data; });
+        return console.lines().back().substr(std::string("[ORBINEL][DEVELOPMENT] feed ").size());
+    };
+    EXPECT_EQ(lineOf("setUserAttribute", {{"name", "na"}, {"value", "Adelheid"}}),
+              "setUserAttribute: {name: \"na\", value: \"Ad…(8)\"}");
+    EXPECT_EQ(lineOf("setCustomAttribute", {{"name", "age"}, {"value", 34}}),
+              "setCustomAttribute: {name: \"age\", value: \"…(2)\"}");
+    EXPECT_EQ(lineOf("setUserIdentifier", {{"c_club", "member-7"}}), "setUserIdentifier: {c_club: \"me…(8)\"}");
+    EXPECT_EQ(lineOf("saved", {{"orbinel_id", "person.of.test"}, {"identifiers", Dictionary{{"uuid", "number-42"}}}}),
+              "saved: {orbinel_id: \"pe…(14)\", identifiers: {uuid: \"nu…(9)\"}}");
+    EXPECT_EQ(lineOf("registerDeviceToken", {{"deviceToken", "00ff11ee22dd33cc"}}),
+              "registerDeviceToken: {deviceToken: \"00…(16)\"}");
+    EXPECT_EQ(lineOf("sessionStopRequest", {{"stop_request", "{\"na\": \"Ada\"}"}}),
+              "sessionStopRequest: {stop_request: \"{\"…(13)\"}");
+    // Wherever else they stand, also where the line is cut.
+    EXPECT_EQ(lineOf("tagEvent", {{"event_name", "seen"}, {"note", "to ada@acme.com, +441632960001."}, {"price", 9.5}}),
+              "tagEvent: {event_name: \"seen\", note: \"to ad…(12), +4…(13).\", price: 9.5}");
+    const std::string udid = "166B1A6EF9524185BB60F7D6C86CD62C";
+    const std::string filler(1980, 'x');
+    EXPECT_THAT(lineOf("f", {{"a", filler + " " + udid}}), Not(HasSubstr(udid.substr(0, 5))));
+    reports.note("The device 166b1a6e-f952-4185-bb60-f7d6c86cd62c asked at 1795391514.0123456789012345.");
+    EXPECT_EQ(console.lines().back(),
+              "[ORBINEL][DEVELOPMENT] The device 16…(36) asked at 1795391514.0123456789012345.");
+}
+
+TEST_F(ReportsTest, WhoTakesReportsGetsThemWhole) {
+    reports.setDevelopmentLog(true);
+    reports.wizardFeed.bind(sinks);
+    const Dictionary data{{"name", "em"}, {"value", "ada@acme.com"}};
+    reports.feed("setUserAttribute", [&] { return data; });
+    EXPECT_EQ(sinks.feeds("setUserAttribute").at(0).data, data);
 }
 
 TEST_F(ReportsTest, CatchesEverythingAndDescribesIt) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <memory>
 #include <set>
 #include <string>
@@ -148,6 +149,49 @@ TEST_F(Http, ACompletionThatCancelsAnotherFinishedRequestIsObeyed) {
         const auto* failure = std::get_if<platform::HttpFailure>(&outcome);
         EXPECT_TRUE(failure == nullptr || failure->cancelled);
     }
+}
+
+/// A variable of the environment for one test.
+class Variable {
+public:
+    Variable(const char* name, const std::string& value) : name_(name) { ::setenv(name, value.c_str(), 1); }
+    ~Variable() { ::unsetenv(name_); }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+private:
+    const char* const name_;
+};
+
+TEST_F(Http, GoesThroughTheProxyOfTheOptionsElseOfTheEnvironment) {
+    auto elsewhere = request("/answer");
+    elsewhere.url = "http://nobody.test/answer";  // a host that only a proxy can answer for
+    const auto isAnswered = [&](CurlHttp* service) {
+        http.reset(service);
+        const auto outcome = outcomeOf(elsewhere);
+        return std::holds_alternative<platform::HttpResponse>(outcome);
+    };
+    EXPECT_FALSE(isAnswered(new CurlHttp()));
+    EXPECT_TRUE(isAnswered(new CurlHttp({server.url(""), {}})));
+
+    const Variable proxy("http_proxy", server.url(""));
+    EXPECT_TRUE(isAnswered(new CurlHttp()));
+    EXPECT_FALSE(isAnswered(new CurlHttp({"", {}})));
+    const Variable direct("no_proxy", "nobody.test");
+    EXPECT_FALSE(isAnswered(new CurlHttp()));
+}
+
+TEST_F(Http, AuthoritiesThatCannotBeUsedFailWithAReasonThatNamesThem) {
+    auto secure = request("/answer");
+    secure.url.replace(0, 4, "https");
+    const std::string reason = "The certificate authorities (/nowhere/authorities.pem) cannot be used.";
+    http = std::make_unique<CurlHttp>(LinuxNetworkOptions{{}, "/nowhere/authorities.pem"});
+    EXPECT_EQ(failureOf(secure), reason);
+    EXPECT_EQ(failureOf(request("/answer")), "");
+
+    const Variable file("SSL_CERT_FILE", "/nowhere/authorities.pem");
+    http = std::make_unique<CurlHttp>();
+    EXPECT_EQ(failureOf(secure), reason);
 }
 
 }  // namespace

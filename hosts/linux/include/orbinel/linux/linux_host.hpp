@@ -15,6 +15,19 @@
 /// The platform's services on Linux, for applications with or without a window.
 namespace orbinel::hosts {
 
+/// How the backend is reached. What is left out is taken from the environment, as it is when the service is made.
+struct LinuxNetworkOptions {
+    /// The proxy's URL, such as "http://proxy.acme.com:3128", with user and password where it asks for them
+    /// ("http://user:password@…"); also https and socks5. The empty text: none. Absent: http_proxy, https_proxy,
+    /// all_proxy. Hosts that no_proxy names are reached directly, whoever has named the proxy.
+    std::optional<std::string> proxy;
+
+    /// Whom to trust, in place of the system's authorities: a file of certificates (PEM), or a directory of such files
+    /// under their hashed names (`openssl rehash`). Empty: SSL_CERT_FILE, SSL_CERT_DIR, else the system's. One that
+    /// cannot be used fails every https request with a reason that names it.
+    std::filesystem::path certificateAuthorities;
+};
+
 struct LinuxHostOptions {
     /// Where everything is stored; empty: "orbinel/<program name>" in the person's data directory ($XDG_DATA_HOME, else
     /// ~/.local/share). Made where it is missing, closed to other people.
@@ -30,6 +43,8 @@ struct LinuxHostOptions {
 
     /// Whether the system may suspend the process as soon as the application is in the background, as phones do.
     bool backgroundMaySuspend = false;
+
+    LinuxNetworkOptions network = {};
 };
 
 /// All services over one data directory, and the main queue that the application has to run.
@@ -67,7 +82,7 @@ private:
 };
 
 /// HTTP alone, for a mixture of hosts.
-[[nodiscard]] ORBINEL_API std::shared_ptr<platform::Http> makeLinuxHttp();
+[[nodiscard]] ORBINEL_API std::shared_ptr<platform::Http> makeLinuxHttp(LinuxNetworkOptions network = {});
 
 /// Stores in the directory alone, for a mixture of hosts.
 [[nodiscard]] ORBINEL_API std::shared_ptr<platform::Defaults> makeLinuxDefaults(
