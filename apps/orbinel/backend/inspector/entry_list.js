@@ -8,8 +8,8 @@ const marks = {request: '⇄', event: '●', message: '▣', feed: '»', log: '�
 
 /** A list of timeline entries that a search and a choice of kinds narrow down. */
 export class EntryList {
-  constructor({label, details, newestFirst = false}) {
-    this.list = new VirtualList({label, rowHeight: 56, fill, newestFirst, chosen: row => details.show(row)});
+  constructor({label, details, newestFirst = false, chosen}) {
+    this.list = new VirtualList({label, rowHeight: 56, fill, newestFirst, chosen: row => { details.show(row); chosen?.(row); }});
     this.count = make('p', {class: 'count'});
     this.node = make('div', {class: 'entries'}, this.count, this.list.node);
     this.rows = [];
@@ -28,6 +28,7 @@ export class EntryList {
 function fill(button, row) {
   button.classList.add('kind-' + row.kind);
   button.classList.toggle('bad', isBad(row));
+  button.classList.toggle('edge', row === row.session?.start || row === row.session?.stop);
   button.append(make('span', {class: 'mark', 'aria-hidden': 'true'}, marks[row.kind]),
                 make('span', {class: 'unseen'}, kinds[row.kind] + ': '),
                 make('span', {class: 'title'}, titleOf(row).slice(0, 300)),

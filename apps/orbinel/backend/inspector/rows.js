@@ -68,7 +68,7 @@ export function aboutOf(row) {
   switch (row.kind) {
     case 'request': return [row.status >= 300 && 'answered ' + row.status, row.problem, row.summary, sizeOf(row.size)].filter(Boolean).join(' · ');
     case 'event': return isObject(row.parameters) ? brief(row.parameters) : brief(listOr(row.parameters));
-    case 'message': return brief(row.data);
+    case 'message': return brief(row.parameters ?? row.data);
     case 'feed': return brief(row.data ?? {});
     default: return [row.type, brief(row.attributes)].filter(Boolean).join(' · ');
   }
@@ -85,7 +85,8 @@ export function textOf(row) {
 }
 
 export function sessionTitle(session) {
-  return `${session.partner || 'no partner'} · ${session.id || 'no session ID'}`;
+  const id = session.id.length > 12 ? session.id.slice(0, 8) + '…' : session.id;
+  return `${session.partner || 'no partner'} · ${id || 'no session ID'}`;
 }
 
 export function sessionAbout(session) {

@@ -6,12 +6,12 @@ import {kinds, rowsOf, sessionAbout, sessionTitle} from './rows.js';
 import {scenarioOf} from './scenario.js';
 import {VirtualList} from './virtual_list.js';
 
-/** Sessions, and the timeline of the chosen one. */
+/** Sessions, and the timeline of the chosen one: of the newest, until the person chooses one or an entry of it. */
 export function sessionsView(context) {
   const details = new Details();
   const list = new VirtualList({label: 'Sessions, newest first', rowHeight: 64, newestFirst: true, fill: fillSession,
                                 chosen: session => { location.hash = '#/sessions/' + session.key; }});
-  const entries = new EntryList({label: 'Timeline, oldest first', details});
+  const entries = new EntryList({label: 'Timeline, oldest first', details, chosen: () => { wanted ||= session.key; }});
   const on = new Set(Object.keys(kinds));
   const filter = kindFilter('Kinds of entries', kinds, on, () => showTimeline());
   const heading = make('h2', {});
@@ -37,8 +37,7 @@ export function sessionsView(context) {
 
   function choose() {
     const {sessions} = context.store;
-    const found = sessions.find(one => one.key === wanted);
-    session = found ?? (sessions.includes(session) ? session : sessions.at(-1) ?? null);
+    session = sessions.find(one => one.key === wanted) ?? sessions.at(-1) ?? null;
     node.dataset.level = wanted ? 'timeline' : 'list';
     if (!session) { heading.textContent = 'No session yet'; return entries.show([], ''); }
     heading.textContent = sessionTitle(session);

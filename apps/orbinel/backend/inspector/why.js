@@ -1,6 +1,6 @@
 import {definitions, make} from './dom.js';
-import {brief, listOr, numberOr, objectOr, textOr, timeOf} from './format.js';
-import {conditionHolds, conditionsOf, conditionText, countOf, gates, isEventBased, priorityOf, verdictsOf} from './gates.js';
+import {brief, count, listOr, numberOr, objectOr, textOr, timeOf} from './format.js';
+import {conditionHolds, conditionsOf, conditionText, gates, isEventBased, priorityOf, verdictsOf} from './gates.js';
 import {sessionTitle} from './rows.js';
 
 const signs = {passed: '✓', stopped: '✕', 'not reached': '·'};
@@ -53,11 +53,11 @@ function offerSessions(select, sessions, wanted) {
   select.dataset.chosen = wanted;
 }
 
-function noteAbout(session, count) {
+function noteAbout(session, drawn) {
   if (listOr(session.answer.inapps).length === 0) return 'The start of this session delivered no campaigns.';
   const missing = [!session.stop && 'The session still runs: its events come with its stop.',
                    session.logs.length === 0 && 'No diagnostic log came: what the events do not say is worked out.'];
-  return [`${count} of the campaigns that its start delivered.`, ...missing].filter(Boolean).join(' ');
+  return [`${drawn} of the campaigns that its start delivered.`, ...missing].filter(Boolean).join(' ');
 }
 
 function drawPortion(list, verdicts, from) {
@@ -102,9 +102,9 @@ function conditionList({campaign, facts}) {
 }
 
 function countText({campaign, facts}) {
-  const came = facts.occurred.length === facts.matching.length ? `came ${facts.occurred.length}`
-                                                               : `came ${facts.occurred.length}, ${facts.matching.length} met the conditions`;
-  return `${came} of ${countOf(campaign)}`;
+  const {occurred, matching, needed} = facts;
+  const came = `came ${count(occurred.length, 'time')}` + (occurred.length === matching.length ? '' : `, ${matching.length} met the conditions`);
+  return `due at number ${needed}${isEventBased(campaign) ? ' and each after it' : ''}; ${came}`;
 }
 
 function capText({frequency}) {
