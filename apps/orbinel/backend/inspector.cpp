@@ -124,7 +124,7 @@ void Inspector::serve(const httplib::Request& request, const std::string& body, 
     setHeaders(response);
     Exchange exchange{request, body, response};
     const auto* file = inspectorFile(request.path);
-    if (file != nullptr && request.method == "GET") {
+    if (file != nullptr && (request.method == "GET" || request.method == "HEAD")) {
         response.set_content(file->text.data(), file->text.size(), std::string(file->type));
     } else if (file == nullptr && comesFromAnotherSite(request)) {
         exchange.answer(403,

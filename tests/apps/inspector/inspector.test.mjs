@@ -27,6 +27,7 @@ test('a session that is played while the page is open is its timeline', () => wi
   const timeline = rows(page, 'Timeline');
   await page.getByText('22 entries').waitFor();
   await rows(page, 'Sessions').getByText('15 events, 3 messages, 9 seconds').waitFor();
+  await page.getByText('device 5E41AB087439411E86D6FD953217AE03 · session').waitFor();
   assert.match(await timeline.first().textContent(), /consent/);
   await timeline.first().press('End');
   await timeline.getByText('Message 508 closed never shown: the control group').waitFor();
@@ -45,6 +46,28 @@ test('a session that is played while the page is open is its timeline', () => wi
   await page.getByText('2 of 22 entries').waitFor();
   await page.getByRole('button', {name: 'Clear'}).click();
   await page.getByText('Nothing has arrived yet').waitFor();
+}));
+
+test('a stop finds its session, also when it comes late or a second time', () => withBackend(async (page, {origin, post}) => {
+  const answer = override => fetch(origin + '/inspect/answer', {method: 'PUT', body: JSON.stringify(override)});
+  const stop = (session_id, name) => post('/api/v3/session/stop', {udid: 'd', session_id, custom_events: [{event_name: name}]});
+  for (const session_id of ['one', 'two']) {
+    await answer({path: '/api/v3/session/start', body: {session_id}});
+    await post('/api/v3/session/start', {udid: 'd'});
+  }
+  await answer({path: '/api/v3/session/stop', status: 503, times: 2});
+  await stop('two', 'second');
+  await stop('one', 'first');
+  await stop('one', 'first');
+  await stop('two', 'second');
+  await stop('three', 'without a start');
+  const sessions = rows(page, 'Sessions');
+  for (const [place, id, name] of [[0, 'three', 'without a start'], [1, 'two', 'second'], [2, 'one', 'first']]) {
+    await sessions.nth(place).getByText('acme · ' + id).click();
+    await rows(page, 'Timeline').getByText(name, {exact: true}).waitFor();
+  }
+  assert.equal(await sessions.count(), 3);
+  await page.getByText('4 entries').waitFor();  // its start, two stops, an event
 }));
 
 test('a person without a mouse reaches and reads everything', () => withBackend(async (page, {origin}) => {
@@ -213,25 +236,16 @@ test('ten thousand events: a first paint within a second, and no long task in sc
   for (let i = 0; i < 300; ++i) await post('/api/v1/geofences', {udid: 'd', i});
   await post('/api/v3/session/stop', {udid: 'd', session_id: 'large', custom_events: events, session_duration: 9});
 
-  // Another program may take the processor away meanwhile: three tries.
-  let tasks;
-  for (let i = 0; i < 3; ++i) {
-    tasks = await longTasksOf(page, origin);
-    if (tasks.length === 0) break;
-  }
-  assert.deepEqual(tasks, []);
-}));
-
-async function longTasksOf(page, origin) {
   await page.goto('about:blank');
+  await browser.startTracing(page, {categories: ['toplevel']});
   await page.goto(origin + '/');
   await page.evaluate(() => {
     window.tasks = [];
-    new PerformanceObserver(list => { for (const one of list.getEntries()) window.tasks.push(Math.round(one.duration)); }).observe({type: 'longtask'});
+    new PerformanceObserver(list => window.tasks.push(...list.getEntries())).observe({type: 'longtask', buffered: true});
   });
   await page.getByText('10,001 entries').waitFor();
   const paint = await page.evaluate(() => performance.getEntriesByName('first-contentful-paint')[0].startTime);
-  if (paint >= 1000) return [`first paint after ${paint} ms`];
+  assert.ok(paint < 1000, `first paint after ${paint} ms`);
   await page.evaluate(async () => {
     const scroller = document.querySelector('.timeline .scroller');
     for (let i = 0; i <= 120; ++i) {
@@ -243,8 +257,19 @@ async function longTasksOf(page, origin) {
   await page.getByText('2 of 10,001 entries').waitFor();
   await page.getByRole('searchbox').fill('');
   await page.getByText('10,001 entries').waitFor();
-  const seen = await page.locator('.timeline .row').count();
-  return [...await page.evaluate(() => window.tasks), ...(seen > 60 ? [`${seen} rows exist`] : [])];
+  assert.ok(await page.locator('.timeline .row').count() < 60, 'only rows in sight exist');
+  const long = await page.evaluate(() => window.tasks.length);
+  const trace = JSON.parse(await browser.stopTracing()).traceEvents;
+  if (long > 0) assert.deepEqual(longByProcessorTime(trace), []);
+}));
+
+/** A task can be long because another program had the processor: what counts is the time that it had itself. */
+function longByProcessorTime(trace) {
+  const threadOf = event => event.pid + ':' + event.tid;
+  const pages = new Set(trace.filter(event => event.name === 'thread_name' && event.args.name === 'CrRendererMain').map(threadOf));
+  const tasks = trace.filter(event => event.name.endsWith('RunTask') && pages.has(threadOf(event)));
+  assert.ok(tasks.length > 100);
+  return tasks.map(task => task.tdur / 1000).filter(milliseconds => milliseconds > 50);
 }
 
 test('every view fits a phone, in light and dark', async () => {
@@ -257,7 +282,7 @@ test('every view fits a phone, in light and dark', async () => {
         await page.setViewportSize({width, height});
         for (const view of ['sessions', 'why', 'live', 'requests', 'answers']) {
           await go(page, '#/' + view);
-          await page.waitForTimeout(150);
+          await page.waitForTimeout(60);
           const overflow = await page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
           assert.ok(overflow <= 0, `${view} at ${width} is ${overflow} too wide`);
           await shot(`${view}-${width}`);

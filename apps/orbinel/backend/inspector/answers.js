@@ -18,6 +18,8 @@ export function answersView(context) {
     make('div', {class: 'filters'}, field('Answers for the partner', partner, 'Empty: for every partner without its own')),
     told, start, make('section', {'aria-label': 'Consents'}, make('h2', {}, 'Consents of devices'), consents), files);
   let loaded = false;
+  let dirty = false;  // what is being edited stays when the person looks at another view
+  for (const part of [start, files]) part.addEventListener('input', () => { dirty = true; });
 
   function tell(text, isBad = false) {
     told.textContent = text;
@@ -42,6 +44,7 @@ export function answersView(context) {
   async function load() {
     const found = await ask('GET', '/inspect/answer-files?' + new URLSearchParams({partner: partner.value.trim()}));
     if (found.error) return tell(found.error, true);
+    dirty = false;
     const startAnswer = found.find(one => one.file === startFile);
     start.replaceChildren(startForm(startAnswer, save, takeBack, tell));
     files.replaceChildren(fileForm(found, save, takeBack));
@@ -51,9 +54,10 @@ export function answersView(context) {
 
   return {
     node,
-    open() { loaded = false; },
+    open() { loaded = dirty; },
     update() {
-      partners.replaceChildren(...[...context.store.partners].slice(-200).map(value => make('option', {value})));
+      const known = [...context.store.partners].slice(-200);
+      if (partners.childElementCount !== known.length) partners.replaceChildren(...known.map(value => make('option', {value})));
       if (!loaded) { loaded = true; load(); }
     },
   };

@@ -1,4 +1,4 @@
-import {make} from './dom.js';
+import {make, say} from './dom.js';
 import {timeOf} from './format.js';
 import {aboutOf, isBad, kinds, textOf, titleOf} from './rows.js';
 import {filterInSlices} from './slices.js';
@@ -12,13 +12,15 @@ export class EntryList {
     this.list = new VirtualList({label, rowHeight: 56, fill, newestFirst, chosen: row => { details.show(row); chosen?.(row); }});
     this.count = make('p', {class: 'count'});
     this.node = make('div', {class: 'entries'}, this.count, this.list.node);
-    this.rows = [];
+    this.searched = '';
   }
 
   show(rows, search, passes = () => true) {
     this.cancel?.();
     this.cancel = filterInSlices(rows, row => passes(row) && (!search || textOf(row).includes(search)), found => {
       this.list.set(found);
+      if (search !== this.searched) say(`${found.length} found`);
+      this.searched = search;
       this.count.textContent = found.length === rows.length ? `${rows.length.toLocaleString('en')} entries`
                                                             : `${found.length.toLocaleString('en')} of ${rows.length.toLocaleString('en')} entries`;
     });

@@ -1,3 +1,4 @@
+import {say} from './dom.js';
 import {answersView} from './answers.js';
 import {liveView} from './live.js';
 import {requestsView} from './requests.js';
@@ -43,11 +44,14 @@ const updateSoon = coalesced(() => { update(); tellState(); });
 // --- The connection ---
 
 let lost = true;
+let toldLost = false;
 
 function tellState() {
   const text = lost ? 'the backend does not answer' : count(store.requests.length, 'request');
   if (el('state').textContent !== text) el('state').textContent = text;
   el('state').classList.toggle('lost', lost);
+  if (lost !== toldLost) say(lost ? 'The backend does not answer' : 'Connected');
+  toldLost = lost;
 }
 
 function connect() {

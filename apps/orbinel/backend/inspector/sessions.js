@@ -1,7 +1,7 @@
 import {copyButton, kindFilter, make} from './dom.js';
 import {Details} from './details.js';
 import {EntryList} from './entry_list.js';
-import {timeOf} from './format.js';
+import {brief, timeOf} from './format.js';
 import {kinds, rowsOf, sessionAbout, sessionTitle} from './rows.js';
 import {scenarioOf} from './scenario.js';
 import {VirtualList} from './virtual_list.js';
@@ -15,13 +15,14 @@ export function sessionsView(context) {
   const on = new Set(Object.keys(kinds));
   const filter = kindFilter('Kinds of entries', kinds, on, () => showTimeline());
   const heading = make('h2', {});
+  const meta = make('p', {class: 'meta'});
   const back = make('a', {class: 'back', href: '#/sessions'}, '‹ Sessions');
   const why = make('a', {class: 'button'}, 'Why not shown?');
   const copy = copyButton('Copy as scenario', () => JSON.stringify(scenarioOf(session), null, 1) + '\n');
   const node = make('div', {class: 'panes three'},
     make('section', {class: 'pane sessions', 'aria-label': 'Sessions'}, list.node),
     make('section', {class: 'pane timeline', 'aria-label': 'Timeline'},
-      make('div', {class: 'heading'}, back, heading, make('div', {class: 'actions'}, why, copy)),
+      make('div', {class: 'heading'}, back, heading, make('div', {class: 'actions'}, why, copy), meta),
       make('div', {class: 'filters'}, filter), entries.node),
     details.node);
 
@@ -39,8 +40,9 @@ export function sessionsView(context) {
     const {sessions} = context.store;
     session = sessions.find(one => one.key === wanted) ?? sessions.at(-1) ?? null;
     node.dataset.level = wanted ? 'timeline' : 'list';
-    if (!session) { heading.textContent = 'No session yet'; return entries.show([], ''); }
+    if (!session) { heading.textContent = 'No session yet'; meta.textContent = ''; return entries.show([], ''); }
     heading.textContent = sessionTitle(session);
+    meta.textContent = [sessionAbout(session), session.device && 'device ' + brief(session.device, 60), session.id && 'session ' + brief(session.id, 60)].filter(Boolean).join(' · ');
     why.href = '#/why/' + session.key;
     list.select(session.key);
   }

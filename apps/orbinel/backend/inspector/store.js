@@ -81,8 +81,9 @@ export class Store {
     const id = textOr(objectOr(request.payload).session_id);
     const device = placeOf(request, deviceOf(request));
     const known = this.bySessionId.get(id);
-    // A stop without a session that is known here: its start never came through, or was forgotten.
-    const session = known && !known.stop ? known : id ? this.newSession(request, id)
+    // A refused stop comes again. One without a session that is known here: its start never came through.
+    const awaited = known && (!known.stop || known.stop.status >= 300);
+    const session = awaited ? known : id ? this.newSession(request, id)
                                                       : this.openByDevice.get(device) ?? this.newSession(request, '');
     if (request.status < 300 || !session.stop) session.stop = request;
     if (this.openByDevice.get(device) === session) this.openByDevice.delete(device);
