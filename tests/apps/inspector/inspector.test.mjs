@@ -178,7 +178,7 @@ test('answers that are edited on the page are in force at the next start', () =>
   await page.waitForFunction(() => document.querySelector('input[type=checkbox]')?.checked);
   assert.equal((await play(origin, session('acme'))).status, 1);
   await go(page, '#/sessions');
-  await page.getByText('switched off by its start').waitFor();
+  await page.getByText('switched off by its start ·').waitFor();
 
   await go(page, '#/answers');
   await page.getByRole('combobox', {name: /^gdpr_consent/}).selectOption('refused');

@@ -20,4 +20,4 @@ if ! cmp -s "$here/package-lock.json" "$folder/installed-lock.json"; then
 fi
 cp "$here"/*.mjs "$folder/"
 cd "$folder"
-ORBINEL=$tool EXAMPLES=$here/../../../examples exec node --test --test-concurrency=1 --test-reporter=spec inspector.test.mjs
+ORBINEL=$tool EXAMPLES=$here/../../../examples exec node --test --test-reporter=tap inspector.test.mjs
