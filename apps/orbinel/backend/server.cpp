@@ -146,13 +146,21 @@ void BackendServer::pause(std::chrono::milliseconds time) {
 
 void BackendServer::serveRequest(const httplib::Request& request, std::string body, httplib::Response& response) {
     if (auto problem = accessProblem(request, port_); !problem.empty()) {
-        response.status = 403;
-        response.set_content(refusal(403, std::move(problem)).body, jsonType);
+        refuse(std::move(problem), response);
     } else if (Inspector::isResponsibleFor(request.path)) {
         inspector_.serve(request, body, response);
     } else {
         serveApi(incomingFrom(request, std::move(body)), response);
     }
+}
+
+/// Told on the terminal once: an application that reaches the backend by another name is nowhere else to be seen.
+void BackendServer::refuse(std::string problem, httplib::Response& response) {
+    if (!toldOfRefusal_.exchange(true)) {
+        std::fputs(("orbinel backend: a request was refused, " + problem + ".\n").c_str(), stderr);
+    }
+    response.status = 403;
+    response.set_content(refusal(403, std::move(problem)).body, jsonType);
 }
 
 void BackendServer::serveApi(Incoming incoming, httplib::Response& response) {

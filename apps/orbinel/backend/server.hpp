@@ -47,6 +47,7 @@ public:
 private:
     void addRoutes();
     void serveRequest(const httplib::Request& request, std::string body, httplib::Response& response);
+    void refuse(std::string problem, httplib::Response& response);
     void serveApi(Incoming incoming, httplib::Response& response);
 
     [[nodiscard]] Reply usualReply(const Incoming& incoming, const Reading& reading);
@@ -64,6 +65,7 @@ private:
     Inspector inspector_;
     httplib::Server server_;
     std::atomic<bool> ended_ = false;
+    std::atomic<bool> toldOfRefusal_ = false;
 
     Mutex outputMutex_;  // keeps the lines of two threads apart
 

@@ -32,7 +32,7 @@ export async function play(origin, scenario) {
 export async function example(name) { return JSON.parse(await readFile(`${examples}/${name}.json`, 'utf8')); }
 
 export function startBrowser() {
-  return chromium.launch({executablePath: process.env.CHROMIUM ?? '/usr/bin/chromium', args: ['--no-sandbox']});
+  return chromium.launch({executablePath: process.env.CHROMIUM ?? '/usr/bin/chromium', args: ['--no-sandbox', '--disable-dev-shm-usage']});
 }
 
 /** A page that fails its test where anything is written to the console as an error or thrown. */

@@ -153,6 +153,22 @@ test('a copied session is a scenario that plays', () => withBackend(async (page,
   assert.deepEqual(again.slice(0, 5).map(told), before.slice(0, 5).map(told));
 }));
 
+test('a copied session plays whatever a device sent', () => withBackend(async (page, {origin, post}) => {
+  await post('/api/v3/session/start', {udid: 'd'}, {ts: '99999999999999999999'});
+  const odd = {a: null, b: {deep: [1]}, c: [1, 'x'], d: 1e300, e: -2147483649, f: '${endpoint}', '': '', g: [], h: '\u0000', i: {$ref: 'none'}};
+  const names = ['ok', '', 7, null, 'item_added_to_cart', 'confirmation_page_view', 'listing_page_view', 'item_removed_from_cart', 'constructor', '__proto__', 'session_start'];
+  await post('/api/v3/session/stop', {udid: 'd', session_id: 'odd', timestamp: -1, session_duration: 'x',
+    custom_events: [...names.map(event_name => ({event_name, timestamp: 1e15, event_params: odd})), null, 'text', {event_name: 'x', event_params: [1]},
+                    {event_name: 'item_added_to_cart', event_params: {pid: '', na: '', ta: [1], piu: '', cu: '', up: -1, qu: 1e12}}],
+    user_attributes: {na: 5, ag: 'x', ge: 'toString', bi: 'never', eo: 'yes', constructor: 1}, custom_attributes: odd,
+    device_attributes: {timezone: 'Nowhere/None', os_version: '', device_language: 7}}, {ts: 'never'});
+  await rows(page, 'Sessions').first().click();
+  await page.getByRole('button', {name: 'Copy as scenario'}).click();
+  await page.waitForFunction(() => navigator.clipboard.readText());
+  const {status, said} = await play(origin, await page.evaluate(() => navigator.clipboard.readText()));
+  assert.equal(status, 0, said);
+}));
+
 test('answers that are edited on the page are in force at the next start', () => withBackend(async (page, {origin}) => {
   const session = partner => ({name: 'edited', clock: {start: 1767225600}, steps: [
     {call: 'initWithLaunchOptions:partnerName:appGroup:customEndpoint:', args: [null, partner, 'group.acme', '${endpoint}']},

@@ -22,7 +22,8 @@ export class Details {
 
   hide() {
     this.node.hidden = true;
-    this.cameFrom?.focus?.();
+    if (this.cameFrom?.isConnected) this.cameFrom.focus();
+    else document.getElementById('main').focus();
   }
 }
 

@@ -25,6 +25,7 @@ const setters = {na: 'setName', su: 'setSurname', la: 'setLanguage', lo: 'setLoc
                  mem: 'setEmail', mpn: 'setPhoneNumber', eo: 'setEmailOptin', so: 'setSMSOptin', wbo: 'setWhatsappOptin', ag: 'setAge'};
 const genders = {male: 0, female: 1, other: 2};
 const farthest = 30 * 86400;  // seconds between two events that are played
+const latest = 4e9;           // seconds since 1970
 
 const isText = value => typeof value === 'string';
 const isInt32 = value => Number.isInteger(value) && Math.abs(value) < 2 ** 31;
@@ -33,7 +34,8 @@ function call(operation, ...args) { return {call: operation, ...(args.length > 0
 
 export function scenarioOf(session) {
   const stop = objectOr(session.stop?.payload);
-  const begin = Math.floor(numberOr(session.start?.time, undefined) ?? numberOr(session.stop?.time, undefined) ?? (session.start ?? session.stop).at);
+  const told = [session.start?.time, session.stop?.time].find(time => time >= 0 && time < latest);
+  const begin = Math.floor(told ?? (session.start ?? session.stop).at);
   const steps = [
     call('initWithLaunchOptions:partnerName:appGroup:customEndpoint:', null, session.partner || 'acme', 'group.acme', '${endpoint}'),
     {notify: 'UIApplicationDidBecomeActiveNotification'}, {settle: 5}];

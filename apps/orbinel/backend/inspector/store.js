@@ -72,9 +72,14 @@ export class Store {
     const session = {key: 's' + request.id, id, partner: request.partner, device: deviceOf(request),
                      start: null, stop: null, answer: {}, requests: [], logs: [], feeds: [], version: 0};
     this.sessions.push(session);
-    if (this.sessions.length > most) this.sessions.shift();
+    if (this.sessions.length > most) this.forgetSession(this.sessions.shift());
     if (id) this.bySessionId.set(id, session);
     return session;
+  }
+
+  forgetSession(session) {
+    if (this.bySessionId.get(session.id) === session) this.bySessionId.delete(session.id);
+    for (const [place, open] of this.openByDevice) if (open === session) this.openByDevice.delete(place);
   }
 
   stop(request) {
@@ -91,10 +96,10 @@ export class Store {
   }
 
   give(session, request) {
-    session.requests.push(request);
+    push(session.requests, request);
     request.session = session;
     ++session.version;
-    if (request.feed) session.feeds.push(request.feed);
+    if (request.feed) push(session.feeds, request.feed);
   }
 
   /** A request that speaks of no session belongs to its device's: the one that runs, or the one that is about to. */
@@ -134,7 +139,7 @@ export class Store {
                     type: textOr(record.log_type), level: textOr(record.log_level), message: textOr(record.message),
                     attributes: objectOr(record.custom_attributes), record, partner: request.partner, session};
       this.logs.push(line);
-      if (session) { session.logs.push(line); ++session.version; }
+      if (session) { push(session.logs, line); ++session.version; }
     });
     this.attach(request);
   }
@@ -144,6 +149,8 @@ export function headerOf(request, name) {
   const found = Object.entries(objectOr(request.headers)).find(([other]) => other.toLowerCase() === name.toLowerCase());
   return found?.[1];
 }
+
+function push(list, entry) { if (list.push(entry) > most) list.shift(); }
 
 function trim(list) { if (list.length > most) list.splice(0, list.length - most); }
 

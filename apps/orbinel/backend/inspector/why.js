@@ -41,16 +41,15 @@ export function whyView(context) {
 }
 
 function offerSessions(select, sessions, wanted) {
-  const offered = sessions.slice(-200).reverse();
+  const offered = sessions.filter((one, i) => i >= sessions.length - 200 || one.key === wanted).reverse();
   const withCampaigns = offered.find(one => listOr(one.answer.inapps).length > 0) ?? offered[0];
-  const chosen = wanted || select.dataset.chosen || withCampaigns?.key || '';
+  const chosen = wanted || withCampaigns?.key || '';
   const keys = offered.map(one => one.key).join();
   if (select.dataset.keys !== keys) {
     select.dataset.keys = keys;
     select.replaceChildren(...offered.map(one => make('option', {value: one.key}, `${timeOf((one.start ?? one.stop).time)} ${sessionTitle(one)}`)));
   }
   if (select.value !== chosen) select.value = chosen;
-  select.dataset.chosen = wanted;
 }
 
 function noteAbout(session, drawn) {
