@@ -12,6 +12,9 @@
 namespace orbinel::tool {
 namespace {
 
+constexpr std::size_t maxEdits = 200;
+constexpr std::size_t maxEdited = 1'000'000;  // bytes
+
 void replaceAll(std::string& text, std::string_view what, std::string_view with) {
     for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size())) {
         text.replace(at, what.size(), with);
@@ -30,42 +33,77 @@ bool isPartnerName(const std::string& text) {
            text.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789_") == std::string::npos;
 }
 
-std::string validFileText(const std::filesystem::path& file, std::string_view neutralAnswer) {
+/// Nothing where there is no such file, or one that cannot be used, which is told.
+std::optional<std::string> validFileText(const std::filesystem::path& file) {
     gchar* content = nullptr;
     gsize size = 0;
     GError* error = nullptr;
     if (!g_file_get_contents(file.c_str(), &content, &size, &error)) {
         if (!g_error_matches(error, G_FILE_ERROR, G_FILE_ERROR_NOENT)) complain(file, error->message);
         g_error_free(error);
-        return std::string(neutralAnswer);
+        return std::nullopt;
     }
     std::string text(content, size);
     g_free(content);
     const auto parsed = parseJson(text);
     if (const auto* fault = std::get_if<JsonFault>(&parsed)) {
         complain(file, describeFault(*fault, text));
-        return std::string(neutralAnswer);
+        return std::nullopt;
     }
     return text;
 }
 
 }  // namespace
 
-std::filesystem::path Answers::fileOf(const Endpoint& endpoint, const std::string& partner) const {
-    std::error_code ignored;
+std::optional<std::string> Answers::editedText(const Endpoint& endpoint, const std::string& partner) const {
+    const MutexLock lock(mutex_);
+    const auto found = edited_.find({partner, std::string(endpoint.answerFile)});
+    return found == edited_.end() ? std::nullopt : std::optional(found->second);
+}
+
+Answers::Source Answers::sourceFor(const Endpoint& endpoint, const std::string& partner) const {
+    const auto fromFile = [&](const std::filesystem::path& file) {
+        auto text = validFileText(file);
+        return text ? Source{std::move(*text), Origin::file}
+                    : Source{std::string(endpoint.neutralAnswer), Origin::builtIn};
+    };
     if (isPartnerName(partner)) {
-        auto own = directory_ / partner / endpoint.answerFile;
-        if (std::filesystem::exists(own, ignored)) return own;
+        if (auto text = editedText(endpoint, partner)) return {std::move(*text), Origin::edited};
+        const auto own = directory_ / partner / endpoint.answerFile;
+        std::error_code ignored;
+        if (std::filesystem::exists(own, ignored)) return fromFile(own);
     }
-    return directory_ / endpoint.answerFile;
+    if (auto text = editedText(endpoint, {})) return {std::move(*text), Origin::edited};
+    return fromFile(directory_ / endpoint.answerFile);
 }
 
 std::string Answers::bodyFor(const Endpoint& endpoint, const std::string& partner, std::string_view origin) const {
-    auto text = validFileText(fileOf(endpoint, partner), endpoint.neutralAnswer);
+    auto text = sourceFor(endpoint, partner).text;
     // In the text rather than in its strings: neither value holds a character that JSON escapes.
     replaceAll(text, "${origin}", origin);
     if (text.find("${uuid}") != std::string::npos) replaceAll(text, "${uuid}", freshUuid());
     return text;
+}
+
+std::string Answers::edit(const Endpoint& endpoint, const std::string& partner, const std::string& text) {
+    if (!partner.empty() && !isPartnerName(partner)) {
+        return "A partner's name is made of a-z, 0-9 and _, begins with no _ and has 2 to 64 characters.";
+    }
+    if (text.size() > maxEdited) return "An edited answer is at most 1 MB long.";
+    const auto parsed = parseJson(text);
+    if (const auto* fault = std::get_if<JsonFault>(&parsed)) {
+        return "The answer is not JSON, " + describeFault(*fault, text) + ".";
+    }
+    const Place place{partner, endpoint.answerFile};
+    const MutexLock lock(mutex_);
+    if (edited_.size() >= maxEdits && !edited_.contains(place)) return "Too many answers are edited.";
+    edited_[place] = text;
+    return {};
+}
+
+void Answers::takeBack(const Endpoint& endpoint, const std::string& partner) {
+    const MutexLock lock(mutex_);
+    edited_.erase({partner, std::string(endpoint.answerFile)});
 }
 
 }  // namespace orbinel::tool

@@ -1,5 +1,6 @@
 #include "apps/orbinel/backend/consents.hpp"
 
+#include <utility>
 #include <variant>
 
 #include "apps/orbinel/backend/json_writing.hpp"
@@ -30,9 +31,10 @@ void replaceMember(rapidjson::Document& object, const char* name, std::optional<
 std::string deviceOf(const rapidjson::Value& payload) {
     PayloadReader reader(payload);
     const auto* target = reader.object("target");
-    auto device = target == nullptr ? std::string() : PayloadReader(*target).text("udid");
-    return device.size() > maxDeviceLength ? std::string() : device;
+    return target == nullptr ? std::string() : usableDevice(PayloadReader(*target).text("udid"));
 }
+
+std::string usableDevice(std::string udid) { return udid.size() > maxDeviceLength ? std::string() : std::move(udid); }
 
 void Consents::set(const std::string& device, const rapidjson::Value& payload) {
     PayloadReader reader(payload);

@@ -19,6 +19,8 @@ struct Consent {
 
 /// The device that a consent request is about, its "target"/"udid"; empty where there is none that can be used.
 [[nodiscard]] std::string deviceOf(const rapidjson::Value& payload);
+/// The text, empty where it is too long for anybody's device.
+[[nodiscard]] std::string usableDevice(std::string udid);
 
 /// What each device last posted about its consents, for the last 10,000 devices. Threads: any.
 class Consents final : public Inspectable {

@@ -25,7 +25,7 @@ void writePayload(JsonWriter& writer, const std::string& payload) {
     }
 }
 
-void writeRequest(JsonWriter& writer, const ReceivedRequest& received) {
+void writeRequest(JsonWriter& writer, const ReceivedRequest& received, BodyWanted body) {
     writer.StartObject();
     writer.Key("id");
     writer.Uint64(received.id);
@@ -40,8 +40,11 @@ void writeRequest(JsonWriter& writer, const ReceivedRequest& received) {
     writeMember(writer, "summary", received.reading.summary);
     if (!received.reading.problem.empty()) writeMember(writer, "problem", received.reading.problem);
     writeHeaders(writer, received.request);
-    writeMember(writer, "body", received.request.body);
+    writer.Key("size");
+    writer.Uint64(received.request.body.size());
+    if (body == BodyWanted::yes) writeMember(writer, "body", received.request.body);
     writePayload(writer, received.reading.payload);
+    writeMember(writer, "answer", received.answer);
     writer.EndObject();
 }
 
@@ -71,10 +74,10 @@ std::string printable(std::string_view text) {
 
 }  // namespace
 
-std::string requestsAsJson(const std::vector<std::shared_ptr<const ReceivedRequest>>& requests) {
+std::string requestsAsJson(const std::vector<std::shared_ptr<const ReceivedRequest>>& requests, BodyWanted body) {
     return jsonOf([&](JsonWriter& writer) {
         writer.StartArray();
-        for (const auto& request : requests) writeRequest(writer, *request);
+        for (const auto& request : requests) writeRequest(writer, *request, body);
         writer.EndArray();
     });
 }

@@ -12,7 +12,7 @@ constexpr std::size_t maxBytes = 256'000'000;
 
 std::size_t sizeOf(const ReceivedRequest& request) {
     return request.request.path.size() + request.request.query.size() + request.request.body.size() +
-           request.reading.payload.size();
+           request.reading.payload.size() + request.answer.size();
 }
 
 }  // namespace
@@ -26,6 +26,7 @@ std::shared_ptr<const ReceivedRequest> RequestLog::add(ReceivedRequest request) 
     bytes_ += sizeOf(request);
     requests_.push_back(std::make_shared<const ReceivedRequest>(std::move(request)));
     const auto added = requests_.back();
+    changed_.notifyAll();
     while (requests_.size() > maxRequests || (bytes_ > maxBytes && requests_.size() > 1)) {
         bytes_ -= sizeOf(*requests_.front());
         requests_.pop_front();
@@ -33,14 +34,37 @@ std::shared_ptr<const ReceivedRequest> RequestLog::add(ReceivedRequest request) 
     return added;
 }
 
-RequestLog::View RequestLog::after(std::uint64_t id) const {
+RequestLog::View RequestLog::after(std::uint64_t id, const Limits& limits) const {
     const MutexLock lock(mutex_);
     View view{run_, {}};
-    // Ids are dense, so that a poll for news does not look at what is old.
+    // Ids are dense, so that a look at what is new does not pass what is old.
     const std::uint64_t first = requests_.empty() ? count_ + 1 : requests_.front()->id;
     const std::uint64_t skipped = id >= first ? id - first + 1 : 0;
-    for (std::size_t i = skipped; i < requests_.size(); ++i) view.requests.push_back(requests_[i]);
+    std::size_t bytes = 0;
+    for (std::size_t i = skipped; i < requests_.size() && view.requests.size() < limits.requests; ++i) {
+        bytes += sizeOf(*requests_[i]);
+        if (bytes > limits.bytes && !view.requests.empty()) break;
+        view.requests.push_back(requests_[i]);
+    }
     return view;
+}
+
+bool RequestLog::waitForNews(std::uint64_t run, std::uint64_t id, std::chrono::milliseconds time) const {
+    const auto end = std::chrono::steady_clock::now() + time;
+    const MutexLock lock(mutex_);
+    const auto isNews = [&]() ORBINEL_REQUIRES(mutex_) {
+        return run_ != run || (!requests_.empty() && requests_.back()->id > id);
+    };
+    while (!ended_ && !isNews()) {
+        if (!changed_.waitUntil(mutex_, end)) break;
+    }
+    return !ended_ && isNews();
+}
+
+void RequestLog::endWaiting() {
+    const MutexLock lock(mutex_);
+    ended_ = true;
+    changed_.notifyAll();
 }
 
 void RequestLog::clear() {
@@ -48,6 +72,7 @@ void RequestLog::clear() {
     requests_.clear();
     bytes_ = 0;
     ++run_;
+    changed_.notifyAll();
 }
 
 std::uint64_t RequestLog::count() const {

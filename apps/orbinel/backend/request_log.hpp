@@ -1,9 +1,11 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "apps/orbinel/backend/reading.hpp"
@@ -16,7 +18,8 @@ struct ReceivedRequest {
     double at = 0;         // seconds since 1970
     Incoming request;
     Reading reading;
-    int status = 0;  // of the answer
+    int status = 0;      // of the answer
+    std::string answer;  // its body; empty for what is no JSON and for more than 4 MB
 };
 
 /// Keeps the last requests in memory.
@@ -34,8 +37,20 @@ public:
         std::uint64_t run = 0;  // another number after `clear` and in another process: what was read before is gone
         std::vector<std::shared_ptr<const ReceivedRequest>> requests;
     };
+    /// How many to give at most; at least one, where there is one.
+    struct Limits {
+        std::size_t requests = SIZE_MAX;
+        std::size_t bytes = SIZE_MAX;
+    };
     /// Those with a greater id, oldest first.
-    [[nodiscard]] View after(std::uint64_t id) const;
+    [[nodiscard]] View after(std::uint64_t id, const Limits& limits) const;
+    [[nodiscard]] View after(std::uint64_t id) const { return after(id, {}); }
+
+    /// Waits until there is a request with a greater id, or the run is another one, but no longer than `time`. True
+    /// when there is news.
+    [[nodiscard]] bool waitForNews(std::uint64_t run, std::uint64_t id, std::chrono::milliseconds time) const;
+    /// Ends every wait, also those to come.
+    void endWaiting();
 
     void clear();
 
@@ -44,6 +59,8 @@ public:
 
 private:
     mutable Mutex mutex_;
+    mutable ConditionVariable changed_;
+    bool ended_ ORBINEL_GUARDED_BY(mutex_) = false;
     std::deque<std::shared_ptr<const ReceivedRequest>> requests_ ORBINEL_GUARDED_BY(mutex_);
     std::size_t bytes_ ORBINEL_GUARDED_BY(mutex_) = 0;
     std::uint64_t count_ ORBINEL_GUARDED_BY(mutex_) = 0;

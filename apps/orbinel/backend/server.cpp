@@ -3,14 +3,14 @@
 #include <glib.h>
 #include <sys/socket.h>
 
-#include <charconv>
+#include <algorithm>
 #include <cstdio>
 #include <thread>
 #include <utility>
 
+#include "apps/orbinel/backend/access.hpp"
 #include "apps/orbinel/backend/endpoints.hpp"
 #include "apps/orbinel/backend/inspection.hpp"
-#include "apps/orbinel/backend/inspector_page.hpp"
 #include "apps/orbinel/backend/json_writing.hpp"
 #include "apps/orbinel/decode/scrambling.hpp"
 
@@ -26,6 +26,7 @@ constexpr std::size_t threads = 32;
 constexpr time_t idleSeconds = 1;
 constexpr std::size_t maxShownPayload = 400;
 constexpr std::size_t maxNote = 160;
+constexpr std::size_t maxRecordedAnswer = 4'000'000;
 
 /// A body that neither its length nor chunks announce is none: reading it would wait for the end of the connection.
 bool hasBody(const httplib::Request& request) {
@@ -57,24 +58,20 @@ Incoming incomingFrom(const httplib::Request& request, std::string body) {
     return incoming;
 }
 
-std::uint64_t sinceParameter(const httplib::Request& request) {
-    const auto text = request.get_param_value("since");
-    std::uint64_t since = 0;
-    std::from_chars(text.data(), text.data() + text.size(), since);
-    return since;
-}
-
-constexpr std::string_view inspection = "/inspect/";
-
-void answerJson(httplib::Response& response, int status, const std::string& body) {
-    response.status = status;
-    response.set_content(body, jsonType);
+std::string recordedAnswer(const Reply& reply) {
+    const bool isJson = std::none_of(reply.headers.begin(), reply.headers.end(), [](const auto& header) {
+        return g_ascii_strcasecmp(header.first.c_str(), "Content-Type") == 0 && header.second != jsonType;
+    });
+    return isJson && reply.body.size() <= maxRecordedAnswer ? reply.body : std::string();
 }
 
 }  // namespace
 
 BackendServer::BackendServer(ServerOptions options)
-    : options_(std::move(options)), service_(options_.answers), templates_(options_.templates) {
+    : options_(std::move(options)),
+      service_(options_.answers),
+      templates_(options_.templates),
+      inspector_({log_, service_, overrides_}) {
     server_.new_task_queue = [] { return new httplib::ThreadPool(threads); };
     server_.set_payload_max_length(maxBody);
     server_.set_keep_alive_timeout(idleSeconds);
@@ -117,6 +114,7 @@ bool BackendServer::bind(int port) {
     } else if (!server_.bind_to_port(host, port)) {
         return false;
     }
+    port_ = port;
     origin_ = "http://" + std::string(host) + ':' + std::to_string(port);
     return true;
 }
@@ -133,6 +131,7 @@ void BackendServer::stop() {
         stopping_ = true;
         stopped_.notifyAll();
     }
+    log_.endWaiting();
     // The HTTP library ignores a stop that comes before it has begun.
     while (!ended_ && !server_.is_running()) std::this_thread::yield();
     server_.stop();
@@ -146,48 +145,22 @@ void BackendServer::pause(std::chrono::milliseconds time) {
 }
 
 void BackendServer::serveRequest(const httplib::Request& request, std::string body, httplib::Response& response) {
-    if (request.path == "/" || request.path.starts_with(inspection)) {
-        serveInspection(request, body, response);
+    if (auto problem = accessProblem(request, port_); !problem.empty()) {
+        refuse(std::move(problem), response);
+    } else if (Inspector::isResponsibleFor(request.path)) {
+        inspector_.serve(request, body, response);
     } else {
         serveApi(incomingFrom(request, std::move(body)), response);
     }
 }
 
-void BackendServer::serveInspection(const httplib::Request& request, const std::string& body,
-                                    httplib::Response& response) {
-    const auto asked = request.method + ' ' + request.path;
-    response.set_header("Cache-Control", "no-store");
-    if (asked == "GET /") {
-        response.set_content(inspectorPage(), "text/html; charset=utf-8");
-    } else if (asked == "GET /inspect/requests") {
-        const auto view = log_.after(sinceParameter(request));
-        response.set_header("X-Inspect-Run", std::to_string(view.run));
-        answerJson(response, 200, requestsAsJson(view.requests));
-    } else if (asked == "DELETE /inspect/requests") {
-        log_.clear();
-        answerJson(response, 200, R"({"success": true})");
-    } else if (asked == "PUT /inspect/answer") {
-        auto wanted = readOverride(body);
-        if (!wanted.refusal.empty()) return answerJson(response, 400, errorBody(wanted.refusal));
-        overrides_.set(wanted.path, std::move(wanted.answer));
-        answerJson(response, 200, R"({"success": true})");
-    } else if (asked == "DELETE /inspect/answer") {
-        overrides_.clear();
-        answerJson(response, 200, R"({"success": true})");
-    } else if (auto* remembered = service_.inspectable(std::string_view(request.path).substr(inspection.size()))) {
-        serveRemembered(request.method, *remembered, response);
-    } else {
-        answerJson(response, 404,
-                   errorBody("There is GET / and, below /inspect: PUT and DELETE answer, GET and DELETE of requests, "
-                             "identities, consents, wizard, logs."));
+/// Told on the terminal once: an application that reaches the backend by another name is nowhere else to be seen.
+void BackendServer::refuse(std::string problem, httplib::Response& response) {
+    if (!toldOfRefusal_.exchange(true)) {
+        std::fputs(("orbinel backend: a request was refused, " + problem + ".\n").c_str(), stderr);
     }
-}
-
-void BackendServer::serveRemembered(const std::string& method, Inspectable& remembered, httplib::Response& response) {
-    if (method == "GET") return answerJson(response, 200, remembered.asJson());
-    if (method != "DELETE") return answerJson(response, 405, errorBody("There is GET and DELETE."));
-    remembered.clear();
-    answerJson(response, 200, R"({"success": true})");
+    response.status = 403;
+    response.set_content(refusal(403, std::move(problem)).body, jsonType);
 }
 
 void BackendServer::serveApi(Incoming incoming, httplib::Response& response) {
@@ -198,7 +171,7 @@ void BackendServer::serveApi(Incoming incoming, httplib::Response& response) {
     if (wanted && !reading.served) reading.problem.clear();
     if (!reply.problem.empty()) reading.problem = reply.problem;
     if (!reply.note.empty()) reading.summary += (reading.summary.empty() ? "" : ", ") + shortened(reply.note, maxNote);
-    record(std::move(incoming), std::move(reading), reply.status);
+    record(std::move(incoming), std::move(reading), reply);
     if (wanted && wanted->delay.count() > 0) pause(wanted->delay);
 
     response.status = reply.status;
@@ -239,8 +212,9 @@ Reply BackendServer::overriddenReply(const Override& wanted, const Incoming& inc
     return reply;
 }
 
-void BackendServer::record(Incoming incoming, Reading reading, int status) {
-    const auto received = log_.add({0, 0, std::move(incoming), std::move(reading), status});
+void BackendServer::record(Incoming incoming, Reading reading, const Reply& reply) {
+    const auto received =
+        log_.add({0, 0, std::move(incoming), std::move(reading), reply.status, recordedAnswer(reply)});
     if (options_.quiet) return;
     auto text = requestAsLine(*received) + '\n';
     if (options_.payloads && !received->reading.payload.empty()) {

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "apps/orbinel/backend/inspector.hpp"
 #include "apps/orbinel/backend/overrides.hpp"
 #include "apps/orbinel/backend/reply.hpp"
 #include "apps/orbinel/backend/request_log.hpp"
@@ -46,23 +47,25 @@ public:
 private:
     void addRoutes();
     void serveRequest(const httplib::Request& request, std::string body, httplib::Response& response);
-    void serveInspection(const httplib::Request& request, const std::string& body, httplib::Response& response);
-    void serveRemembered(const std::string& method, Inspectable& remembered, httplib::Response& response);
+    void refuse(std::string problem, httplib::Response& response);
     void serveApi(Incoming incoming, httplib::Response& response);
 
     [[nodiscard]] Reply usualReply(const Incoming& incoming, const Reading& reading);
     [[nodiscard]] Reply overriddenReply(const Override& wanted, const Incoming& incoming, const Reading& reading);
-    void record(Incoming incoming, Reading reading, int status);
+    void record(Incoming incoming, Reading reading, const Reply& reply);
     void pause(std::chrono::milliseconds time);
 
     const ServerOptions options_;
+    int port_ = 0;
     std::string origin_;
     RequestLog log_;
     Service service_;
     const Templates templates_;
     Overrides overrides_;
+    Inspector inspector_;
     httplib::Server server_;
     std::atomic<bool> ended_ = false;
+    std::atomic<bool> toldOfRefusal_ = false;
 
     Mutex outputMutex_;  // keeps the lines of two threads apart
 

@@ -37,6 +37,9 @@ public:
     /// What is shown and forgotten below /inspect under that name; nullptr for other names.
     [[nodiscard]] Inspectable* inspectable(std::string_view name);
 
+    [[nodiscard]] Answers& answers() { return answers_; }
+    [[nodiscard]] Consents& consents() { return consents_; }
+
     // One of these answers each endpoint.
     [[nodiscard]] Reply answerFromFile(const ServiceCall& call);
     [[nodiscard]] Reply getIdentity(const ServiceCall& call);
@@ -53,7 +56,7 @@ private:
     template <typename Act>
     [[nodiscard]] Reply withToken(const ServiceCall& call, Act&& act);
 
-    const Answers answers_;
+    Answers answers_;
     Identities identities_;
     Consents consents_;
     WizardConnections wizard_;

@@ -1,0 +1,239 @@
+import {brief, isObject, listOr, numberOr, objectOr, textOr} from './format.js';
+
+// Why a campaign was not shown. A message passes these gates in this order; the log says at which one it stopped, and
+// where the log is silent, the events of the session say it.
+
+export const gates = {
+  trigger: 'Trigger', conditions: 'Conditions', count: 'Count', screen: 'Screen', priority: 'Priority', allowed: 'Allowed',
+  cap: 'Cap', group: 'Test group', page: 'Page', moment: 'Moment',
+};
+
+const names = Object.keys(gates);
+const controlGroup = -1;
+const lowestPriority = 50;  // of an event-based campaign that is ever chosen by itself
+const keyboardOrLink = 7;
+const control = 8;
+
+/** The delivered campaigns, those that are connected to another one included. */
+export function campaignsOf(answer) {
+  const first = listOr(answer.inapps).filter(isObject);
+  return [...first, ...first.flatMap(one => listOr(objectOr(one.content).connected_inapps).filter(isObject))];
+}
+
+const idOf = campaign => brief(campaign.inapp_id ?? '', 80);
+const wholeOr = (value, otherwise) => {
+  const number = typeof value === 'string' && value.trim() ? Number(value) : value;
+  return Number.isInteger(number) ? number : otherwise;
+};
+export const countOf = campaign => wholeOr(campaign.trigger_count, 1);
+export const priorityOf = campaign => wholeOr(campaign.priority, 0);
+export const isEventBased = campaign => campaign.show_type === 'event';
+
+// --- Conditions ---
+
+const number = value => {
+  if (typeof value === 'boolean') return value ? 1 : 0;
+  const read = typeof value === 'string' && value.trim() ? Number(value) : value;
+  return typeof read === 'number' && Number.isFinite(read) ? read : undefined;
+};
+const plain = value => (typeof value === 'boolean' ? Number(value) : value);
+const equal = (a, b) => (typeof a === 'object' ? JSON.stringify(a) === JSON.stringify(b) : plain(a) === plain(b));
+const comparable = a => ['string', 'number', 'boolean'].includes(typeof a);
+const compared = compare => (a, b) => typeof a === 'number' && number(b) !== undefined && compare(a, number(b));
+const texts = compare => (a, b) => typeof a === 'string' && typeof b === 'string' && compare(a.toLowerCase(), b.toLowerCase());
+
+// "gte" and "lte" leave the value itself out, "gt" and "lt" take it in.
+const operators = {
+  eq: {says: 'equals', holds: (a, b) => comparable(a) && equal(a, b)},
+  ne: {says: 'differs from', holds: (a, b) => comparable(a) && !equal(a, b)},
+  cnt: {says: 'contains', holds: texts((a, b) => a.includes(b))},
+  dnc: {says: 'does not contain', holds: texts((a, b) => !a.includes(b))},
+  gte: {says: 'is above', holds: compared((a, b) => a > b)},
+  lte: {says: 'is below', holds: compared((a, b) => a < b)},
+  gt: {says: 'is at least', holds: compared((a, b) => a >= b)},
+  lt: {says: 'is at most', holds: compared((a, b) => a <= b)},
+};
+
+export function conditionsOf(campaign) {
+  return listOr(campaign.trigger_params);
+}
+
+export function conditionText(condition) {
+  const {key, op, value} = objectOr(condition);
+  const says = Object.hasOwn(operators, op) ? operators[op].says : `(“${brief(op, 20)}” is no operator, so it holds)`;
+  return `${brief(key, 40)} ${says} ${brief(JSON.stringify(value) ?? 'nothing', 60)}`;
+}
+
+export function conditionHolds(condition, parameters) {
+  if (!isObject(condition)) return false;
+  const actual = objectOr(parameters)[condition.key];
+  if (actual === undefined) return false;
+  return !Object.hasOwn(operators, condition.op) || operators[condition.op].holds(actual, condition.value);
+}
+
+function matches(campaign, event) {
+  const wanted = campaign.trigger_params;
+  if (wanted === undefined || wanted === null) return true;
+  if (isObject(wanted)) return Object.keys(wanted).length === 0;
+  return Array.isArray(wanted) && wanted.every(condition => conditionHolds(condition, event.parameters));
+}
+
+// --- What happened ---
+
+/** Names and parameters, from the stop; of a running session, what the wizard was told. */
+export function eventsOf(session) {
+  if (session.stop) {
+    return listOr(objectOr(session.stop.payload).custom_events).filter(isObject).map(event => ({name: textOr(event.event_name), parameters: objectOr(event.event_params)}));
+  }
+  return session.feeds.filter(feed => isObject(feed.data) && typeof feed.data.event_name === 'string').map(feed => ({
+    name: feed.data.event_name,
+    parameters: Object.fromEntries(listOr(feed.data.event_params).filter(isObject).map(one => [String(one.name), one.value]))}));
+}
+
+const byId = {
+  'App Template has been chosen.': ['chosen'],
+  'Frequency is capped': ['cap', 'It was shown before, and its frequency has not passed.'],
+  'App template load request': ['loading'],
+  'Waiting other orbinel webview': ['page', 'Another message was waiting for its turn, or this one has no page.'],
+  'Template URL is invalid': ['page', 'The address of its page cannot be used.'],
+  'Template request failed': ['page', 'Its page could not be loaded.'],
+};
+const byEvent = {
+  'Other app template on screen': ['screen', 'Another message was on the screen.'],
+  'Orientation is not portrait': ['screen', 'The device was held sideways when its event came.'],
+};
+const ofTheOneOnScreen = {
+  'Inapp has been shown.': ['shown'],
+  'Application state is background.': ['moment', 'The application was in the background when it was to appear.'],
+  'InApp already in view.': ['moment', 'A page of a push was open when it was to appear.'],
+};
+
+/** Goes through the in-app lines once; each outcome goes to the campaigns that it is about. */
+function outcomesOf(session, campaigns) {
+  const outcomes = new Map(campaigns.map(one => [one, []]));
+  const withId = id => campaigns.filter(one => idOf(one) === id);
+  let onScreen = [];
+  for (const line of session.logs) {
+    if (line.type !== 'inapp') continue;
+    const id = line.attributes.inapp_id === undefined ? undefined : brief(line.attributes.inapp_id, 80);
+    const note = (about, [gate, sentence]) => about.forEach(one => outcomes.get(one).push({gate, sentence, line}));
+    if (Object.hasOwn(byId, line.message) && id !== undefined) {
+      const outcome = [...byId[line.message]];
+      if (line.attributes.reason) outcome[1] += ` (${brief(line.attributes.reason)})`;
+      note(withId(id), outcome);
+      if (outcome[0] === 'loading') onScreen = withId(id);
+    } else if (Object.hasOwn(byEvent, line.message)) {
+      note(campaigns.filter(one => one.trigger === line.attributes.event_name), byEvent[line.message]);
+    } else if (Object.hasOwn(ofTheOneOnScreen, line.message)) {
+      note(onScreen, ofTheOneOnScreen[line.message]);
+    } else if (onScreen.length > 0 && /^Webview warning/.test(line.message)) {
+      note(onScreen, ['page', line.message]);
+    } else if (line.message === 'App template selected' || line.message === 'App template not found') {
+      note(campaigns.filter(one => one.trigger === line.attributes.event_name), ['heard']);
+    }
+  }
+  return outcomes;
+}
+
+// --- The verdict ---
+
+/** Every campaign of a session with {campaign, shown, gate, sentence, sure, facts, lines}. */
+export function verdictsOf(session) {
+  const campaigns = campaignsOf(session.answer);
+  const events = eventsOf(session);
+  const outcomes = outcomesOf(session, campaigns);
+  const stop = objectOr(session.stop?.payload);
+  const closed = listOr(stop.inapp_logs).filter(isObject);
+  const blocked = listOr(stop.blocked_inapps).filter(isObject);
+  return campaigns.map(campaign => {
+    const occurred = events.filter(event => event.name === campaign.trigger);
+    const matching = occurred.filter(event => matches(campaign, event));
+    const facts = {occurred, matching, needed: countOf(campaign)};
+    const mine = outcomes.get(campaign);
+    const about = {campaign, facts, session, campaigns, outcomes: mine,
+                   closed: closed.filter(one => brief(one.inapp_id ?? '', 80) === idOf(campaign)),
+                   blocked: blocked.filter(one => brief(one.inapp_id ?? '', 80) === idOf(campaign))};
+    const verdict = fromTheLog(about) ?? fromTheStop(about) ?? fromTheEvents(about);
+    return {campaign, facts, ...verdict, lines: mine.map(outcome => outcome.line), reached: reachedBy(verdict)};
+  });
+}
+
+const stopped = (gate, sentence, sure = true) => ({shown: 0, gate, sentence, sure});
+
+function shownResult(times, later) {
+  const sentence = times === 1 ? 'It was shown.' : `It was shown ${times} times.`;
+  return {shown: times, gate: null, sentence: later ? `${sentence} Later: ${later}` : sentence, sure: true};
+}
+
+function fromTheLog({outcomes, closed, blocked}) {
+  const decisive = outcomes.filter(outcome => outcome.sentence || outcome.gate === 'shown');
+  const shown = decisive.filter(outcome => outcome.gate === 'shown').length;
+  const last = decisive.at(-1);
+  if (shown > 0) return shownResult(shown, last.sentence);
+  if (blocked.length > 0) return null;
+  if (closed.some(one => one.dismiss_type === keyboardOrLink) && outcomes.some(outcome => outcome.gate === 'loading')) {
+    return stopped('moment', 'The keyboard was open when it was to appear.');
+  }
+  return last && closed.length === 0 ? stopped(last.gate, last.sentence) : null;
+}
+
+function fromTheStop({closed, blocked}) {
+  if (closed.length > 0) {
+    if (closed.every(one => one.dismiss_type === control)) return stopped('group', 'This user is in the control group: nothing is shown, only noted.');
+    const shown = closed.filter(one => one.dismiss_type !== control && one.dismiss_type !== keyboardOrLink).length;
+    if (shown > 0) return shownResult(shown);
+    return stopped('moment', 'It closed because the keyboard was open, or by a link; the diagnostic log would say which.', false);
+  }
+  if (blocked.length > 0) return stopped('allowed', 'The application hides messages (disableInAppMessages).');
+  return null;
+}
+
+function fromTheEvents({campaign, facts, session, campaigns, outcomes}) {
+  const {occurred, matching, needed} = facts;
+  const sure = Boolean(session.stop);
+  if (session.answer.sdk_disabled) return stopped('trigger', 'The library was switched off by the session start.');
+  if (typeof campaign.trigger !== 'string') return stopped('trigger', 'Its trigger is no text, so it was dropped.');
+  const heard = outcomes.some(outcome => outcome.gate === 'heard' || outcome.gate === 'chosen');
+  if (occurred.length === 0 && heard && !sure) return stopped('conditions', 'Its event came; what it carried is known once the session has stopped.', false);
+  if (occurred.length === 0) {
+    return stopped('trigger', sure ? `“${brief(campaign.trigger, 60)}” did not occur in this session.`
+                                   : `“${brief(campaign.trigger, 60)}” has not been heard of yet; the stop brings the events.`, sure);
+  }
+  if (matching.length === 0) return stopped('conditions', failedCondition(campaign, occurred.at(-1)), sure);
+  if (matching.length < needed) return stopped('count', `Its event has to come ${needed} times, and came ${matching.length === 1 ? 'once' : matching.length + ' times'}.`, sure);
+  const rival = rivalOf(campaign, campaigns);
+  if (rival) return stopped('priority', rival, false);
+  if (objectOr(campaign.content).type === controlGroup) return stopped('group', 'Its content is for the control group: nothing is shown.', false);
+  return stopped('page', session.logs.length > 0 ? 'It was due; the log does not say what became of it.'
+                                                 : 'It was due. Switch the diagnostic log on (Answers) to see what became of it.', false);
+}
+
+function failedCondition(campaign, event) {
+  const failed = listOr(campaign.trigger_params).find(condition => !conditionHolds(condition, event.parameters));
+  const key = objectOr(failed).key;
+  const actual = event.parameters[key];
+  return failed === undefined ? 'Its conditions cannot be read.'
+    : `Wanted: ${conditionText(failed)}. ${actual === undefined ? 'The event has no such parameter.' : `It was ${brief(JSON.stringify(actual), 60)}.`}`;
+}
+
+/** The smallest priority wins, of equal ones the later campaign, and an event-based one before a counted one. */
+function rivalOf(campaign, campaigns) {
+  const others = campaigns.filter(one => one !== campaign && one.trigger === campaign.trigger);
+  const mine = priorityOf(campaign);
+  const place = campaigns.indexOf(campaign);
+  const counted = others.filter(one => !isEventBased(one) && countOf(one) === countOf(campaign));
+  const before = others.filter(one => isEventBased(one) || countOf(one) === countOf(campaign)).find(one => {
+    if (isEventBased(one) !== isEventBased(campaign)) return isEventBased(one) ? priorityOf(one) <= mine : priorityOf(one) < mine;
+    return priorityOf(one) < mine || (priorityOf(one) === mine && campaigns.indexOf(one) > place);
+  });
+  if (before) return `Campaign ${idOf(before)} of the same event comes first: priority ${priorityOf(before)} against ${mine}.`;
+  if (isEventBased(campaign) && mine > lowestPriority && counted.length === 0) {
+    return `An event-based campaign beyond priority ${lowestPriority} is not chosen by itself; this one has ${mine}.`;
+  }
+  return null;
+}
+
+function reachedBy({shown, gate}) {
+  const at = shown > 0 ? names.length : names.indexOf(gate);
+  return names.map((name, i) => ({name, state: i < at ? 'passed' : i === at ? 'stopped' : 'not reached'}));
+}
