@@ -23,7 +23,9 @@ using platform::ApplicationState;
 /// Implements the operations by noting what they are given.
 class NotingDelegate : public platform::Delegate {
 public:
-    explicit NotingDelegate(std::initializer_list<std::string_view> implemented)
+    using Operations = std::initializer_list<std::string_view>;
+
+    explicit NotingDelegate(Operations implemented)
         : Delegate(std::make_shared<platform::DelegateClass>("AcmeDelegate")) {
         for (const auto operation : implemented) {
             type()->addOperation(operation, [this, operation](auto&, const auto& arguments) {
@@ -160,12 +162,12 @@ TEST_F(GtkHostOnScreen, WhatTheDesktopOpensReachesTheApplicationsDelegate) {
         };
         ASSERT_TRUE(g_application_register(desktop.get(), nullptr, nullptr));
         open("acme://nobody/listens");
-        const auto old = std::make_shared<NotingDelegate>(std::initializer_list{operations::handleOpenUrl});
+        const auto old = std::make_shared<NotingDelegate>(NotingDelegate::Operations{operations::handleOpenUrl});
         opened.services().application->setDelegate(old);
         old->type()->addOperation(operations::openUrlWithOptions, [](auto&, const auto&) { return false; });
         opened.services().application->setDelegate(old);  // whatever was put in front of its class meanwhile
         open("acme://cart?id=1#top");
-        const auto delegate = std::make_shared<NotingDelegate>(std::initializer_list{
+        const auto delegate = std::make_shared<NotingDelegate>(NotingDelegate::Operations{
             operations::handleOpenUrl, operations::openUrlWithOptions, operations::continueUserActivity});
         opened.services().application->setDelegate(delegate);
         open("acme://cart?id=2");
@@ -202,7 +204,7 @@ TEST_F(GtkHostOnScreen, NotificationsGoThroughThePortalAndWhatIsOpenedToTheDeleg
     EXPECT_FALSE(present(reached, offer));  // a bus without a portal
     PortalUnderTest portal(bus.connection());
     const auto delegate = std::make_shared<NotingDelegate>(
-        std::initializer_list{operations::didReceiveNotificationResponse, operations::willPresentNotification});
+        NotingDelegate::Operations{operations::didReceiveNotificationResponse, operations::willPresentNotification});
     reached.services().notifications->setDelegate(delegate);
     EXPECT_EQ(settings(reached), platform::NotificationPermission::granted);
     ASSERT_TRUE(present(reached, offer));
