@@ -20,13 +20,14 @@ ensure_packages() {
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
-# missing_packages NAME…: prints those that are not installed.
+# missing_packages NAME…: prints those that are not installed. A command of a package's name counts as well: a newer npm
+# or cmake than Debian's is often there, and Debian's npm cannot be installed beside a newer node.
 missing_packages() {
     local installed name
     # dpkg-query fails when it does not know one of them, and still tells about the others.
     # shellcheck disable=SC2016  # the fields are dpkg-query's, not the shell's
     installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null | sed -n 's/^installed //p') || true
     for name in "$@"; do
-        grep -qxF -- "$name" <<<"$installed" || echo "$name"
+        grep -qxF -- "$name" <<<"$installed" || command -v "$name" >/dev/null || echo "$name"
     done
 }
