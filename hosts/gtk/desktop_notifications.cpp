@@ -16,9 +16,11 @@ std::string validText(const std::string& text) {
 
 }  // namespace
 
-DesktopNotifications::DesktopNotifications(GtkWindow* window, std::shared_ptr<const platform::Application> application,
-                                           std::shared_ptr<const platform::Json> json)
-    : window_(window), application_(std::move(application)), json_(std::move(json)) {}
+DesktopNotifications::DesktopNotifications(GtkWindow* window, const platform::Services& services)
+    : ForwardingNotifications(services.notifications),
+      window_(window),
+      application_(services.application),
+      json_(services.json) {}
 
 void DesktopNotifications::readSettings(std::function<void(platform::NotificationSettings)> completion) noexcept {
     portal_.look([completion = std::move(completion)](const std::optional<std::string>& failure) {
@@ -55,11 +57,11 @@ void DesktopNotifications::opened(const std::string& token) {
 }
 
 platform::DelegateResult DesktopNotifications::tellDelegate(std::string_view operation, const Dictionary& userInfo) {
-    const auto delegate = delegate_.get();
-    if (delegate == nullptr) return std::nullopt;
+    const auto told = delegate();
+    if (told == nullptr) return std::nullopt;
     platform::DelegateArguments arguments;
     arguments.userInfo = userInfo;
-    return delegate->perform(operation, arguments);
+    return told->perform(operation, arguments);
 }
 
 }  // namespace orbinel::hosts

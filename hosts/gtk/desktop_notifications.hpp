@@ -7,13 +7,13 @@
 #include <optional>
 #include <string>
 
-#include "hosts/common/kept_delegate.hpp"
 #include "hosts/gtk/gobject.hpp"
 #include "hosts/gtk/notification_portal.hpp"
 #include "orbinel/gtk/gtk_host.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/json.hpp"
-#include "orbinel/platform/notifications.hpp"
+#include "orbinel/platform/services.hpp"
+#include "platform/forwarding_notifications.hpp"
 
 namespace orbinel::hosts {
 
@@ -21,19 +21,14 @@ namespace orbinel::hosts {
 /// desktop alone decides what it shows. No push service reaches a desktop, so there is no device token.
 ///
 /// Threads: as the service promises; `present` and openings on the main thread, which has to run the main loop.
-class DesktopNotifications final : public platform::Notifications {
+class DesktopNotifications final : public platform::ForwardingNotifications {
 public:
-    DesktopNotifications(GtkWindow* window, std::shared_ptr<const platform::Application> application,
-                         std::shared_ptr<const platform::Json> json);
+    /// Stands in for a service without a desktop.
+    DesktopNotifications(GtkWindow* window, const platform::Services& services);
 
     void readSettings(std::function<void(platform::NotificationSettings)> completion) noexcept override;
     void requestAuthorization(std::int32_t options,
                               std::function<void(std::optional<std::string> failure)> completion) noexcept override;
-    void registerForRemoteNotifications() noexcept override {}
-    void setDelegate(std::shared_ptr<platform::Delegate> delegate) noexcept override {
-        delegate_.set(std::move(delegate));
-    }
-    [[nodiscard]] std::shared_ptr<platform::Delegate> delegate() const noexcept override { return delegate_.get(); }
 
     void present(const DesktopNotification& notification, NotificationPortal::Done done);
 
@@ -44,7 +39,6 @@ private:
     const WeakObject<GtkWindow> window_;
     const std::shared_ptr<const platform::Application> application_;
     const std::shared_ptr<const platform::Json> json_;
-    KeptDelegate delegate_;
     NotificationPortal portal_{[this](const std::string& token) { opened(token); }};
 };
 

@@ -23,7 +23,7 @@ GtkHost::GtkHost(_GtkWindow* window, LinuxHostOptions options)
     services = parts_->system.services();
     services.application =
         std::make_shared<WindowedApplication>(window, services.application, services.notificationCentre);
-    parts_->notifications = std::make_shared<DesktopNotifications>(window, services.application, services.json);
+    parts_->notifications = std::make_shared<DesktopNotifications>(window, services);
     services.notifications = parts_->notifications;
     services.views = makeGtkViews(window);
     services.pasteboard = std::make_shared<GtkPasteboard>();

@@ -35,9 +35,9 @@ void launchFirst(std::initializer_list<const char*> entries) {
 
 }  // namespace
 
-WindowedApplication::WindowedApplication(GtkWindow* window, std::shared_ptr<const platform::Application> package,
+WindowedApplication::WindowedApplication(GtkWindow* window, std::shared_ptr<platform::Application> package,
                                          std::shared_ptr<platform::NotificationCentre> notifications)
-    : package_(std::move(package)), notifications_(notifications), foreground_(std::move(notifications)) {
+    : ForwardingApplication(std::move(package)), notifications_(notifications), foreground_(std::move(notifications)) {
     int width = 0;
     int height = 0;
     gtk_window_get_default_size(window, &width, &height);

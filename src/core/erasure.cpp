@@ -40,6 +40,9 @@ private:
         } catch (const std::exception& exception) {
             note(exception.what());
             end();
+        } catch (...) {
+            note("Something was thrown.");
+            end();
         }
     }
 

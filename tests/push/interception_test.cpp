@@ -17,16 +17,8 @@ using platform::DelegateArguments;
 using platform::DelegateClass;
 using platform::DelegateResult;
 
-const std::vector<std::string_view> allOfApplication{operations::didRegisterForRemoteNotifications,
-                                                     operations::didFailToRegisterForRemoteNotifications,
-                                                     operations::didReceiveRemoteNotificationFetching,
-                                                     operations::didReceiveRemoteNotification,
-                                                     operations::openUrlWithOptions,
-                                                     operations::handleOpenUrl,
-                                                     operations::openUrlWithSourceApplication,
-                                                     operations::continueUserActivity,
-                                                     operations::didReceiveNotificationResponse,
-                                                     operations::willPresentNotification};
+const std::vector<std::string_view> allOfApplication(operations::onApplication.begin(),
+                                                     operations::onApplication.end());
 
 /// An object of an application with handlers of its own, which are listed as they run.
 struct Handlers {

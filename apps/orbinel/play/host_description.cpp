@@ -1,8 +1,6 @@
 #include "apps/orbinel/play/host_description.hpp"
 
 #include <algorithm>
-#include <array>
-#include <span>
 #include <string_view>
 
 #include "apps/orbinel/play/fields.hpp"
@@ -14,26 +12,20 @@ namespace {
 
 namespace operations = platform::delegate_operations;
 
-constexpr std::array notificationOperations{operations::didReceiveNotificationResponse,
-                                            operations::willPresentNotification};
+bool isOnNotificationCentre(std::string_view name) {
+    return name == operations::didReceiveNotificationResponse || name == operations::willPresentNotification;
+}
 
-constexpr std::array applicationOperations{operations::didRegisterForRemoteNotifications,
-                                           operations::didFailToRegisterForRemoteNotifications,
-                                           operations::didReceiveRemoteNotificationFetching,
-                                           operations::didReceiveRemoteNotification,
-                                           operations::openUrlWithOptions,
-                                           operations::handleOpenUrl,
-                                           operations::openUrlWithSourceApplication,
-                                           operations::continueUserActivity,
-                                           operations::didReceiveNotificationResponse,
-                                           operations::willPresentNotification,
-                                           operations::openUrlContexts};
+bool isOnApplication(std::string_view name) {
+    const auto& known = operations::onApplication;
+    return std::find(known.begin(), known.end(), name) != known.end() || name == operations::openUrlContexts;
+}
 
 std::vector<std::string> readOperations(const Value& json, std::string_view what,
-                                        std::span<const std::string_view> known) {
+                                        bool (*isKnown)(std::string_view name)) {
     auto names = requireTexts(json, what);
     for (const auto& name : names) {
-        if (std::find(known.begin(), known.end(), name) != known.end()) continue;
+        if (isKnown(name)) continue;
         throw Unusable(std::string(what) + " of \"host\" has no operation " + inQuotes(name));
     }
     return names;
@@ -45,11 +37,11 @@ HostDescription readHost(const Value& json) {
     HostDescription host;
     Fields fields(json, "\"host\"");
     if (const auto* application = fields.find("application")) {
-        host.application = readOperations(*application, "\"application\"", applicationOperations);
+        host.application = readOperations(*application, "\"application\"", &isOnApplication);
     }
     if (const auto* notifications = fields.find("notifications")) {
         if (notifications->stringOrEmpty() != "application") {
-            host.notifications = readOperations(*notifications, "\"notifications\"", notificationOperations);
+            host.notifications = readOperations(*notifications, "\"notifications\"", &isOnNotificationCentre);
         }
     }
     if (const auto* twice = fields.find("set_twice")) host.setTwice = requireBoolean(*twice, "\"set_twice\"");

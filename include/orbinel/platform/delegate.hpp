@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -55,6 +56,18 @@ inline constexpr std::string_view willPresentNotification =
 
 /// `urlContexts`.
 inline constexpr std::string_view openUrlContexts = "scene:openURLContexts:";
+
+/// What a platform performs on the application's delegate; the last two where that is the notification centre's, too.
+inline constexpr std::array onApplication{didRegisterForRemoteNotifications,
+                                          didFailToRegisterForRemoteNotifications,
+                                          didReceiveRemoteNotificationFetching,
+                                          didReceiveRemoteNotification,
+                                          openUrlWithOptions,
+                                          handleOpenUrl,
+                                          openUrlWithSourceApplication,
+                                          continueUserActivity,
+                                          didReceiveNotificationResponse,
+                                          willPresentNotification};
 
 }  // namespace delegate_operations
 
