@@ -7,7 +7,7 @@ namespace guide {
 
 std::vector<std::string> productIdsOf(const Dictionary& answer) {
     std::vector<std::string> ids;
-    const auto* products = answer["products"].ifArray();
+    const auto* products = answer["data"].ifArray();
     if (products == nullptr) return ids;  // the answer comes from outside: nothing in it is certain
     for (const auto& product : *products) {
         if (const auto* fields = product.ifDictionary()) ids.push_back((*fields)["product_id"].stringOrEmpty());

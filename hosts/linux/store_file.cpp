@@ -1,6 +1,5 @@
 #include "hosts/linux/store_file.hpp"
 
-#include <cstdlib>
 #include <ctime>
 #include <random>
 #include <system_error>
@@ -141,10 +140,12 @@ void StoreFile::readElements(Loaded& loaded) {
     while (query.step()) {
         const auto state = query.integer(3);
         const bool stateIsKnown = state >= 0 && state <= static_cast<std::int64_t>(ElementState::givenUp);
-        if (!stateIsKnown || std::abs(query.integer(2)) > maximumPosition) {
+        const auto position = query.integer(2);
+        const bool positionIsSound = position >= -maximumPosition && position <= maximumPosition;
+        if (!stateIsKnown || !positionIsSound) {
             throw SqliteError(SQLITE_CORRUPT, "an element makes no sense");
         }
-        ElementRow row{query.integer(1), query.integer(2), static_cast<ElementState>(state), query.text(4)};
+        ElementRow row{query.integer(1), position, static_cast<ElementState>(state), query.text(4)};
         written_.insert(row.id);
         loaded.elements.emplace_back(query.text(0), std::move(row));
     }

@@ -57,10 +57,9 @@ public:
 
     using DelegateObserver = std::function<void(const std::shared_ptr<Delegate>& delegate)>;
 
-    /// Makes the object the application's delegate; null: it has none. What its class implements has to be complete by
-    /// then. Main thread. Observers are told of the object
-    /// inside the call, before it is the delegate; of null they are not told. It is kept until another one takes its
-    /// place.
+    /// Makes the object the application's delegate; null: it has none. Main thread. What its class implements has to
+    /// be complete by then. Observers are told of the object inside the call, before it is the delegate; of null they
+    /// are not told. The object is kept until another one takes its place.
     virtual void setDelegate(std::shared_ptr<Delegate> delegate) noexcept = 0;
 
     [[nodiscard]] virtual std::shared_ptr<Delegate> delegate() const noexcept = 0;
