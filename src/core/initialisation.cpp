@@ -142,33 +142,73 @@ void Initialisation::reinitWithPartnerName(const std::optional<std::string>& par
     guarded(reports_, "+[Orbinel reinitWithPartnerName:]", [&] {
         if (helper_.sdkDisabled()) return sendReinitLogWithMessage("Reinit returned. SDK is disabled.");
         if (!regularInitHasDone_) return sendReinitLogWithMessage("Reinit returned. Regular init is not done.");
-        if (partnerName == session_.partnerName()) {
+        if (partnerName == partnerToBe()) {
             return sendReinitLogWithMessage("Reinit returned. Partner name is the same.");
         }
         if (!partnerNameIsValid(partnerName)) return;
         sendReinitLogWithMessage("Reinit called.");
-        inapp_.removeInapp(lifetime_.whileAlive([this, name = *partnerName] { switchPartner(name); }));
+        inapp_.removeInapp(
+            lifetime_.whileAlive([this, partnerSwitch = beginSwitch(*partnerName)] { switchPartner(partnerSwitch); }));
     });
 }
 
-void Initialisation::switchPartner(const std::string& partnerName) {
+std::string Initialisation::partnerToBe() const {
+    SwitchPointer underWay;
+    {
+        const MutexLock lock(mutex_);
+        underWay = underWay_;
+    }
+    return underWay != nullptr ? underWay->partnerName : session_.partnerName();
+}
+
+Initialisation::SwitchPointer Initialisation::beginSwitch(const std::string& partnerName) {
+    auto begun = std::make_shared<const PartnerSwitch>(PartnerSwitch{partnerName, lifecycle_.isInBackground()});
+    const MutexLock lock(mutex_);
+    underWay_ = begun;
+    return begun;
+}
+
+bool Initialisation::isOvertaken(const SwitchPointer& partnerSwitch) {
+    {
+        const MutexLock lock(mutex_);
+        if (underWay_ == partnerSwitch) return false;
+    }
+    reports_.note([&] { return "Left the switch to " + partnerSwitch->partnerName + ": another one was asked for."; });
+    return true;
+}
+
+void Initialisation::switchPartner(const SwitchPointer& partnerSwitch) {
     guarded(reports_, "+[Orbinel reinitWithPartnerName:]", [&] {
-        if (helper_.sessionGdprConsent() && helper_.mobileSessionGdprConsent()) return stopOldSession(partnerName);
-        sendReinitLogWithMessage("Reinit GDPR false. Skipping session stop/start.");
-        adoptPartner(partnerName);
+        if (isOvertaken(partnerSwitch)) return;
+        if (helper_.consentsAreGiven()) return stopOldSession(partnerSwitch);
+        adoptWithoutSession(partnerSwitch);
     });
 }
 
-void Initialisation::stopOldSession(const std::string& partnerName) {
-    stop_.sendSessionStopRequestWithReason(session_reason::reinit, [this, partnerName] {
+void Initialisation::stopOldSession(const SwitchPointer& partnerSwitch) {
+    stop_.sendSessionStopRequestWithReason(session_reason::reinit, [this, partnerSwitch] {
         sendReinitLogWithMessage("Reinit session stop completed.");
-        adoptPartner(partnerName);
-        identity_.sendIdentityRequestWithCachedIdentifiers(lifetime_.whileAlive([this] { startNewSession(); }));
+        if (isOvertaken(partnerSwitch)) return;
+        // The stop may have taken a minute.
+        if (!helper_.consentsAreGiven()) return adoptWithoutSession(partnerSwitch);
+        resolveIdentity(partnerSwitch);
     });
 }
 
-void Initialisation::startNewSession() {
+void Initialisation::resolveIdentity(const SwitchPointer& partnerSwitch) {
+    if (!adoptPartner(partnerSwitch)) return;
+    identity_.sendIdentityRequestWithCachedIdentifiers(lifetime_.whileAlive(
+        [this, partnerSwitch, adopted = session_.mark()] { startNewSession(*partnerSwitch, adopted); }));
+}
+
+/// Where a session has ended since the partner was adopted, or the application has left the foreground, the next
+/// activation opens the session, or has opened it.
+void Initialisation::startNewSession(const PartnerSwitch& partnerSwitch, const SessionMark& adopted) {
     sendReinitLogWithMessage("Reinit OrbinelID reset completed.");
+    const bool left = lifecycle_.isInBackground() && !partnerSwitch.begunInBackground;
+    if (left || adopted != session_.mark()) {
+        return reports_.note("No session start for the new partner: the application has left the foreground.");
+    }
     start_.sendStartRequestWithReasonAndFlushQueuedRequests(session_reason::reinit, [this] {
         inapp_.enableInAppMessages();
         sendReinitLogWithMessage("Reinit session start completed.");
@@ -176,9 +216,18 @@ void Initialisation::startNewSession() {
     });
 }
 
-void Initialisation::adoptPartner(const std::string& partnerName) {
+void Initialisation::adoptWithoutSession(const SwitchPointer& partnerSwitch) {
+    sendReinitLogWithMessage("Reinit GDPR false. Skipping session stop/start.");
+    static_cast<void>(adoptPartner(partnerSwitch));
+}
+
+bool Initialisation::adoptPartner(const SwitchPointer& partnerSwitch) {
     flushSDKCache();
-    session_.setPartnerName(partnerName);
+    const MutexLock lock(mutex_);  // of two switches that come here at once, the later one adopts last
+    if (underWay_ != partnerSwitch) return false;
+    session_.setPartnerName(partnerSwitch->partnerName);
+    underWay_.reset();
+    return true;
 }
 
 void Initialisation::flushSDKCache() noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -84,10 +85,24 @@ public:
 private:
     void observePlatform();
     void observe(std::string_view name, void (Lifecycle::*handler)() noexcept);
-    void switchPartner(const std::string& partnerName);
-    void stopOldSession(const std::string& partnerName);
-    void startNewSession();
-    void adoptPartner(const std::string& partnerName);
+
+    /// A switch to another partner on its way. One that is begun later takes its place.
+    struct PartnerSwitch {
+        std::string partnerName;
+        bool begunInBackground = false;
+    };
+    using SwitchPointer = std::shared_ptr<const PartnerSwitch>;
+
+    [[nodiscard]] std::string partnerToBe() const;
+    [[nodiscard]] SwitchPointer beginSwitch(const std::string& partnerName);
+    [[nodiscard]] bool isOvertaken(const SwitchPointer& partnerSwitch);
+    void switchPartner(const SwitchPointer& partnerSwitch);
+    void stopOldSession(const SwitchPointer& partnerSwitch);
+    void resolveIdentity(const SwitchPointer& partnerSwitch);
+    void startNewSession(const PartnerSwitch& partnerSwitch, const SessionMark& adopted);
+    /// False where another switch has taken its place meanwhile.
+    [[nodiscard]] bool adoptPartner(const SwitchPointer& partnerSwitch);
+    void adoptWithoutSession(const SwitchPointer& partnerSwitch);
 
     Reports& reports_;
     OrbinelHelper& helper_;
@@ -115,7 +130,8 @@ private:
     std::atomic<bool> regularInitHasDone_{false};
     std::atomic<bool> autoIntegration_{true};
 
-    Mutex mutex_;
+    mutable Mutex mutex_;
+    SwitchPointer underWay_ ORBINEL_GUARDED_BY(mutex_);  // until its partner is adopted
     std::vector<platform::Ticket> observers_ ORBINEL_GUARDED_BY(mutex_);
 };
 

@@ -139,9 +139,7 @@ void Lifecycle::startRequest(Period period) noexcept {
 void Lifecycle::startSession(Period period, const platform::NotificationSettings& settings) noexcept {
     guarded(reports_, "+[Orbinel startRequest]", [&] {
         session_.setPushPermissions(settings.permission == platform::NotificationPermission::granted);
-        if (!helper_.sessionGdprConsent() || !helper_.mobileSessionGdprConsent()) {
-            return reports_.note("No session start: a consent is withheld.");
-        }
+        if (!helper_.consentsAreGiven()) return reports_.note("No session start: a consent is withheld.");
         if (!claimStart(period)) return;
         start_.sendStartRequestWithReasonAndFlushQueuedRequests(session_reason::standard, [] {});
     });
@@ -150,6 +148,11 @@ void Lifecycle::startSession(Period period, const platform::NotificationSettings
 bool Lifecycle::isCurrent(Period period) const {
     const MutexLock lock(mutex_);
     return state_.period == period && state_.latestRanLifecycleOperations == Direction::becameActive;
+}
+
+bool Lifecycle::isInBackground() const noexcept {
+    const MutexLock lock(mutex_);
+    return state_.latestRanLifecycleOperations == Direction::enteredBackground;
 }
 
 /// At most one start for a foreground period; a disabled library may try again, so that the backend can switch it on.

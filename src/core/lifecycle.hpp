@@ -65,6 +65,9 @@ public:
     /// The first handler, for wrappers that deliver the notification themselves.
     void hybridApplicationDidBecomeActive(bool regularInitHasDone) noexcept;
 
+    /// Whether the application has been in the foreground and left it. Threads: any.
+    [[nodiscard]] bool isInBackground() const noexcept;
+
 private:
     enum class Direction { none = 0, becameActive = 1, enteredBackground = 2 };
 

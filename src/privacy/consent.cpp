@@ -96,13 +96,19 @@ void OrbinelPrivacy::saveFailedGdprPost(bool consent) noexcept {
 
 Value OrbinelPrivacy::checkGDPRConsent() noexcept {
     return guarded(reports_, "+[OrbinelPrivacy checkGDPRConsent]", Value(), [&] {
-        if (helper_.sdkDisabled()) return Value();
-        auto stored = helper_.standardStore().value(keys::gdprConsent);
+        const auto stored = rememberedGdprConsent();
         if (stored.isAbsent()) return stored;
-        privacyConsent_ = stored.truth();
         reports_.feed("checkGDPRConsent", [&] { return Dictionary{{"value", stored.truth() ? "1" : "0"}}; });
         return stored;
     });
+}
+
+Value OrbinelPrivacy::rememberedGdprConsent() {
+    if (helper_.sdkDisabled()) return {};
+    const MutexLock lock(settingMutex_);
+    auto stored = helper_.standardStore().value(keys::gdprConsent);
+    if (!stored.isAbsent()) privacyConsent_ = stored.truth();
+    return stored;
 }
 
 Value OrbinelPrivacy::checkFailedGDPRConsent() const noexcept {
@@ -113,9 +119,11 @@ Value OrbinelPrivacy::checkFailedGDPRConsent() const noexcept {
 
 bool OrbinelPrivacy::checkCurrentGDPRConsent() noexcept {
     return guarded(reports_, "+[OrbinelPrivacy checkCurrentGDPRConsent]", true, [&] {
-        auto remembered = checkGDPRConsent();
-        if (remembered.isAbsent()) remembered = checkFailedGDPRConsent();
-        if (!remembered.isAbsent()) privacyConsent_ = remembered.truth();
+        if (!checkGDPRConsent().isAbsent()) return privacyConsent_.load();
+        const auto waiting = checkFailedGDPRConsent();
+        const MutexLock lock(settingMutex_);
+        const bool isSetMeanwhile = !helper_.standardStore().value(keys::gdprConsent).isAbsent();
+        if (!waiting.isAbsent() && !isSetMeanwhile) privacyConsent_ = waiting.truth();
         return privacyConsent_.load();
     });
 }
@@ -130,8 +138,15 @@ bool OrbinelPrivacy::checkCurrentMobileConsent() const noexcept {
 // --- In the course of a launch ---
 
 void OrbinelPrivacy::adoptRememberedConsents() noexcept {
-    helper_.setSessionGdprConsent(checkCurrentGDPRConsent());
+    static_cast<void>(checkCurrentGDPRConsent());  // into memory
+    const MutexLock lock(settingMutex_);
+    helper_.setSessionGdprConsent(privacyConsent_);
     helper_.setMobileSessionGdprConsent(checkCurrentMobileConsent());
+}
+
+std::uint32_t OrbinelPrivacy::timesSet() {
+    const MutexLock lock(settingMutex_);
+    return timesSet_;
 }
 
 void OrbinelPrivacy::importOrResendConsent() noexcept {
@@ -143,12 +158,28 @@ void OrbinelPrivacy::importOrResendConsent() noexcept {
 
 void OrbinelPrivacy::sendGDPRPayload() noexcept {
     guarded(reports_, "+[OrbinelPrivacy sendGDPRPayload]",
-            [&] { sender_.sendRequest(getGDPRPayload(), endpoints_.sendGDPRConsent(), {}); });
+            [&] { post(getGDPRPayload(), gdprPosts_, &OrbinelPrivacy::sendGDPRPayload); });
 }
 
 void OrbinelPrivacy::sendMobileGDPRPayload() noexcept {
     guarded(reports_, "+[OrbinelPrivacy sendMobileGDPRPayload]",
-            [&] { sender_.sendRequest(getMobileGDPRPayload(), endpoints_.sendGDPRConsent(), {}); });
+            [&] { post(getMobileGDPRPayload(), mobilePosts_, &OrbinelPrivacy::sendMobileGDPRPayload); });
+}
+
+/// Posts that are under way at once may arrive in any order: when the last of them is answered, the consent that is in
+/// force then is posted once more.
+void OrbinelPrivacy::post(Dictionary payload, Posts& posts, void (OrbinelPrivacy::*again)() noexcept) {
+    {
+        const MutexLock lock(settingMutex_);
+        if (posts.underWay++ > 0) posts.overlapped = true;
+    }
+    sender_.sendRequest(std::move(payload), endpoints_.sendGDPRConsent(), [this, &posts, again](const Value&) {
+        {
+            const MutexLock lock(settingMutex_);
+            if (--posts.underWay > 0 || !std::exchange(posts.overlapped, false)) return;
+        }
+        (this->*again)();
+    });
 }
 
 void OrbinelPrivacy::sendCachedGDPRPayload() noexcept {
@@ -163,13 +194,8 @@ void OrbinelPrivacy::importGDPRPayload() noexcept {
     guarded(reports_, "+[OrbinelPrivacy importGDPRPayload]", [&] {
         auto payload = getGDPRPayload();
         payload.erase(gdprConsentKey);
-        std::uint32_t asked = 0;
-        {
-            const MutexLock lock(settingMutex_);
-            asked = timesSet_;
-        }
         sender_.sendRequest(std::move(payload), endpoints_.getGDPRConsent(),
-                            [this, asked](const Value& answer) { adoptImported(answer, asked); });
+                            [this, asked = timesSet()](const Value& answer) { adoptImported(answer, asked); });
     });
 }
 

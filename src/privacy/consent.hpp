@@ -71,7 +71,15 @@ public:
     [[nodiscard]] Dictionary getMobileGDPRPayload() noexcept;
 
 private:
+    struct Posts {
+        int underWay = 0;
+        bool overlapped = false;
+    };
+
     void store(std::string_view key, Value value);
+    void post(Dictionary payload, Posts& posts, void (OrbinelPrivacy::*again)() noexcept);
+    [[nodiscard]] Value rememberedGdprConsent();
+    [[nodiscard]] std::uint32_t timesSet();
     [[nodiscard]] Dictionary makePayload(std::string_view consentKey, Value consent);
     void saveGdprConsent(bool consent) ORBINEL_REQUIRES(settingMutex_);
     void saveMobileConsent(bool consent) ORBINEL_REQUIRES(settingMutex_);
@@ -95,6 +103,8 @@ private:
     // back.
     Mutex settingMutex_;
     std::uint32_t timesSet_ ORBINEL_GUARDED_BY(settingMutex_) = 0;
+    Posts gdprPosts_;    // guarded by the mutex, too: the analysis cannot follow references
+    Posts mobilePosts_;  // the same
 
     // How often a post failed: a resend that was sent before that says nothing of what came after it.
     std::atomic<std::uint32_t> timesFailed_{0};

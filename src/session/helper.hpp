@@ -60,6 +60,9 @@ public:
     /// backend expects it so.
     [[nodiscard]] std::string getRFCFromNSDate(Date date) const noexcept;
 
+    /// Whether neither consent is withheld. Unlike `shouldProceed`, leaves no record where one is.
+    [[nodiscard]] bool consentsAreGiven() const noexcept { return sessionGdprConsent_ && mobileSessionGdprConsent_; }
+
     /// The current local time as "YYYY.MM.dd HH:mm:ss".
     [[nodiscard]] std::string getCurrentTime() const noexcept;
 

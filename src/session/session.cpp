@@ -10,8 +10,9 @@ namespace orbinel {
 
 namespace {
 
-constexpr double longestSession = 86'400;        // one day, in seconds
-constexpr std::int32_t implausibleSession = 10;  // what is reported instead, in seconds
+constexpr double longestSession = 86'400;            // one day, in seconds
+constexpr std::int32_t implausibleSession = 10;      // what is reported instead, in seconds
+constexpr std::size_t mostEventsBeforeInapp = 1000;  // that are taken along from session to session
 
 bool isEmptyContainer(const Value& value) {
     const auto* array = value.ifArray();
@@ -29,7 +30,14 @@ std::string OrbinelSession::partnerName() const {
 }
 
 void OrbinelSession::setPartnerName(std::string name) {
-    update([&](SessionRecord& record) { record.partner_name.swap(name); });
+    update([&](SessionRecord& record) {
+        if (!record.partner_name.empty() && record.partner_name != name) record.eventsBeforeInapp.clear();
+        record.partner_name.swap(name);
+    });
+}
+
+SessionMark OrbinelSession::mark() const {
+    return read([this](const SessionRecord& record) { return SessionMark{recordNumber_.load(), record.partner_name}; });
 }
 
 void OrbinelSession::startTimer() noexcept {
@@ -106,6 +114,8 @@ SessionRecord OrbinelSession::takeRecord(const SessionRecord& filled) {
     }
     record_.partner_name = taken.partner_name;
     record_.session_id = taken.session_id;
+    record_.eventsBeforeInapp = std::move(taken.eventsBeforeInapp);
+    if (record_.eventsBeforeInapp.size() > mostEventsBeforeInapp) record_.eventsBeforeInapp.clear();
     taken.session_duration = filled.session_duration;
     taken.timestamp = filled.timestamp;
     // These two never travel; what they counted ends with the session.

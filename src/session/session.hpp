@@ -15,6 +15,13 @@
 
 namespace orbinel {
 
+/// Which session something began in, and under which partner. What comes back when another one is current is too late.
+struct SessionMark {
+    std::uint64_t record = 0;
+    std::string partnerName;
+    bool operator==(const SessionMark&) const = default;
+};
+
 /// The one record in which everything of a foreground period gathers, from its start to its stop.
 ///
 /// Threads: any. The record has one mutex; `update` and `read` hold it for the length of the function given.
@@ -44,7 +51,10 @@ public:
     /// Tells the records of successive sessions apart, counted from 1. Cheaper than a look into the record.
     [[nodiscard]] std::uint64_t recordNumber() const noexcept { return recordNumber_.load(std::memory_order_acquire); }
 
+    [[nodiscard]] SessionMark mark() const;
+
     [[nodiscard]] std::string partnerName() const;
+    /// Event names that wait for another partner's campaigns are dropped.
     void setPartnerName(std::string name);
 
     /// Stores the start time, so that it survives the process being killed in the background.

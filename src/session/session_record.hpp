@@ -50,7 +50,8 @@ struct SessionRecord {
     Array blocked_inapps;
     Dictionary eventOccurrences;  // occurrence key to count, for in-app triggers
 
-    // Events tagged before the campaigns arrived. Beside the fields: never sent.
+    // Events tagged before the campaigns arrived, also in earlier sessions whose start was not answered. Beside the
+    // fields: never sent.
     std::vector<std::string> eventsBeforeInapp;
 };
 

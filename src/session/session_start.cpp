@@ -53,21 +53,27 @@ void OrbinelConfig::sendStartRequestWithReasonAndFlushQueuedRequests(int reason,
             sendStartRequestWithReason(reason, std::move(completion));
             return;
         }
-        sender_.sendQueuedRequests(
-            [this, reason, completion = std::move(completion)] { sendStartRequestWithReason(reason, completion); });
+        sender_.sendQueuedRequests([this, reason, session = session_.mark(), completion = std::move(completion)] {
+            if (session != session_.mark()) return reports_.note("No session start: its session has ended.");
+            sendStartRequestWithReason(reason, completion);
+        });
     });
 }
 
 void OrbinelConfig::sendStartRequestWithReason(int reason, Completion completion) noexcept {
     const bool sent = guarded(reports_, "+[OrbinelConfig sendStartRequestWithReason:completion:]", [&] {
+        // Whoever asked for the start saw the consents given, but requests may have been waited for since.
+        if (!helper_.consentsAreGiven()) return reports_.note("No session start: a consent is withheld.");
+        const auto session = session_.mark();
         auto payload = getStartPayload();
         reports_.feed("sessionStartResquest", [&] {
             return Dictionary{{"start_request", session_.dictToJson(payload)}};
         });
         if (const auto name = nameOfReason(reason)) payload.set("reason", *name);
-        sender_.sendRequest(std::move(payload), endpoints_.getConfig(), [this, completion](Value answer) {
-            scheduler_.postMain(lifetime_.whileAlive(
-                [this, completion, answer = std::move(answer)] { handleAnswer(answer, completion); }));
+        sender_.sendRequest(std::move(payload), endpoints_.getConfig(), [this, session, completion](Value answer) {
+            scheduler_.postMain(lifetime_.whileAlive([this, session, completion, answer = std::move(answer)] {
+                handleAnswer(answer, session, completion);
+            }));
         });
     });
     if (!sent) finish(completion);
@@ -116,10 +122,17 @@ void OrbinelConfig::setFirstRun() {
 
 // --- The answer, in this order ---
 
-void OrbinelConfig::handleAnswer(const Value& answer, const Completion& completion) noexcept {
+void OrbinelConfig::handleAnswer(const Value& answer, const SessionMark& session,
+                                 const Completion& completion) noexcept {
+    if (session != session_.mark()) return leaveAnswer(answer, completion);
     const bool proceed = guarded(reports_, "+[OrbinelConfig sendStartRequestWithReason:completion:]", true,
                                  [&] { return applyAnswer(answer); });
     if (proceed) finish(completion);
+}
+
+void OrbinelConfig::leaveAnswer(const Value& answer, const Completion& completion) {
+    reports_.note("Left the answer to a session start: its session has ended.");
+    if (!answer.isAbsent()) complete(completion);
 }
 
 /// False where the session start ends here, without the callback and the completion.
@@ -129,14 +142,10 @@ bool OrbinelConfig::applyAnswer(const Value& answer) {
         collaborators_.events->recordInternalEvent(sessionStart);
         return false;
     }
+    recordAnswer(answer);
     const auto* dictionary = answer.ifDictionary();
     if (dictionary == nullptr) throw std::runtime_error("The answer to the session start is not a dictionary.");
-
-    reports_.feed("sessionStartResponse", [&] {
-        return Dictionary{{"start_response", session_.dictToJson(*dictionary)}};
-    });
     const auto start = fromDictionary<StartAnswer>(*dictionary);
-    collaborators_.campaigns->setStartRequestCompleted(true);
     helper_.setSdkDisabled(start.sdk_disabled);
     if (start.sdk_disabled) return false;
     collaborators_.events->recordInternalEvent(sessionStart);
@@ -146,6 +155,15 @@ bool OrbinelConfig::applyAnswer(const Value& answer) {
     applyRecommendations(start);
     applyContents(start);
     return !start.inapps || applyInapps(*start.inapps);
+}
+
+/// Whatever it says, it is an answer: events no longer wait for one.
+void OrbinelConfig::recordAnswer(const Value& answer) {
+    reports_.feed("sessionStartResponse", [&] {
+        const auto* dictionary = answer.ifDictionary();
+        return Dictionary{{"start_response", session_.dictToJson(dictionary != nullptr ? *dictionary : Dictionary())}};
+    });
+    collaborators_.campaigns->setStartRequestCompleted(true);
 }
 
 void OrbinelConfig::applyLogSwitches(const StartAnswer& answer) {
@@ -232,6 +250,10 @@ void OrbinelConfig::replayEventsBeforeInapp() {
 
 void OrbinelConfig::finish(const Completion& completion) noexcept {
     performSessionStartedCallback();
+    complete(completion);
+}
+
+void OrbinelConfig::complete(const Completion& completion) noexcept {
     if (!completion) return;
     guarded(reports_, "+[OrbinelConfig sendStartRequestWithReason:completion:]", [&] { completion(); });
 }
@@ -268,7 +290,8 @@ void OrbinelConfig::flushQueueIfAppropriate(int retryStep) noexcept {
 
 void OrbinelConfig::retryQueuedRequests(int retryStep) {
     queue_.count([this, retryStep](std::size_t queued) {
-        if (queued == 0) return reportFlushingFinished();
+        // A stop that waits is gathered data: it stays where it is until a session may start again.
+        if (queued == 0 || !helper_.consentsAreGiven()) return reportFlushingFinished();
         reports_.log(LogType::common, LogLevel::info, "Retried queued requests.", [&] {
             return Dictionary{{"retry_step", std::to_string(retryStep)}};
         });

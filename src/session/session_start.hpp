@@ -42,8 +42,10 @@ public:
     /// Deals with the offline queue first: for reason 1 its retry loop begins and the start is sent at once, for every
     /// other reason the queue is sent once and the start when that pass is over.
     ///
-    /// The completion is called when an answer has been applied; not when there was none, not when it switched the
-    /// library off, and not when a message took the place of the session start.
+    /// The completion is called when an answer has come; not when there was none, not when it switched the library off,
+    /// and not when a message took the place of the session start. Nothing is sent, and nothing called, where a consent
+    /// is withheld or the session has ended by the time the start would leave. An answer that comes when its session
+    /// has ended, or the partner has changed, is not applied: it says nothing of the session that is current then.
     void sendStartRequestWithReasonAndFlushQueuedRequests(int reason, Completion completion) noexcept;
     void sendStartRequestWithReason(int reason, Completion completion) noexcept;
 
@@ -67,7 +69,9 @@ public:
 
 private:
     void setFirstRun();
-    void handleAnswer(const Value& answer, const Completion& completion) noexcept;
+    void handleAnswer(const Value& answer, const SessionMark& session, const Completion& completion) noexcept;
+    void leaveAnswer(const Value& answer, const Completion& completion);
+    void recordAnswer(const Value& answer);
     [[nodiscard]] bool applyAnswer(const Value& answer);
     void applyLogSwitches(const StartAnswer& answer);
     void summariseReceivedInapps(const Array& inapps);
@@ -78,6 +82,7 @@ private:
     void replayEventsBeforeInapp();
     void performSessionStartedCallback() noexcept;
     void finish(const Completion& completion) noexcept;
+    void complete(const Completion& completion) noexcept;
     void retryQueuedRequests(int retryStep);
     void reportFlushingFinished() noexcept;
 

@@ -208,16 +208,20 @@ void OrbinelIdentity::resolveAgain(const GuardedOperation& operation, std::strin
                                    const Dictionary& identifiers, const Completion& completion) noexcept {
     const bool asked = guarded(reports_, operation, [&] {
         reports_.log(LogType::inapp, LogLevel::info, message, [] { return Dictionary(); });
-        const auto change = beginChange();
-        sendIdentityRequest(identifiers, [this, change, identifiers, completion](const std::string& orbinelId) {
-            if (!orbinelId.empty() && mayTakeEffect(change)) {
-                identityRequestSuccessHandler(orbinelId, identifiers);
-                yieldToLogout(change);
-            }
+        sendIdentityRequest(identifiers, [this, asked = order(), identifiers, completion](const auto& orbinelId) {
+            resolved(asked, orbinelId, identifiers);
             completion();
         });
     });
     if (!asked) guarded(reports_, operation, [&] { completion(); });
+}
+
+void OrbinelIdentity::resolved(const Order& asked, const std::string& orbinelId,
+                               const Dictionary& identifiers) noexcept {
+    if (orbinelId.empty()) return;
+    if (asked != order()) return reports_.note("Left an ID: a login or logout has begun since it was asked for.");
+    identityRequestSuccessHandler(orbinelId, identifiers);
+    yieldToLogout(asked.begun);
 }
 
 void OrbinelIdentity::logoutUser() noexcept {

@@ -87,19 +87,31 @@ public:
 
     // --- The order of changes. ---
 
-    /// Logins, logouts and re-resolutions are numbered as they begin. One whose answer comes when a later one has
-    /// already taken effect is too late, and is left.
+    /// Logins and logouts are numbered as they begin. One whose answer comes when a later one has already taken effect
+    /// is too late, and is left. When the library asks for the ID again of its own accord, that is no change: its
+    /// answer is left where a change has begun or taken effect since, and makes none too late.
     using Change = std::uint64_t;
     [[nodiscard]] Change beginChange() noexcept { return ++lastBegun_; }
     /// To be asked before the change takes effect; false where it is too late.
     [[nodiscard]] bool mayTakeEffect(Change change) noexcept;
+    /// Whether this is the change that took effect last.
+    [[nodiscard]] bool isInEffect(Change change) const noexcept { return lastInEffect_ == change; }
     /// To be called once a login is in effect: a logout that began after it, and came in between, has the last word.
     void yieldToLogout(Change change) noexcept;
 
 private:
+    /// How far the changes had come at some moment.
+    struct Order {
+        Change begun = 0;
+        Change inEffect = 0;
+        bool operator==(const Order&) const = default;
+    };
+    [[nodiscard]] Order order() const noexcept { return {lastBegun_, lastInEffect_}; }
+
     [[nodiscard]] std::optional<std::string> currentId();
     [[nodiscard]] std::optional<std::string> validId();
     void mirror(const std::string& orbinelId);
+    void resolved(const Order& asked, const std::string& orbinelId, const Dictionary& identifiers) noexcept;
     void resolveAgain(const GuardedOperation& operation, std::string_view message, const Dictionary& identifiers,
                       const Completion& completion) noexcept;
     void setIdentifiersAsAttributes(const Dictionary& identifiers);

@@ -15,6 +15,7 @@ struct Login::Attempt {
     std::optional<std::string> rememberedId;  // in force when the login began
     OrbinelIdentity::Change change = 0;
     std::string orbinelId;  // as answered; empty without an answer
+    SessionMark closed;     // the session that was closed for it
 };
 
 Login::Login(const Needs& needs)
@@ -22,6 +23,7 @@ Login::Login(const Needs& needs)
       helper_(needs.helper),
       identity_(needs.identity),
       user_(needs.user),
+      session_(needs.session),
       stop_(needs.stop),
       start_(needs.start),
       lifetime_(needs.lifetime),
@@ -75,6 +77,7 @@ void Login::switchPerson(const AttemptPointer& attempt) noexcept {
         if (!helper_.shouldProceed()) return postpone(*attempt);
         user_.setLoginStatus(false);
         removeDisplayedInapp();
+        attempt->closed = session_.mark();
         stop_.sendSessionStopRequestWithReason(session_reason::login, [this, attempt] { startNewSession(attempt); });
     });
 }
@@ -93,14 +96,18 @@ void Login::removeDisplayedInapp() {
         [this] { reports_.log(LogType::inapp, LogLevel::info, "In-app messages disabled and removed."); }));
 }
 
-/// Also where a later login or a logout has overtaken this one: the session has been closed for it.
+/// Also where a later login or a logout has overtaken this one: the session has been closed for it. Where another
+/// session has ended since, the application has left the foreground, and the next activation opens the session.
 void Login::startNewSession(const AttemptPointer& attempt) {
-    const bool inTime = identity_.mayTakeEffect(attempt->change);
-    if (inTime) apply(*attempt);
+    if (identity_.mayTakeEffect(attempt->change)) apply(*attempt);
     if (!helper_.shouldProceed()) return;
-    start_.sendStartRequestWithReasonAndFlushQueuedRequests(session_reason::login, [this, attempt, inTime] {
-        if (inTime) giveResult(attempt->result, attempt->orbinelId);
-    });
+    if (session_.recordNumber() != attempt->closed.record + 1) return giveResultIfInEffect(*attempt);
+    start_.sendStartRequestWithReasonAndFlushQueuedRequests(session_reason::login,
+                                                            [this, attempt] { giveResultIfInEffect(*attempt); });
+}
+
+void Login::giveResultIfInEffect(const Attempt& attempt) noexcept {
+    if (identity_.isInEffect(attempt.change)) giveResult(attempt.result, attempt.orbinelId);
 }
 
 void Login::apply(const Attempt& attempt) noexcept {

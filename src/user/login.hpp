@@ -21,8 +21,8 @@ namespace orbinel {
 /// before, closes the running session and opens one under the new ID.
 ///
 /// A login goes on to its end in the background too: nothing of it waits for the application to be active. Only where
-/// the gate is closed meanwhile, no session is closed or opened. Of two logins under way, the later one prevails,
-/// whichever is answered first.
+/// the gate is closed meanwhile, no session is closed or opened, and none is opened where the application's own has
+/// ended since. Of two logins under way, the later one prevails, whichever is answered first.
 ///
 /// Threads: any. A different person's session is closed from the main queue; the result comes there, or, where the
 /// session goes on, on the thread of the answer.
@@ -35,6 +35,7 @@ public:
         OrbinelHelper& helper;
         OrbinelIdentity& identity;
         OrbinelUserInternal& user;
+        const OrbinelSession& session;
         SessionStop& stop;
         OrbinelConfig& start;
         const Lifetime& lifetime;
@@ -65,12 +66,14 @@ private:
     void removeDisplayedInapp();
     void startNewSession(const AttemptPointer& attempt);
     void apply(const Attempt& attempt) noexcept;
+    void giveResultIfInEffect(const Attempt& attempt) noexcept;
     void giveResult(const OrbinelIDResult& result, const std::string& orbinelId) noexcept;
 
     Reports& reports_;
     OrbinelHelper& helper_;
     OrbinelIdentity& identity_;
     OrbinelUserInternal& user_;
+    const OrbinelSession& session_;
     SessionStop& stop_;
     OrbinelConfig& start_;
     const Lifetime& lifetime_;

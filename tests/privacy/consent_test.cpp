@@ -32,6 +32,7 @@ TEST_F(ConsentTest, SettingClosesTheGateAtOnceRemembersAndStillPosts) {
     world().privacy.setGDPRConsent(false);
     EXPECT_FALSE(gateIsOpen());
     Orbinel::tagEvent("dropped").build();
+    host.settle();
     world().privacy.setGDPRConsent(true);
     world().privacy.setMobileGDPRConsent(false);
     EXPECT_FALSE(gateIsOpen());
@@ -56,6 +57,19 @@ TEST_F(ConsentTest, SettingClosesTheGateAtOnceRemembersAndStillPosts) {
     world().privacy.adoptRememberedConsents();
     EXPECT_TRUE(world().helper.sessionGdprConsent());
     EXPECT_FALSE(world().helper.mobileSessionGdprConsent());
+}
+
+TEST_F(ConsentTest, PostsOnceMoreWhereTwoPostsMayHaveOvertakenEachOther) {
+    backend.answer(setPath, {.never = true});
+    world().privacy.setGDPRConsent(true);
+    world().privacy.setGDPRConsent(false);
+    world().privacy.setMobileGDPRConsent(true);
+    host.settle();
+    ASSERT_THAT(sets(), SizeIs(3));
+    backend.answer(setPath, {});
+    host.advance(60);  // their time is up
+    ASSERT_THAT(sets(), SizeIs(4));
+    EXPECT_EQ(sets()[3].payload["gdpr_consent"], false);
 }
 
 TEST_F(ConsentTest, ALaunchAdoptsWhatIsRememberedInItsOrder) {
