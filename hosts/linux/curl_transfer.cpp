@@ -14,6 +14,7 @@ constexpr std::size_t maximumBodyBytes = 16 * 1024 * 1024;
 constexpr std::size_t maximumHeaderBytes = 256 * 1024;
 constexpr long maximumRedirects = 20;
 constexpr const char* protocols = "http,https";
+constexpr const char* secureProtocol = "https";
 
 bool sameName(std::string_view left, std::string_view right) noexcept {
     return left.size() == right.size() && strncasecmp(left.data(), right.data(), left.size()) == 0;
@@ -35,6 +36,12 @@ bool isAbsoluteHttpUrl(const std::string& url) {
     const bool known = sameName(scheme, "http") || sameName(scheme, "https");
     curl_free(scheme);
     return known;
+}
+
+/// What was to travel unreadable for others must not do so in plain form because a server says so.
+const char* protocolsOfRedirects(const platform::HttpRequest& request) noexcept {
+    const bool isSecure = sameName(std::string_view(request.url).substr(0, 6), "https:");
+    return isSecure && request.method != "GET" ? secureProtocol : protocols;
 }
 
 bool holdsControlCharacter(std::string_view text) noexcept {
@@ -71,7 +78,7 @@ bool CurlTransfer::prepare(CurlEasy easy, const NetworkSettings& settings) {
     curl_easy_setopt(handle, CURLOPT_TCP_NODELAY, 1L);
     curl_easy_setopt(handle, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
     curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, protocols);
-    curl_easy_setopt(handle, CURLOPT_REDIR_PROTOCOLS_STR, protocols);
+    curl_easy_setopt(handle, CURLOPT_REDIR_PROTOCOLS_STR, protocolsOfRedirects(request_));
     curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, request_.followRedirects ? 1L : 0L);
     curl_easy_setopt(handle, CURLOPT_MAXREDIRS, maximumRedirects);
     curl_easy_setopt(handle, CURLOPT_POSTREDIR, static_cast<long>(CURL_REDIR_POST_ALL));

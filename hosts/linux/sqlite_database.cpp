@@ -1,5 +1,9 @@
 #include "hosts/linux/sqlite_database.hpp"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace orbinel::hosts {
 
 SqliteStatement::~SqliteStatement() {
@@ -47,8 +51,24 @@ void SqliteStatement::check(int code) const {
     if (code != SQLITE_OK) throw SqliteError(code, sqlite3_errmsg(sqlite3_db_handle(statement_)));
 }
 
+namespace {
+
+/// SQLite would make the file readable by others, and gives the same mode to the files beside it. A file that is there
+/// is not opened: closing it would let go of the locks that SQLite may hold on it in this process.
+void closeToOtherPeople(const std::filesystem::path& path) noexcept {
+    const int made = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (made >= 0) {
+        close(made);
+    } else {
+        static_cast<void>(chmod(path.c_str(), S_IRUSR | S_IWUSR));  // where that fails, SQLite says what is wrong
+    }
+}
+
+}  // namespace
+
 SqliteDatabase::SqliteDatabase(const std::filesystem::path& path, Access access, int busyMilliseconds) {
     const int mode = access == Access::readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    if (access == Access::readWrite) closeToOtherPeople(path);
     sqlite3* connection = nullptr;
     const int code = sqlite3_open_v2(path.c_str(), &connection, mode | SQLITE_OPEN_NOMUTEX, nullptr);
     connection_.reset(connection);  // also where opening failed

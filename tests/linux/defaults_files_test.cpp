@@ -155,6 +155,20 @@ TEST_F(DefaultsFiles, ATruncatedFileIsSetAside) {
     expectAFreshStoreThatLasts();
 }
 
+TEST_F(DefaultsFiles, NobodyElseMayReadThem) {
+    std::filesystem::permissions(directory.path(), std::filesystem::perms(0755));
+    open();
+    write("key", 1);
+    close();
+    std::filesystem::permissions(file, std::filesystem::perms(0644));  // as an earlier version made it
+    open();
+    write("key", 2);
+    for (const auto& entry : std::filesystem::directory_iterator(directory.path())) {
+        const auto others = std::filesystem::perms::group_all | std::filesystem::perms::others_all;
+        EXPECT_EQ(entry.status().permissions() & others, std::filesystem::perms::none) << entry.path();
+    }
+}
+
 TEST_F(DefaultsFiles, ADirectoryInItsPlaceIsSetAside) {
     std::filesystem::create_directory(file);
     open();

@@ -21,7 +21,9 @@ struct HttpRequest {
     HttpHeaders headers;                        // sent in this order; nothing is added that names the client
     std::string body;                           // sent as it stands; not sent with GET
     std::chrono::milliseconds timeout{60'000};  // for the whole transfer, from its start
-    bool followRedirects = true;  // with method and body kept, whatever the status; more than 20 are a failure
+    // With method and body kept, whatever the status. More than 20 are a failure, and so is one from https to http
+    // unless the method is GET.
+    bool followRedirects = true;
 };
 
 struct HttpResponse {
