@@ -49,8 +49,8 @@ bool SandboxProbe::works() {
 bool SandboxProbe::saysYes() const {
     pollfd waiting{answer_, POLLIN, 0};
     char text[yes.size()] = {};
-    if (::poll(&waiting, 1, limitMilliseconds) != 1) return false;
-    const auto length = ::read(answer_, text, sizeof text);
+    if (TEMP_FAILURE_RETRY(::poll(&waiting, 1, limitMilliseconds)) != 1) return false;
+    const auto length = TEMP_FAILURE_RETRY(::read(answer_, text, sizeof text));
     return length == static_cast<ssize_t>(yes.size()) && std::string_view(text, yes.size()) == yes;
 }
 

@@ -1,5 +1,6 @@
 #include "hosts/linux/background_pool.hpp"
 
+#include <system_error>
 #include <utility>
 
 namespace orbinel::hosts {
@@ -28,10 +29,19 @@ void BackgroundPool::post(platform::Task task) {
         if (state.closed) return;
         state.tasks.push_back(std::move(task));
         if (state.tasks.size() > state.idle && state.threads.size() < maximumThreads) {
-            state.threads.emplace_back([shared = state_] { work(shared); });
+            startThread(state_);
         }
     }
     state.changed.notifyOne();
+}
+
+/// Where the system has no thread left, the others go on; where there is none, the task waits until the next one is
+/// posted.
+void BackgroundPool::startThread(const std::shared_ptr<State>& state) {
+    try {
+        state->threads.emplace_back([state] { work(state); });
+    } catch (const std::system_error&) {
+    }
 }
 
 void BackgroundPool::work(const std::shared_ptr<State>& state) {

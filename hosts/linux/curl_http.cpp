@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -41,7 +42,7 @@ public:
             id = ++lastId_;
             incoming_.push_back(std::make_unique<CurlTransfer>(id, std::move(request), std::move(completion)));
             // A completion may send while the service ends: its thread is still there and sees to that request.
-            if (!ending_ && !thread_.joinable()) thread_ = std::thread([self = shared_from_this()] { self->run(); });
+            if (!ending_ && !thread_.joinable()) startThread();
         }
         curl_multi_wakeup(multi_.get());
         return id;
@@ -63,7 +64,7 @@ public:
             ending_ = true;
             thread = std::move(thread_);
         }
-        if (!thread.joinable()) return;
+        if (!thread.joinable()) return run();  // which completes what has never found a thread
         curl_multi_wakeup(multi_.get());
         if (thread.get_id() == std::this_thread::get_id()) {
             thread.detach();  // it holds this object and ends as soon as the running completion has returned
@@ -78,6 +79,14 @@ private:
     static Multi makeMulti() {
         initialiseLibcurlOnce();
         return {curl_multi_init(), curl_multi_cleanup};
+    }
+
+    /// Where the system has no thread left, what has come in waits until the next request finds one.
+    void startThread() ORBINEL_REQUIRES(mutex_) {
+        try {
+            thread_ = std::thread([self = shared_from_this()] { self->run(); });
+        } catch (const std::system_error&) {
+        }
     }
 
     // Everything below runs on the network thread.

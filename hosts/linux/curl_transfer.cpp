@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 #include <string_view>
 
 namespace orbinel::hosts {
@@ -88,6 +89,7 @@ bool CurlTransfer::prepare(CurlEasy easy, const NetworkSettings& settings) {
     curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, &CurlTransfer::onBody);
     curl_easy_setopt(handle, CURLOPT_WRITEDATA, this);
     curl_easy_setopt(handle, CURLOPT_PRIVATE, this);
+    curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, detail_.data());
     return true;
 }
 
@@ -137,7 +139,7 @@ void CurlTransfer::setMethodAndBody() {
 
 platform::HttpOutcome CurlTransfer::outcome(CURLcode code, const NetworkSettings& settings) {
     if (!reason_.empty()) return platform::HttpFailure{std::move(reason_)};
-    if (code != CURLE_OK) return platform::HttpFailure{settings.reasonOf(code)};
+    if (code != CURLE_OK) return platform::HttpFailure{settings.reasonOf(code, detail_.data())};
 
     long status = 0;
     long redirects = 0;
@@ -177,20 +179,35 @@ bool CurlTransfer::takeHeaderLine(std::string_view line) {
     return true;
 }
 
+bool CurlTransfer::takeBody(std::string_view piece) {
+    if (receivedBody_.size() + piece.size() > maximumBodyBytes) {
+        return reason_ = "The body of the response is too long.", false;
+    }
+    receivedBody_.append(piece);
+    return true;
+}
+
+/// How much of what has come was taken; where it is not everything, libcurl ends the transfer.
+template <typename Take>
+std::size_t CurlTransfer::taken(std::size_t bytes, Take&& take) noexcept {
+    try {
+        return take() ? bytes : 0;
+    } catch (const std::bad_alloc&) {
+        reason_ = "Out of memory.";  // short enough to need none
+        return 0;
+    }
+}
+
 std::size_t CurlTransfer::onHeader(const char* data, std::size_t size, std::size_t count, void* self) noexcept {
+    auto& transfer = *static_cast<CurlTransfer*>(self);
     const auto bytes = size * count;
-    return static_cast<CurlTransfer*>(self)->takeHeaderLine({data, bytes}) ? bytes : 0;
+    return transfer.taken(bytes, [&] { return transfer.takeHeaderLine({data, bytes}); });
 }
 
 std::size_t CurlTransfer::onBody(const char* data, std::size_t size, std::size_t count, void* self) noexcept {
     auto& transfer = *static_cast<CurlTransfer*>(self);
     const auto bytes = size * count;
-    if (transfer.receivedBody_.size() + bytes > maximumBodyBytes) {
-        transfer.reason_ = "The body of the response is too long.";
-        return 0;
-    }
-    transfer.receivedBody_.append(data, bytes);
-    return bytes;
+    return transfer.taken(bytes, [&] { return transfer.takeBody({data, bytes}); });
 }
 
 }  // namespace orbinel::hosts

@@ -2,6 +2,7 @@
 
 #include <curl/curl.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -51,6 +52,9 @@ private:
     void setMethodAndBody();
     void beginResponse() noexcept;
     [[nodiscard]] bool takeHeaderLine(std::string_view line);
+    [[nodiscard]] bool takeBody(std::string_view piece);
+    template <typename Take>
+    [[nodiscard]] std::size_t taken(std::size_t bytes, Take&& take) noexcept;
 
     static std::size_t onHeader(const char* data, std::size_t size, std::size_t count, void* self) noexcept;
     static std::size_t onBody(const char* data, std::size_t size, std::size_t count, void* self) noexcept;
@@ -63,7 +67,8 @@ private:
     platform::HttpHeaders receivedHeaders_;
     std::size_t receivedHeaderBytes_ = 0;
     std::string receivedBody_;
-    std::string reason_;  // why we, and not libcurl, ended it
+    std::string reason_;                          // why we, and not libcurl, ended it
+    std::array<char, CURL_ERROR_SIZE> detail_{};  // why libcurl ended it
 };
 
 }  // namespace orbinel::hosts

@@ -1,6 +1,7 @@
 #include "hosts/linux/deadline_timer.hpp"
 
 #include <map>
+#include <system_error>
 #include <thread>
 
 #include "base/mutex.hpp"
@@ -45,7 +46,7 @@ DeadlineTimer::Id DeadlineTimer::callAt(TimePoint time, std::function<void()> ca
         if (state.closed) return id;
         state.callbacks.emplace(id, std::move(callback));
         first = state.callbacks.begin()->first == id;
-        if (!state.thread.joinable()) state.thread = std::thread([shared = state_] { work(shared); });
+        if (!state.thread.joinable()) startThread(state_);
     }
     if (first) state.changed.notifyOne();
     return id;
@@ -55,6 +56,14 @@ void DeadlineTimer::cancel(const Id& id) {
     State::Callbacks::node_type dropped;  // outlives the lock: the callback may own what calls back here
     MutexLock lock(state_->mutex);
     dropped = state_->callbacks.extract(id);
+}
+
+/// Where the system has no thread left, the callbacks wait until the next one is added.
+void DeadlineTimer::startThread(const std::shared_ptr<State>& state) {
+    try {
+        state->thread = std::thread([state] { work(state); });
+    } catch (const std::system_error&) {
+    }
 }
 
 void DeadlineTimer::work(const std::shared_ptr<State>& state) {

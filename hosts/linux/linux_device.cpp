@@ -1,7 +1,9 @@
 #include "hosts/linux/linux_device.hpp"
 
 #include <glib.h>
+#include <unistd.h>
 
+#include <array>
 #include <chrono>
 #include <string>
 #include <utility>
@@ -19,12 +21,21 @@ using std::chrono::steady_clock;
 constexpr std::chrono::seconds factsAge{5};
 constexpr const char* vendorIdentifierFile = "vendor-identifier";
 
+/// A random UUID of version 4. From the kernel's call, because GLib's opens a file on the caller's thread.
 std::string newUuid() {
-    char* lower = g_uuid_string_random();
-    char* upper = g_ascii_strup(lower, -1);
-    std::string uuid = upper;
-    g_free(upper);
-    g_free(lower);
+    std::array<unsigned char, 16> bytes{};
+    if (::getentropy(bytes.data(), bytes.size()) != 0) {
+        for (auto& byte : bytes) byte = static_cast<unsigned char>(g_random_int_range(0, 256));
+    }
+    bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0F) | 0x40);
+    bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3F) | 0x80);
+    std::string uuid;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        constexpr char digits[] = "0123456789ABCDEF";
+        if (i == 4 || i == 6 || i == 8 || i == 10) uuid += '-';
+        uuid += digits[bytes[i] >> 4];
+        uuid += digits[bytes[i] & 0x0F];
+    }
     return uuid;
 }
 

@@ -34,8 +34,11 @@ void NetworkSettings::apply(CURL* handle) const {
     curl_easy_setopt(handle, CURLOPT_CAPATH, directory.empty() ? nullptr : directory.c_str());
 }
 
-std::string NetworkSettings::reasonOf(CURLcode code) const {
+std::string NetworkSettings::reasonOf(CURLcode code, std::string_view detail) const {
     if (code == CURLE_SSL_CACERT_BADFILE) return "The certificate authorities (" + authorities() + ") cannot be used.";
+    if (code == CURLE_PEER_FAILED_VERIFICATION && !detail.empty()) {
+        return "The server's certificate is not accepted (" + std::string(detail) + ").";
+    }
     return std::string(curl_easy_strerror(code)) + ".";
 }
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "orbinel/linux/linux_host.hpp"
 
@@ -19,8 +20,8 @@ public:
     /// Asks the disk whether the authorities are a file or a directory: for the network thread.
     void apply(CURL* handle) const;
 
-    /// One sentence about a failed transfer.
-    [[nodiscard]] std::string reasonOf(CURLcode code) const;
+    /// One sentence about a failed transfer. The detail is what libcurl says of this very one; it may be empty.
+    [[nodiscard]] std::string reasonOf(CURLcode code, std::string_view detail) const;
 
 private:
     [[nodiscard]] std::string authorities() const;

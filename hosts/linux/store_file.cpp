@@ -1,5 +1,6 @@
 #include "hosts/linux/store_file.hpp"
 
+#include <algorithm>
 #include <ctime>
 #include <random>
 #include <system_error>
@@ -11,6 +12,7 @@ namespace {
 constexpr int busyMilliseconds = 500;
 constexpr std::int64_t schemaVersion = 1;
 constexpr const char* damagedSuffix = ".damaged-";
+constexpr std::size_t maximumSetAside = 9;  // three stores of up to three files
 
 constexpr const char* schema = R"(
 CREATE TABLE stored_values(key TEXT PRIMARY KEY, kind TEXT NOT NULL, content) WITHOUT ROWID;
@@ -181,6 +183,7 @@ std::int64_t StoreFile::readNumber(const char* sql) {
 
 bool StoreFile::setAside(const std::string& reason) {
     if (!mayBeSetAside_) return false;
+    thinSetAside();
     const auto aside = nameForDamaged(path_);
     std::error_code error;
     std::filesystem::rename(path_, aside, error);
@@ -307,6 +310,17 @@ void StoreFile::eraseInFile(const std::vector<std::string>& keys) {
 }
 
 bool StoreFile::removeSetAside() const {
+    bool removed = true;
+    for (const auto& path : setAsideBefore()) {
+        std::error_code error;
+        std::filesystem::remove_all(path, error);
+        removed &= !error;
+    }
+    return removed;
+}
+
+/// Oldest first; each is followed by its companions.
+std::vector<std::filesystem::path> StoreFile::setAsideBefore() const {
     const auto prefix = path_.filename().string() + damagedSuffix;
     std::error_code error;
     std::vector<std::filesystem::path> found;
@@ -314,12 +328,17 @@ bool StoreFile::removeSetAside() const {
          entry.increment(error)) {
         if (entry->path().filename().string().starts_with(prefix)) found.push_back(entry->path());
     }
-    bool removed = true;
-    for (const auto& path : found) {
-        std::filesystem::remove_all(path, error);
-        removed &= !error;
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+/// A disk that goes on damaging files must not be filled with them.
+void StoreFile::thinSetAside() const {
+    const auto found = setAsideBefore();
+    for (std::size_t i = 0; i + maximumSetAside < found.size(); ++i) {
+        std::error_code error;
+        std::filesystem::remove(found[i], error);  // a directory may hold anything: it stays
     }
-    return removed;
 }
 
 std::vector<ElementRow> StoreFile::take(std::string_view key, const KeyReplacement& replacement,

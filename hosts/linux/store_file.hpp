@@ -78,6 +78,8 @@ private:
 
     void eraseInFile(const std::vector<std::string>& keys);
     [[nodiscard]] bool removeSetAside() const;
+    [[nodiscard]] std::vector<std::filesystem::path> setAsideBefore() const;
+    void thinSetAside() const;
     void connect();
     [[nodiscard]] Loaded readEverything();
     void readValues(Loaded& loaded);

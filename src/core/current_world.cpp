@@ -61,7 +61,7 @@ std::shared_ptr<World> take() noexcept {
     return std::exchange(only.world, nullptr);
 }
 
-std::shared_ptr<World> beginErasure(Erased erased) {
+std::shared_ptr<World> beginErasure(Erased&& erased) {
     auto& only = place();
     const MutexLock lock(only.mutex);
     if (only.world == nullptr && !only.erasing) return nullptr;
@@ -81,9 +81,11 @@ bool continuesAfterErasure() noexcept {
 std::vector<Erased> endErasure(std::shared_ptr<World> world) noexcept {
     auto& only = place();
     const MutexLock lock(only.mutex);
+    if (only.continues && world != nullptr) {
+        currentEntrance = world->entrance.get();
+        only.world = std::move(world);
+    }
     only.claimed = only.erasing = only.continues = false;
-    currentEntrance = world != nullptr ? world->entrance.get() : nullptr;
-    only.world = std::move(world);
     return std::exchange(only.waiting, {});
 }
 

@@ -32,13 +32,15 @@ void set(std::shared_ptr<World> world) noexcept;
 using Erased = std::function<void(const std::optional<std::string>& problem)>;
 
 /// Takes the world out of its place and claims the place for the world that comes after the erasure. Nothing where
-/// there is no world; while an erasure is under way, `erased` waits for that one.
-[[nodiscard]] std::shared_ptr<World> beginErasure(Erased erased);
+/// there is no world; while an erasure is under way, `erased` waits for that one. Throws where there is no memory; then
+/// nothing has happened, and `erased` is still the caller's.
+[[nodiscard]] std::shared_ptr<World> beginErasure(Erased&& erased);
 
 /// Whether a world is to come after the erasure; asked before it is made.
 [[nodiscard]] bool continuesAfterErasure() noexcept;
 
-/// Puts the world (or nothing) in its place; who waits for the end of the erasure.
+/// Puts the world (or nothing) in its place, unless the library has been shut down meanwhile; who waits for the end of
+/// the erasure.
 [[nodiscard]] std::vector<Erased> endErasure(std::shared_ptr<World> world) noexcept;
 
 }  // namespace current_world

@@ -221,10 +221,7 @@ void Orbinel::eraseStoredData() noexcept { eraseStoredDataWithCompletionHandler(
 
 void Orbinel::eraseStoredDataWithCompletionHandler(
     std::function<void(const std::optional<std::string>& problem)> completion) noexcept {
-    const auto world = current_world::beginErasure(std::move(completion));
-    if (world == nullptr) return;
-    guarded(world->reports, "+[Orbinel eraseStoredDataWithCompletionHandler:]", [&] { replaceByErasedWorld(*world); });
-    if (!world->afterwards) static_cast<void>(current_world::endErasure(world));  // could not even begin
+    orbinel::eraseStoredData(std::move(completion));
 }
 
 // --- The user ---

@@ -11,8 +11,8 @@ World::World(platform::Services given)
       reports(*services.console),
       ownLifetime(reports),
       encryptor(reports, *services.base64),
-      helper(
-          {reports, *services.scheduler, *services.device, *services.json, *services.defaults, *services.secureItems}),
+      helper({reports, *services.scheduler, *services.device, *services.json, *services.defaults, *services.secureItems,
+              ownLifetime}),
       session({reports, helper, *services.json, collaborators}),
       offlineQueue({reports, services.defaults->standard(), *services.json, *services.scheduler, ownLifetime}),
       requestSender({reports, helper, session, endpoints, encryptor, offlineQueue, collaborators, ownLifetime,

@@ -41,6 +41,7 @@ OrbinelHelper::OrbinelHelper(const Needs& needs)
       json_(needs.json),
       defaults_(needs.defaults),
       secureItems_(needs.secureItems),
+      lifetime_(needs.lifetime),
       standard_(needs.defaults.standard()) {}
 
 bool OrbinelHelper::shouldProceed() noexcept {
@@ -141,33 +142,61 @@ bool OrbinelHelper::onlyOnce(std::string_view key) {
 
 std::optional<std::string> OrbinelHelper::getUdid() noexcept {
     return guarded(reports_, "+[OrbinelDeviceAttributes getUdid]", std::optional<std::string>(), [&] {
-        const auto cached = standard_->value(keys::udidCache).stringOrEmpty();
+        const auto cached = madeUdid();
         if (!cached.empty()) {
             mirrorUdid(cached);
             return std::optional(cached);
+        }
+        if (auto first = udidOfFirstRun()) {
+            useUpFirstRunLater();
+            return first;
         }
         if (auto earlier = udidOfEarlierInstallation()) {
             mirrorUdid(*earlier);
             return earlier;
         }
-        return std::optional(makeUdid());
+        return std::optional(madeOrMakeUdid());
     });
 }
 
-std::optional<std::string> OrbinelHelper::udidOfEarlierInstallation() {
+/// Whatever an earlier installation has left, the first run makes an identifier of its own.
+std::optional<std::string> OrbinelHelper::udidOfFirstRun() {
+    const MutexLock lock(udidMutex_);
+    if (madeUdid().empty() && standard_->value(keys::firstRun).truth()) return std::nullopt;
+    return makeUdid();
+}
+
+/// Asking for the identifier uses the first-run mark up where an earlier installation has left a record. Whether it has
+/// is looked up in the background: the identifier does not depend on it, and the look may take a disk's time.
+void OrbinelHelper::useUpFirstRunLater() {
+    scheduler_.postGlobal(lifetime_.whileAlive([this] {
+        if (!recordOfEarlierInstallation().empty()) static_cast<void>(isFirstRun());
+    }));
+}
+
+Dictionary OrbinelHelper::recordOfEarlierInstallation() const {
     const auto item = retrieveDataFromKeychain(keys::udidKeychain);
     const auto* record = item.ifDictionary();
-    // Asking uses the first-run mark up, and is done only where there is a record: both are meant so.
-    if (record == nullptr || record->empty() || isFirstRun()) return std::nullopt;
-    const auto* udid = (*record)[keys::udidKeychain].ifString();
+    return record != nullptr ? *record : Dictionary();
+}
+
+std::optional<std::string> OrbinelHelper::udidOfEarlierInstallation() {
+    const auto record = recordOfEarlierInstallation();
+    const auto* udid = record[keys::udidKeychain].ifString();
     return udid != nullptr && !udid->empty() ? std::optional(*udid) : std::nullopt;
 }
 
-std::string OrbinelHelper::makeUdid() {
+std::string OrbinelHelper::madeUdid() const { return standard_->value(keys::udidCache).stringOrEmpty(); }
+
+std::string OrbinelHelper::madeOrMakeUdid() {
     const MutexLock lock(udidMutex_);
-    const auto madeMeanwhile = standard_->value(keys::udidCache).stringOrEmpty();
-    if (!madeMeanwhile.empty()) return madeMeanwhile;
-    auto udid = device_.makeUuid();
+    return makeUdid();
+}
+
+std::string OrbinelHelper::makeUdid() {
+    auto udid = madeUdid();
+    if (!udid.empty()) return udid;
+    udid = device_.makeUuid();
     std::erase(udid, '-');
     storeUDID(udid);
     return udid;

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/lifetime.hpp"
 #include "base/mutex.hpp"
 #include "base/reports.hpp"
 #include "orbinel/platform/defaults.hpp"
@@ -28,6 +29,7 @@ public:
         platform::Json& json;
         platform::Defaults& defaults;
         platform::SecureItems& secureItems;
+        Lifetime& lifetime;
     };
 
     explicit OrbinelHelper(const Needs& needs);
@@ -89,6 +91,9 @@ public:
 
     /// The device's identifier: 32 upper-case hexadecimal digits, made once per installation. A record that an earlier
     /// installation left in the secure store is taken only when this is not the first run. Nothing when it fails.
+    ///
+    /// Waits for the secure store only where the first run is over and nothing has been made, so never at a first
+    /// launch.
     [[nodiscard]] std::optional<std::string> getUdid() noexcept;
     void storeUDID(const std::string& udid);
 
@@ -102,8 +107,13 @@ public:
 
 private:
     [[nodiscard]] bool onlyOnce(std::string_view key);
-    [[nodiscard]] std::string makeUdid();
+    [[nodiscard]] std::string madeUdid() const;
+    [[nodiscard]] std::string makeUdid() ORBINEL_REQUIRES(udidMutex_);
+    [[nodiscard]] std::string madeOrMakeUdid();
+    [[nodiscard]] std::optional<std::string> udidOfFirstRun();
+    [[nodiscard]] Dictionary recordOfEarlierInstallation() const;
     [[nodiscard]] std::optional<std::string> udidOfEarlierInstallation();
+    void useUpFirstRunLater();
     void mirrorUdid(const std::string& udid);
 
     Reports& reports_;
@@ -112,6 +122,7 @@ private:
     platform::Json& json_;
     platform::Defaults& defaults_;
     platform::SecureItems& secureItems_;
+    Lifetime& lifetime_;
     const std::shared_ptr<platform::DefaultsStore> standard_;
 
     std::atomic<bool> sdkDisabled_{false};

@@ -3,6 +3,7 @@
 
 #include <iostream>
 #include <string>
+#include <string_view>
 #include <thread>
 
 #include "orbinel/linux/linux_host.hpp"
@@ -99,19 +100,25 @@ void openAFile() {
     watch("a file that is opened", [] { ::close(::open("/proc/self/stat", O_RDONLY | O_CLOEXEC)); });
 }
 
-int run() {
+/// What every launch but an installation's first finds.
+void rememberEarlierLaunch(const platform::Services& services) {
+    const auto store = services.defaults->standard();
+    store->set(keys::gdprConsent, true);
+    store->set(keys::orbinelId, "known");
+    store->set(keys::udidCache, "0123456789ABCDEF0123456789ABCDEF");
+}
+
+int run(bool firstLaunch) {
     hosts::TemporaryDirectory directory;
     hosts::LinuxHostOptions options;
     options.dataDirectory = directory.path();
     hosts::LinuxHost host(options);
     const auto services = host.services();
-    services.defaults->standard()->set(keys::gdprConsent, true);
-    services.defaults->standard()->set(keys::orbinelId, "known");
-    // As at every launch but an installation's first, which looks once whether an earlier installation left its device
-    // ID.
-    services.defaults->standard()->set(keys::udidCache, "0123456789ABCDEF0123456789ABCDEF");
+    if (!firstLaunch) rememberEarlierLaunch(services);
     if (!start(services)) return 1;
-    Orbinel::initWithLaunchOptions(std::nullopt, "acme", "group.acme", "http://127.0.0.1:1");
+    watch("initWithLaunchOptions",
+          [] { Orbinel::initWithLaunchOptions(std::nullopt, "acme", "group.acme", "http://127.0.0.1:1"); });
+    if (firstLaunch) useEverything();  // while nobody has needed the device ID
     services.notificationCentre->post(platform::notification_names::didBecomeActive, {});
     host.runMainQueue();
     openAFile();
@@ -127,4 +134,6 @@ int run() {
 
 }  // namespace orbinel::testing
 
-int main() { return orbinel::testing::run(); }
+int main(int count, char** arguments) {
+    return orbinel::testing::run(count > 1 && std::string_view(arguments[1]) == "first-launch");
+}

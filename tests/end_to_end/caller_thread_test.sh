@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
 # Fails where an operation of the library opens a file or a socket, or waits for a disk, on the thread that calls it.
-# Argument: the program that marks its operations. Skipped (77) where nothing may be traced.
+# Arguments: the program that marks its operations, with its own arguments. Skipped (77) where nothing may be traced.
 set -uo pipefail
-program=$1
 trace=$(mktemp)
 trap 'rm -f "$trace"' EXIT
 
@@ -11,7 +10,7 @@ if ! command -v strace > /dev/null || ! strace -o /dev/null true 2> /dev/null; t
     exit 77
 fi
 watched=%file,%network,write,read,pread64,pwrite64,fsync,fdatasync,ftruncate
-if ! strace -f -qq -s 80 -e "trace=$watched" -e signal=none -o "$trace" "$program"; then
+if ! strace -f -qq -s 80 -e "trace=$watched" -e signal=none -o "$trace" "$@"; then
     echo "The program failed." >&2
     exit 1
 fi

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "hosts/linux/sqlite_database.hpp"
+#include "platform/forwarding_defaults.hpp"
 #include "tests/end_to_end/linux_library.hpp"
 #include "tests/linux/temporary_directory.hpp"
 
@@ -169,6 +170,29 @@ TEST_F(Erasure, IsFinishedAlsoWhereTheLibraryIsShutDownMeanwhile) {
     shutdown();
     ASSERT_TRUE(library->runUntil([&] { return over; }));
     for (const auto& secret : secrets) EXPECT_THAT(filesWith(secret), IsEmpty()) << secret;
+    EXPECT_TRUE(start(library->services));
+}
+
+/// Shuts the library down while it is being made.
+class EndingDefaults final : public platform::ForwardingDefaults {
+public:
+    using ForwardingDefaults::ForwardingDefaults;
+    void setProblemHandler(std::function<void(std::string)> handler) noexcept override {
+        target_->setProblemHandler(std::move(handler));
+        if (std::exchange(ends, false)) shutdown();
+    }
+    bool ends = false;
+};
+
+TEST_F(Erasure, LeavesTheLibraryEndedAlsoWhereItIsShutDownWhileItIsMadeAnew) {
+    shutdown();
+    const auto defaults = std::make_shared<EndingDefaults>(library->services.defaults);
+    auto services = library->services;
+    services.defaults = defaults;
+    ASSERT_TRUE(start(services));
+    defaults->ends = true;
+    EXPECT_EQ(erase(), std::nullopt);
+    EXPECT_FALSE(defaults->ends);
     EXPECT_TRUE(start(library->services));
 }
 

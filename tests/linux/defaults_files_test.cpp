@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
@@ -142,6 +143,18 @@ TEST_F(DefaultsFiles, RandomBytesAreSetAside) {
     std::ofstream(file) << std::string(5000, 'r');
     open();
     expectAFreshStoreThatLasts();
+}
+
+TEST_F(DefaultsFiles, ADiskThatGoesOnDamagingIsNotFilledWithWhatWasSetAside) {
+    std::size_t most = 0;
+    for (int i = 0; i < 20; ++i) {
+        std::ofstream(file) << std::string(5000, 'r');
+        open();
+        write("key", i);
+        close();
+        most = std::max(most, filesNamedLike("standard.sqlite.damaged-"));
+    }
+    EXPECT_THAT(most, testing::AllOf(testing::Ge(3u), testing::Le(10u)));
 }
 
 TEST_F(DefaultsFiles, ATruncatedFileIsSetAside) {

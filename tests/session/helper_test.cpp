@@ -31,6 +31,8 @@ TEST_F(HelperTest, TakesAnEarlierIdentifierOnlyAfterTheFirstRun) {
     EXPECT_EQ(helper.retrieveDataFromKeychain(keys::udidKeychain), record);
     const auto fresh = helper.getUdid();
     EXPECT_NE(fresh, "EARLIER");
+    EXPECT_EQ(helper.getUdid(), fresh);
+    host.settle();
     EXPECT_FALSE(helper.isFirstRun());
 
     host.defaults->standard()->set(keys::udidCache, {});

@@ -20,13 +20,13 @@ inline void say(const std::string& line) {
     if (::write(STDOUT_FILENO, whole.data(), whole.size()) < 0) ::_exit(1);  // nobody listens any more
 }
 
-/// Another process: this very program, started once more with the arguments.
+/// Another process: this very program, started once more with the arguments, or a command of the machine.
 ///
 /// Ending: kills what still runs.
 class ChildProcess {
 public:
-    explicit ChildProcess(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), "/proc/self/exe");
+    explicit ChildProcess(std::vector<std::string> arguments, const std::string& program = "/proc/self/exe") {
+        arguments.insert(arguments.begin(), program);
         std::vector<char*> pointers;
         for (auto& argument : arguments) pointers.push_back(argument.data());
         pointers.push_back(nullptr);
@@ -37,7 +37,7 @@ public:
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, in[0], STDIN_FILENO);
         posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-        const int failed = ::posix_spawn(&process_, pointers[0], &actions, nullptr, pointers.data(), environ);
+        const int failed = ::posix_spawnp(&process_, pointers[0], &actions, nullptr, pointers.data(), environ);
         posix_spawn_file_actions_destroy(&actions);
         ::close(in[0]);
         ::close(out[1]);
