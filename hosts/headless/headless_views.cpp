@@ -3,8 +3,8 @@
 #include <atomic>
 #include <utility>
 
-#include "headless_view.hpp"
-#include "headless_web_view.hpp"
+#include "hosts/headless/headless_view.hpp"
+#include "hosts/headless/headless_web_view.hpp"
 
 namespace orbinel::headless {
 
