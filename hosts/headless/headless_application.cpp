@@ -4,7 +4,7 @@
 
 #include "base/mutex.hpp"
 #include "hosts/common/application_delegates.hpp"
-#include "hosts/common/completion.hpp"
+#include "hosts/common/callable.hpp"
 
 namespace orbinel::headless {
 

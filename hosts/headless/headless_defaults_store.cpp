@@ -5,7 +5,7 @@
 #include <iterator>
 #include <utility>
 
-#include "hosts/common/completion.hpp"
+#include "hosts/common/callable.hpp"
 
 namespace orbinel::headless {
 

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "base/mutex.hpp"
-#include "hosts/common/completion.hpp"
+#include "hosts/common/callable.hpp"
 #include "hosts/headless/redirects.hpp"
 
 namespace orbinel::headless {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "base/mutex.hpp"
-#include "hosts/common/completion.hpp"
+#include "hosts/common/callable.hpp"
 #include "hosts/linux/curl_transfer.hpp"
 
 namespace orbinel::hosts {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "hosts/common/application_delegates.hpp"
-#include "hosts/common/completion.hpp"
+#include "hosts/common/callable.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/scheduler.hpp"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "hosts/common/completion.hpp"
+#include "hosts/common/callable.hpp"
 
 namespace orbinel::hosts {
 
