@@ -6,13 +6,15 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "shop/activity_log.hpp"
 #include "shop/drawer.hpp"
+#include "shop/history.hpp"
+#include "shop/navigation_bar.hpp"
 #include "shop/pages/page.hpp"
 #include "shop/shop.hpp"
+#include "shop/widgets/toast.hpp"
 #include "shop/widgets/ui.hpp"
 
 namespace shop {
@@ -47,62 +49,50 @@ public:
     void goTo(const Product& product) { openProduct(product); }
 
     /// Null on every page but a product's.
-    [[nodiscard]] const Product* product() const { return current_ == PageName::product ? currentProduct_ : nullptr; }
+    [[nodiscard]] const Product* product() const { return history_.here().product; }
 
 private:
-    struct NavigationButton {
-        PageName page;
-        GtkWidget* button;
-        GtkWidget* badge;
-    };
-
     void open(PageName page) override;
     void openProduct(const Product& product) override;
     void openCategory(const std::string& category) override;
     void openLink(const std::string& link) override;
-    void say(const std::string& sentence) override;
+    void say(const std::string& sentence) override { toast_.say(sentence); }
 
     void addPages(Shop& shop);
     void add(PageName name, std::unique_ptr<Page> page);
     void listen(Shop& shop);
     void takeIntoCart(Shop& shop, const std::vector<std::string>& productIds);
     void back();
-    void show(PageName page);
+    void show();
     [[nodiscard]] GtkWidget* newHeader();
     [[nodiscard]] GtkWidget* newBody();
-    [[nodiscard]] GtkWidget* newNavigation(const char* style);
     void followSize();
     void applySize();
     void arrange();
     void changeShape();
-    void showCartCount(int count);
 
     const ObjectPointer<GtkWindow> window_;
     GtkWidget* const stack_;
     GtkWidget* const title_;
     GtkWidget* back_ = nullptr;
     GtkWidget* main_ = nullptr;
-    GtkWidget* topNavigation_ = nullptr;
-    GtkWidget* bottomNavigation_ = nullptr;
-    GtkWidget* toast_ = nullptr;
-    GtkWidget* toastText_ = nullptr;
-    std::vector<NavigationButton> buttons_;
+    GtkWidget* topEdge_ = nullptr;  // the navigation above, in the width of the page
+    NavigationBar topNavigation_;
+    NavigationBar bottomNavigation_;
+    Toast toast_;
     Drawer drawer_;
     std::map<PageName, std::unique_ptr<Page>> pages_;
     HomePage* home_ = nullptr;
     ProductPage* product_ = nullptr;
     ThanksPage* thanks_ = nullptr;
     const Catalogue* catalogue_ = nullptr;
-    std::vector<std::pair<PageName, const Product*>> history_;  // behind the current page
-    PageName current_ = PageName::home;
-    const Product* currentProduct_ = nullptr;
+    History history_;
     int width_ = phoneWidth;
     bool wide_ = false;
     bool roomy_ = false;  // room for two columns on the page, beside the drawer
     bool drawerIsOpen_ = false;
     bool ended_ = false;
     guint resized_ = 0;  // an idle source, or 0
-    guint silence_ = 0;  // a timeout, or 0
 };
 
 }  // namespace shop

@@ -4,6 +4,7 @@
 
 #include "base/mutex.hpp"
 #include "hosts/common/application_delegates.hpp"
+#include "hosts/common/callable.hpp"
 
 namespace orbinel::headless {
 
@@ -84,7 +85,7 @@ void HeadlessApplication::openUrl(const std::string& url, std::function<void(boo
         const MutexLock lock(state_->mutex);
         return state_->opens;
     }();
-    scheduler_->postMain([completion = std::move(completion), opened] { completion(opened); });
+    scheduler_->postMain([completion = hosts::callable(std::move(completion)), opened] { completion(opened); });
 }
 
 void HeadlessApplication::openSettings() noexcept { state_->open({Opened::Where::settings, {}}); }

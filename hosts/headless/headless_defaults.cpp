@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "base/mutex.hpp"
-#include "headless_defaults_store.hpp"
+#include "hosts/headless/headless_defaults_store.hpp"
 
 namespace orbinel::headless {
 

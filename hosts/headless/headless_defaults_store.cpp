@@ -1,9 +1,11 @@
-#include "headless_defaults_store.hpp"
+#include "hosts/headless/headless_defaults_store.hpp"
 
 #include <algorithm>
 #include <cmath>
 #include <iterator>
 #include <utility>
+
+#include "hosts/common/callable.hpp"
 
 namespace orbinel::headless {
 
@@ -101,11 +103,11 @@ void HeadlessDefaultsStore::appendInFlight(std::string_view key, std::string jso
         inFlight_[std::string(key)].push_back({std::move(element)});
         return number;
     }();
-    committed(id);
+    hosts::callable(std::move(committed))(id);
 }
 
 void HeadlessDefaultsStore::take(std::string_view key, std::function<void(std::vector<StoredElement>)> taken) noexcept {
-    taken(takeQueued(key));
+    hosts::callable(std::move(taken))(takeQueued(key));
 }
 
 void HeadlessDefaultsStore::count(std::string_view key, std::function<void(std::size_t)> counted) noexcept {
@@ -113,7 +115,7 @@ void HeadlessDefaultsStore::count(std::string_view key, std::function<void(std::
         const MutexLock lock(mutex_);
         return isArray(key) ? elementsOf(key).size() : 0;
     }();
-    counted(size);
+    hosts::callable(std::move(counted))(size);
 }
 
 void HeadlessDefaultsStore::requeue(std::string_view key, ElementId id, std::function<void()> requeued) noexcept {
@@ -123,7 +125,7 @@ void HeadlessDefaultsStore::requeue(std::string_view key, ElementId id, std::fun
             if (auto found = extractInFlight(key, id)) elementsOf(key).push_back(std::move(found->element));
         }
     }
-    requeued();
+    hosts::callable(std::move(requeued))();
 }
 
 void HeadlessDefaultsStore::finish(std::string_view key, ElementId id) noexcept {
@@ -139,7 +141,7 @@ void HeadlessDefaultsStore::giveUp(std::string_view key, ElementId id) noexcept 
 }
 
 void HeadlessDefaultsStore::reclaim(std::string_view key, std::function<void(ReclaimedElements)> reclaimed) noexcept {
-    reclaimed(reclaimNow(key));
+    hosts::callable(std::move(reclaimed))(reclaimNow(key));
 }
 
 void HeadlessDefaultsStore::erase(std::vector<std::string> keys, std::function<void(std::string)> erased) noexcept {
@@ -152,7 +154,7 @@ void HeadlessDefaultsStore::erase(std::vector<std::string> keys, std::function<v
             inFlight_.erase(key);
         }
     }
-    erased({});
+    hosts::callable(std::move(erased))({});
 }
 
 std::optional<HeadlessDefaultsStore::Content> HeadlessDefaultsStore::copyOf(std::string_view key) const {

@@ -8,7 +8,8 @@
 #include <utility>
 
 #include "base/mutex.hpp"
-#include "redirects.hpp"
+#include "hosts/common/callable.hpp"
+#include "hosts/headless/redirects.hpp"
 
 namespace orbinel::headless {
 
@@ -216,7 +217,7 @@ std::size_t HeadlessHttp::inFlight() const {
 
 Ticket HeadlessHttp::send(HttpRequest request, platform::HttpCompletion completion) noexcept {
     const auto timeout = request.timeout;
-    const auto id = network_->add(std::move(request), std::move(completion));
+    const auto id = network_->add(std::move(request), hosts::callable(std::move(completion)));
     const auto decideAs = [id, weak = std::weak_ptr(network_)](HttpOutcome (*outcome)()) {
         if (const auto network = weak.lock()) network->decide(id, outcome());
     };

@@ -9,8 +9,8 @@
 
 #include "base/mutex.hpp"
 #include "hosts/common/glib_time_zone.hpp"
-#include "task_thread.hpp"
-#include "timeline.hpp"
+#include "hosts/headless/task_thread.hpp"
+#include "hosts/headless/timeline.hpp"
 
 namespace orbinel::headless {
 

@@ -1,4 +1,4 @@
-#include "headless_view.hpp"
+#include "hosts/headless/headless_view.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -12,7 +12,12 @@ namespace {
 
 using std::chrono::milliseconds;
 
-milliseconds inMilliseconds(double seconds) { return milliseconds{std::llround(std::max(seconds, 0.0) * 1000)}; }
+constexpr double longestSeconds = 3600;
+
+/// NaN counts as none.
+double secondsToTake(double seconds) { return seconds > 0 ? std::min(seconds, longestSeconds) : 0; }
+
+milliseconds inMilliseconds(double seconds) { return milliseconds{std::llround(seconds * 1000)}; }
 
 }  // namespace
 
@@ -50,6 +55,7 @@ void HeadlessView::setAlpha(double alpha) noexcept {
 
 void HeadlessView::fadeTo(double alpha, double seconds, std::function<void()> completion) noexcept {
     completeEarlierFade();
+    seconds = secondsToTake(seconds);
     alpha_.begin(alpha, seconds, display_->scheduler().now());
     fadeCompletion_ = std::move(completion);
     fade_ = display_->scheduler().postMainAfter(inMilliseconds(seconds), [this] {
@@ -70,11 +76,16 @@ void HeadlessView::completeEarlierFade() {
 
 void HeadlessView::addChild(const std::shared_ptr<platform::View>& child) noexcept {
     const auto view = std::dynamic_pointer_cast<HeadlessView>(child);
-    if (view == nullptr) return;
+    if (view == nullptr || isWithin(*view)) return;
     view->removeFromParent();
     view->parent_ = weak_from_this();
     children_.push_back(view);
     display_->changed();
+}
+
+bool HeadlessView::isWithin(const HeadlessView& view) const {
+    const auto parent = parent_.lock();
+    return this == &view || (parent != nullptr && parent->isWithin(view));
 }
 
 void HeadlessView::removeFromParent() noexcept {
@@ -99,7 +110,7 @@ void HeadlessView::setConstraints(std::vector<platform::LayoutConstraint> constr
 }
 
 void HeadlessView::setVerticalOffset(double points, double seconds) noexcept {
-    offset_.begin(points, seconds, display_->scheduler().now());
+    offset_.begin(points, secondsToTake(seconds), display_->scheduler().now());
 }
 
 platform::Rectangle HeadlessView::frame() const noexcept {

@@ -88,6 +88,7 @@ public:
 
 private:
     void completeEarlierFade();
+    [[nodiscard]] bool isWithin(const HeadlessView& view) const;
 
     const std::shared_ptr<Display> display_;
     std::weak_ptr<HeadlessView> parent_;

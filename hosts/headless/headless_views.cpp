@@ -3,8 +3,9 @@
 #include <atomic>
 #include <utility>
 
-#include "headless_view.hpp"
-#include "headless_web_view.hpp"
+#include "hosts/common/callable.hpp"
+#include "hosts/headless/headless_view.hpp"
+#include "hosts/headless/headless_web_view.hpp"
 
 namespace orbinel::headless {
 
@@ -72,7 +73,7 @@ std::shared_ptr<platform::View> HeadlessViews::makeView(platform::Backdrop) noex
 
 std::shared_ptr<platform::View> HeadlessViews::makeCloseButton(std::string, std::function<void()> pressed) noexcept {
     const auto button = std::make_shared<HeadlessView>(state_->display);
-    button->setPressed(std::move(pressed));
+    button->setPressed(hosts::callable(std::move(pressed)));
     return button;
 }
 

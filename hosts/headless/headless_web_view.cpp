@@ -1,4 +1,4 @@
-#include "headless_web_view.hpp"
+#include "hosts/headless/headless_web_view.hpp"
 
 #include <algorithm>
 #include <utility>

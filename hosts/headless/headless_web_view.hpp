@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "headless_view.hpp"
+#include "hosts/headless/headless_view.hpp"
 #include "orbinel/headless/headless_views.hpp"
 
 namespace orbinel::headless {

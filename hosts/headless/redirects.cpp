@@ -1,4 +1,4 @@
-#include "redirects.hpp"
+#include "hosts/headless/redirects.hpp"
 
 #include <glib.h>
 

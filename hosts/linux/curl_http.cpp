@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/mutex.hpp"
+#include "hosts/common/callable.hpp"
 #include "hosts/linux/curl_transfer.hpp"
 
 namespace orbinel::hosts {
@@ -218,7 +219,7 @@ CurlHttp::CurlHttp(LinuxNetworkOptions options) : network_(std::make_shared<Netw
 CurlHttp::~CurlHttp() { network_->end(); }
 
 platform::Ticket CurlHttp::send(platform::HttpRequest request, platform::HttpCompletion completion) noexcept {
-    const auto id = network_->enqueue(std::move(request), std::move(completion));
+    const auto id = network_->enqueue(std::move(request), callable(std::move(completion)));
     return platform::Ticket([network = std::weak_ptr<Network>(network_), id] {
         if (const auto alive = network.lock()) alive->cancel(id);
     });

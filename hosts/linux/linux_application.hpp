@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "hosts/common/application_delegates.hpp"
+#include "hosts/common/callable.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/scheduler.hpp"
 
@@ -25,7 +26,7 @@ public:
     [[nodiscard]] platform::ApplicationBundle bundle() const noexcept override { return bundle_; }
 
     void openUrl(const std::string&, std::function<void(bool opened)> completion) noexcept override {
-        scheduler_->postMain([completion = std::move(completion)] { completion(false); });
+        scheduler_->postMain([completion = callable(std::move(completion))] { completion(false); });
     }
     void openSettings() noexcept override {}
     void openNotificationSettings() noexcept override {}

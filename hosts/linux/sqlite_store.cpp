@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "hosts/common/callable.hpp"
+
 namespace orbinel::hosts {
 
 namespace {
@@ -138,7 +140,7 @@ void SqliteStore::appendInFlight(std::string_view key, std::string json,
         [plan, key = std::string(key), json = std::move(json)](StoreContents& contents) {
             plan->rows.push_back(contents.append(key, json, ElementState::inFlight));
         },
-        [this, plan, key = std::string(key), committed = std::move(committed)](StoreFile& file) {
+        [this, plan, key = std::string(key), committed = callable(std::move(committed))](StoreFile& file) {
             const auto& row = plan->rows.front();
             if (file.insert(key, plan->replacement, row)) return committed(row.id);
             {
@@ -154,7 +156,7 @@ void SqliteStore::take(std::string_view key, std::function<void(std::vector<plat
     changeElements(
         key, plan, PlainValue::stays,
         [plan, key = std::string(key)](StoreContents& contents) { plan->rows = contents.take(key); },
-        [plan, key = std::string(key), taken = std::move(taken)](StoreFile& file) {
+        [plan, key = std::string(key), taken = callable(std::move(taken))](StoreFile& file) {
             std::vector<platform::StoredElement> elements;
             for (auto& row : file.take(key, plan->replacement, std::move(plan->rows))) {
                 elements.push_back({row.id, std::move(row.json)});
@@ -168,7 +170,7 @@ void SqliteStore::count(std::string_view key, std::function<void(std::size_t)> c
     changeElements(
         key, plan, PlainValue::stays,
         [plan, key = std::string(key)](StoreContents& contents) { plan->count = contents.count(key); },
-        [plan, key = std::string(key), counted = std::move(counted)](StoreFile& file) {
+        [plan, key = std::string(key), counted = callable(std::move(counted))](StoreFile& file) {
             file.replace(key, plan->replacement);
             counted(plan->count);
         });
@@ -181,7 +183,7 @@ void SqliteStore::requeue(std::string_view key, platform::ElementId id, std::fun
         [plan, key = std::string(key), id](StoreContents& contents) {
             if (auto row = contents.requeue(key, id)) plan->rows.push_back(std::move(*row));
         },
-        [plan, key = std::string(key), requeued = std::move(requeued)](StoreFile& file) {
+        [plan, key = std::string(key), requeued = callable(std::move(requeued))](StoreFile& file) {
             file.replace(key, plan->replacement);
             if (!plan->rows.empty()) file.requeue(key, plan->rows.front());
             requeued();
@@ -211,7 +213,7 @@ void SqliteStore::reclaim(std::string_view key, std::function<void(platform::Rec
         [this, plan, key = std::string(key)](StoreContents& contents) ORBINEL_REQUIRES(mutex_) {
             if (owned_) plan->reclaimed = contents.reclaim(key);
         },
-        [plan, key = std::string(key), reclaimed = std::move(reclaimed)](StoreFile& file) {
+        [plan, key = std::string(key), reclaimed = callable(std::move(reclaimed))](StoreFile& file) {
             file.replace(key, plan->replacement);
             file.reclaim(key, plan->reclaimed);
             platform::ReclaimedElements answer{plan->reclaimed.returned.size(), {}};
@@ -232,7 +234,7 @@ void SqliteStore::erase(std::vector<std::string> keys, std::function<void(std::s
         makeChange([keys](StoreContents& contents) {
             for (const auto& key : keys) contents.erase(key);
         });
-        putInLine([this, keys = std::move(keys), removals, erased = std::move(erased)](StoreFile& file) {
+        putInLine([this, keys = std::move(keys), removals, erased = callable(std::move(erased))](StoreFile& file) {
             auto problem = file.erase(keys);
             if (problem.empty()) forgetWritten(removals);
             erased(std::move(problem));

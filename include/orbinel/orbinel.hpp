@@ -57,29 +57,33 @@ public:
     /// vendor, of two or more lower-case ASCII letters, digits and underscores, not beginning with an underscore; with
     /// any other name the library stays uninitialised. `appGroup`: the name of the store shared with the application's
     /// extensions. `customEndpoint`: the origin of the API (RFC 3986 scheme, host and port, without a trailing slash);
-    /// the empty text stands for the default origin.
+    /// the empty text stands for the default origin. While the backend has switched the library off, it stays
+    /// uninitialised; not gated otherwise.
     static void initWithLaunchOptions(const std::optional<Dictionary>& launchOptions, OptionalText partnerName,
                                       OptionalText appGroup) noexcept;
     static void initWithLaunchOptions(const std::optional<Dictionary>& launchOptions, OptionalText partnerName,
                                       OptionalText appGroup, OptionalText customEndpoint) noexcept;
 
-    /// The common core of both, for cross-platform wrappers.
+    /// The common core of both, for cross-platform wrappers, and no more gated than they are: not gated but for a
+    /// library that is switched off.
     static void initSDK(OptionalText partnerName, const std::optional<Dictionary>& launchOptions) noexcept;
 
     /// Switches to another partner name: closes the session under the old one and opens one under the new. Refused
     /// (with a record in the diagnostic log) before initialisation, with the name already in force, with a name that is
-    /// not valid, and while the library is switched off.
+    /// not valid, and while the library is switched off. While a consent is withheld it switches without any request.
+    /// Where the start under the new name gets no answer, the switch ends silently; the new name is in force all the
+    /// same. Not gated otherwise.
     static void reinitWithPartnerName(OptionalText partnerName) noexcept;
 
-    /// Whether the value is a text that may be a partner name.
+    /// Whether the value is a text that may be a partner name; false before `start`. Not gated.
     [[nodiscard]] static bool partnerNameIsValid(const Value& partnerName) noexcept;
 
     /// Leaves out automatic integration; to be called before initialisation. Device tokens, pushes and links that reach
-    /// the application's delegates are then only reported, and the application hands them over itself.
+    /// the application's delegates are then only reported, and the application hands them over itself. Not gated.
     static void disableAutoIntegration() noexcept;
 
     /// For cross-platform wrappers: their own version, and the notification that the application became active where
-    /// the wrapper delivers it itself.
+    /// the wrapper delivers it itself. Not gated.
     static void setHybridSDKVersion(OptionalText version) noexcept;
     static void hybridApplicationDidBecomeActive() noexcept;
 
@@ -132,7 +136,7 @@ public:
     // --- The user ---
 
     /// The user, to describe and to log in or out. Begins with empty attributes: what was set before and has not left
-    /// with a session yet is dropped. While the gate is closed, the attributes stay as they are.
+    /// with a session yet is dropped. Gated in that: while the gate is closed, the attributes stay as they are.
     [[nodiscard]] static OrbinelUser getCurrentUser() noexcept;
 
     /// The backend's identifier for the person on this device; nothing while the gate is closed. Gated.
@@ -238,7 +242,8 @@ public:
 
     // --- In-app messages ---
 
-    /// Removes the message that is on the screen or on its way to it, if any; nothing is logged of its close.
+    /// Removes the message that is on the screen or on its way to it, if any; nothing is logged of its close. Gated: a
+    /// message stays on the screen while the gate is closed.
     static void removeInapp() noexcept;
 
     /// The same, not gated; the completion, which may be empty, is called afterwards on the main queue, also where
@@ -260,7 +265,7 @@ public:
     static void enableTemplateDebugging() noexcept;
 
     /// The fonts that pages of messages may use, by the family's name as CSS has it: as the custom properties
-    /// "--orbinel-regular-font", "--orbinel-bold-font" and "--orbinel-italic-font". Pages built later have them.
+    /// "--orbinel-regular-font", "--orbinel-bold-font" and "--orbinel-italic-font". Pages built later have them. Gated.
     static void setCustomRegularFont(OptionalText font) noexcept;
     static void setCustomBoldFont(OptionalText font) noexcept;
     static void setCustomItalicFont(OptionalText font) noexcept;
@@ -319,7 +324,8 @@ public:
 
     /// Performs `callback` (a member function of the sender that takes a `const Dictionary&`, or a function that takes
     /// the sender and that) on the main queue with the payload of each push that comes while the application is in the
-    /// foreground, messages for a try excepted. The sender is held weakly; a registration replaces the one before.
+    /// foreground, messages for a try excepted. The sender is held weakly; a registration replaces the one before. Not
+    /// gated.
     template <typename Callback, typename Sender>
     static void setForegroundPushCallback(Callback callback, std::weak_ptr<Sender> sender) noexcept {
         setForegroundCallback(TargetAction<const Dictionary&>(std::move(sender), std::move(callback)));
@@ -360,7 +366,7 @@ public:
     ///
     /// Beside the data of a push stands its "source".
     ///
-    /// The sender is held weakly; a registration replaces the one before.
+    /// The sender is held weakly; a registration replaces the one before. Not gated.
     template <typename Selector, typename Sender>
     static void registerOrbinelCallbackWithSelector(Selector selector, std::weak_ptr<Sender> sender) noexcept {
         setCallback(TargetAction<const Dictionary&>(std::move(sender), std::move(selector)));
@@ -368,16 +374,16 @@ public:
 
     // --- Diagnosis ---
 
-    /// Hands an application's own failure to the crash handler: what happened, and where.
+    /// Hands an application's own failure to the crash handler: what happened, and where. Not gated.
     static void sendError(OptionalText error, OptionalText desc) noexcept;
 
-    /// The library's version, such as "13.9.0".
+    /// The library's version, such as "13.9.0". Not gated.
     [[nodiscard]] static std::string getSDKVersion() noexcept;
 
     /// Writes on the console what the library does, and what it drops and why. Off at every start; never sent. E-mail
     /// addresses, telephone numbers, identifiers, tokens, values of user attributes and whole requests are shortened to
     /// their first two characters and their length, so that a log may be passed on; names, event parameters and
-    /// payloads of pushes are not.
+    /// payloads of pushes are not. Not gated.
     static void setDevelopmentLog(bool on) noexcept;
 
 private:

@@ -69,6 +69,7 @@ void Interception::setOrbinelDelegate(const Delegate& delegate) {
         delegateClass_ = delegate.type();
     }
     injectSelectors(delegate.type(), ReplacedOperations::ofApplication());
+    injectSelectors(delegate.type(), ReplacedOperations::ofNotificationCentre());
 }
 
 void Interception::injectMethodsForScene(const Delegate& delegate) {

@@ -81,6 +81,7 @@ public:
     /// Forgets a push that waits for the application to become active.
     void forgetPendingPush() noexcept;
 
+    /// What is known of the push at hand. So far the lifecycle only clears it; wrappers and tests look at it.
     void setUserInfoProcessed(bool processed) noexcept { userInfoProcessed_ = processed; }
     [[nodiscard]] bool userInfoProcessed() const noexcept { return userInfoProcessed_; }
     void setForegroundPush(bool foreground) noexcept { foregroundPush_ = foreground; }

@@ -27,15 +27,15 @@ struct Replacement {
     using Arguments = platform::DelegateArguments;
 
     std::string_view operation;
-    std::string_view name;                // under which the application's own implementation is found meanwhile
-    std::optional<std::size_t> swizzler;  // the switch that leaves it out; absent: it is always replaced
+    std::string_view name;                  // under which the application's own implementation is found meanwhile
+    std::optional<std::size_t> swizzler{};  // the switch that leaves it out; absent: it is always replaced
 
     GuardedOperation guard;
     std::string_view record;  // the message
-    LogLevel level;
-    Dictionary (*attributes)(const Arguments& arguments);  // of the record; nullptr: none
-    bool recordFirst;                                      // before the application's own implementation
-    bool answers;                                          // no, where the application does not
+    LogLevel level = LogLevel::info;
+    Dictionary (*attributes)(const Arguments& arguments) = nullptr;  // of the record; nullptr: none
+    bool recordFirst = false;                                        // before the application's own implementation
+    bool answers = false;                                            // no, where the application does not
 
     void (ReplacedOperations::*forward)(const Arguments& arguments);
 };
@@ -59,10 +59,11 @@ public:
 
     explicit ReplacedOperations(const Needs& needs);
 
-    /// Of the application's delegate, in the order in which they are installed.
+    /// Of the application's delegate, in the order in which they are installed. It gets those of the notification
+    /// centre's delegate, too, behind its own.
     [[nodiscard]] static std::span<const Replacement> ofApplication() noexcept;
 
-    /// Of the notification centre's delegate: some of the above, where it is an object of its own.
+    /// Of the notification centre's delegate.
     [[nodiscard]] static std::span<const Replacement> ofNotificationCentre() noexcept;
 
     [[nodiscard]] static const Replacement& ofScene() noexcept;
@@ -74,8 +75,6 @@ public:
                   const std::exception_ptr& failure) noexcept;
 
 private:
-    static std::span<const Replacement> all() noexcept;
-
     void leaveRecord(const Replacement& replacement, const Arguments& arguments);
 
     // How each forwards.

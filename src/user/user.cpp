@@ -256,7 +256,7 @@ void OrbinelUser::login(const OrbinelIdentifiers& identifiers) const noexcept { 
 void OrbinelUser::login(const OrbinelIdentifiers& identifiers,
                         std::function<void(const std::string& orbinelId)> orbinelIDResult) const noexcept {
     visit("-[OrbinelUser login:orbinelIDResult:]", [&](const UserAccess& access) {
-        access.unification.login(identifiers.getOrbinelIdentifiers(), std::move(orbinelIDResult));
+        access.login.login(identifiers.getOrbinelIdentifiers(), std::move(orbinelIDResult));
     });
 }
 

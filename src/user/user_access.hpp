@@ -14,7 +14,7 @@ struct UserAccess {
     const Validation& validation;
     OrbinelUserInternal& attributes;
     OrbinelIdentity& identity;
-    Login& unification;
+    Login& login;
 };
 
 }  // namespace orbinel

@@ -13,46 +13,49 @@ struct Target {
     std::vector<std::string> ids;
 };
 
-void callWhatIsOfTheUser() {
-    auto user = Orbinel::getCurrentUser();
-    user.setName(nullptr).setAge(36).setCustomAttributeWithInt("n", 1).unsetCustomAttribute(nullptr);
-    Orbinel::getCurrentUser().setPushOptin(true).setLocationOptin(true).setBirthday(std::nullopt);
-    const auto never = [](const std::string&) { ADD_FAILURE(); };
-    user.login(OrbinelIdentifiers().addEmail(nullptr), never);
-    user.login(OrbinelIdentifiers().addUserID("u"), never);
-    user.logout();
-    Orbinel::setGDPRConsent(true);
-    Orbinel::setMobileGDPRConsent(true);
-    Orbinel::enableIDFACollection(true);
-    Orbinel::enableIpCollection(false);
-    Orbinel::enableLocationCollection(false);
-    Orbinel::enableCarrierCollection(false);
-}
-
-void callWhatIsOfTheShop() {
-    const auto create = [](OptionalText id) {
-        return Orbinel::createNewProductWithID(id, "Shoe", {"Shoes"}, "https://s/1.png", 9.5, "EUR");
-    };
-    EXPECT_FALSE(create(nullptr).isProductValid());
-    for (const auto& product : {create("shoe"), OrbinelProduct()}) {
-        Orbinel::visitProductDetailPageWithProduct(product);
-        Orbinel::visitCartPageWithProducts({product, product});
-        Orbinel::visitWishlistWithProducts({product});
-        Orbinel::itemAddedToCartWithProduct(product);
-        Orbinel::itemPurchasedWithSaleID(nullptr, product);
-        Orbinel::itemAddedToWishlistWithProduct(product);
-        Orbinel::clickSmartRecommendationProductWithID(1, product);
-        Orbinel::getSmartRecommendationWithProduct(product, 1, nullptr, {});
+void callWithoutArguments() {
+    Orbinel::initWithLaunchOptions(std::nullopt, nullptr, nullptr);
+    Orbinel::initWithLaunchOptions(Dictionary{{"k", Null{}}}, nullptr, nullptr, nullptr);
+    Orbinel::initSDK(nullptr, std::nullopt);
+    Orbinel::reinitWithPartnerName(nullptr);
+    Orbinel::sendError(nullptr, nullptr);
+    for (const auto call :
+         {&Orbinel::setCustomRegularFont, &Orbinel::setCustomBoldFont, &Orbinel::setCustomItalicFont,
+          &Orbinel::setPushToken, &Orbinel::setHybridSDKVersion, &Orbinel::handleUrl,
+          &Orbinel::itemRemovedFromCartWithProductID, &Orbinel::itemRemovedFromWishlistWithProductID}) {
+        call(nullptr);
     }
-    Orbinel::visitHomepage();
-    Orbinel::visitListingPageWithTaxonomy({});
-    Orbinel::itemRemovedFromCartWithProductID(nullptr);
-    Orbinel::itemRemovedFromWishlistWithProductID(nullptr);
-    Orbinel::cartCleared();
-    Orbinel::wishlistCleared();
+    for (const auto* url : {"", "acme://test_device/token", "acme://connect_wizard/token"}) Orbinel::handleUrl(url);
+    const Dictionary push{{"aps", Null{}}, {"source", "Orbinel"}, {"camp_id", Value()}, {"inapp_test", Null{}}};
+    for (const auto call : {&Orbinel::handlePushLogWithUserInfo, &Orbinel::triggerPushProcessWithUserInfo,
+                            &Orbinel::setPushActionWithPushInfo, &Orbinel::trackInteractiveLogWithUserInfo}) {
+        for (const auto& given : {std::optional<Dictionary>(), std::optional(Dictionary()), std::optional(push)}) {
+            call(given);
+        }
+    }
+    Orbinel::getSmartRecommendationWithID(1, nullptr, nullptr, {});
+    Orbinel::getSmartRecommendationWithProductIDs({}, 1, nullptr, nullptr, {});
+    Orbinel::getMessageCenterDataWithLimit(3, std::nullopt, std::nullopt, {});
 }
 
-void callWhatComesFromTheBackend() {
+void callWithoutProduct() {
+    const auto product = Orbinel::createNewProductWithID(nullptr, nullptr, {}, nullptr, 0, nullptr);
+    EXPECT_FALSE(product.isProductValid());
+    Orbinel::visitListingPageWithTaxonomy({});
+    Orbinel::visitProductDetailPageWithProduct(product);
+    Orbinel::visitCartPageWithProducts({product, product});
+    Orbinel::visitWishlistWithProducts({});
+    Orbinel::itemAddedToCartWithProduct(product);
+    Orbinel::itemPurchasedWithSaleID(nullptr, product);
+    Orbinel::itemAddedToWishlistWithProduct(product);
+    Orbinel::clickSmartRecommendationProductWithID(1, product);
+    Orbinel::getSmartRecommendationWithProduct(product, 1, nullptr, {});
+}
+
+void expectNeutralAnswers() {
+    EXPECT_FALSE(Orbinel::partnerNameIsValid({}));
+    EXPECT_EQ(Orbinel::getSDKVersion(), "13.9.0");
+    EXPECT_EQ(Orbinel::getPushInfo(std::nullopt), std::nullopt);
     EXPECT_EQ(Orbinel::getContentStringWithName("n", "d", OrbinelVariableTypeContent), "d");
     EXPECT_EQ(Orbinel::getContentStringWithoutCache("n", "d", OrbinelVariableTypeElement), "d");
     EXPECT_EQ(Orbinel::getContentStringWithName(nullptr, nullptr, OrbinelVariableTypeContent), "");
@@ -63,55 +66,14 @@ void callWhatComesFromTheBackend() {
     }
     EXPECT_EQ(Orbinel::getContentIntWithName(nullptr, -7, OrbinelVariableTypeContent), -7);
     EXPECT_EQ(Orbinel::getContentIntWithoutCache("n", -7, OrbinelVariableTypeContent), -7);
-    Orbinel::removeTestVariables();
     const auto nothing = [](const auto& answer) { EXPECT_THAT(answer, IsEmpty()); };
     Orbinel::getSmartRecommendationWithID(1, "en", "EUR", nothing);
-    Orbinel::getSmartRecommendationWithID(1, nullptr, nullptr, {});
     Orbinel::getSmartRecommendationWithProductIDs({"shoe"}, 1, "en", "EUR", nothing);
-    Orbinel::getSmartRecommendationWithProductIDs({}, 1, nullptr, nullptr, {});
     Orbinel::getMessageCenterDataWithLimit(3, Date{1}, Date{2}, nothing);
-    Orbinel::getMessageCenterDataWithLimit(3, std::nullopt, std::nullopt, {});
-    for (const auto* url : {"", "acme://test_device/token", "acme://connect_wizard/token"}) Orbinel::handleUrl(url);
-    Orbinel::handleUrl(nullptr);
 }
 
-void callWhatIsOfMessagesAndPushes(const std::shared_ptr<Target>& target) {
-    for (const auto call : {&Orbinel::removeInapp, &Orbinel::disableInAppMessages, &Orbinel::enableInAppMessages,
-                            &Orbinel::disableTemplates, &Orbinel::reenableTemplates, &Orbinel::enableTemplateDebugging,
-                            &Orbinel::showNativeAppReview, &Orbinel::setActiveForegroundPushView}) {
-        call();
-    }
-    for (const auto call : {&Orbinel::setCustomRegularFont, &Orbinel::setCustomBoldFont, &Orbinel::setCustomItalicFont,
-                            &Orbinel::setPushToken}) {
-        call(nullptr);
-    }
-    const Dictionary push{{"aps", Null{}}, {"source", "Orbinel"}, {"camp_id", Value()}, {"inapp_test", Null{}}};
-    for (const auto call : {&Orbinel::handlePushLogWithUserInfo, &Orbinel::triggerPushProcessWithUserInfo,
-                            &Orbinel::setPushActionWithPushInfo, &Orbinel::trackInteractiveLogWithUserInfo}) {
-        for (const auto& given : {std::optional<Dictionary>(), std::optional(Dictionary()), std::optional(push)}) {
-            call(given);
-        }
-    }
-    EXPECT_EQ(Orbinel::getPushInfo(std::nullopt), std::nullopt);
-    Orbinel::removeInappWithCompletionHandler({});
-    Orbinel::showTestInapp({}, {});
-    Orbinel::registerWithQuietPermission(true);
-    Orbinel::registerDeviceTokenWithApplication(nullptr, {});
-    Orbinel::setForegroundPushCallback(&Target::onCallback, std::weak_ptr(target));
-    Orbinel::handleUniversalLink({});
-}
-
-/// Every public operation, with absent arguments too.
-void callEverything() {
-    const auto target = std::make_shared<Target>();
-    Orbinel::initWithLaunchOptions(std::nullopt, nullptr, nullptr);
-    Orbinel::initWithLaunchOptions(Dictionary{{"k", Null{}}}, nullptr, nullptr, nullptr);
-    Orbinel::initSDK(nullptr, std::nullopt);
-    Orbinel::reinitWithPartnerName(nullptr);
-    EXPECT_FALSE(Orbinel::partnerNameIsValid({}));
-    Orbinel::disableAutoIntegration();
-    Orbinel::setHybridSDKVersion(nullptr);
-    Orbinel::hybridApplicationDidBecomeActive();
+/// The objects that an application holds.
+void useObjects() {
     auto event = Orbinel::tagEvent(nullptr)
                      .addParameterWithString(nullptr, nullptr)
                      .addParameterWithDate("d", std::nullopt)
@@ -123,30 +85,33 @@ void callEverything() {
     event = copy;
     moved.build();
     OrbinelEvent("free").addParameterWithBoolean("b", true).build();
-    Orbinel::signUpConfirmation();
-    (void)Orbinel::getOrbinelID();
-    Orbinel::registerOrbinelIDListenerWithSelector(&Target::onId, std::weak_ptr(target));
-    Orbinel::registerOrbinelCallbackWithSelector(&Target::onCallback, std::weak_ptr<Target>());
-    Orbinel::sendError(nullptr, nullptr);
-    EXPECT_EQ(Orbinel::getSDKVersion(), "13.9.0");
-    Orbinel::setDevelopmentLog(false);
-    callWhatIsOfTheUser();
-    callWhatIsOfTheShop();
-    callWhatComesFromTheBackend();
-    callWhatIsOfMessagesAndPushes(target);
+    auto user = Orbinel::getCurrentUser();
+    user.setName(nullptr).setAge(36).setCustomAttributeWithInt("n", 1).unsetCustomAttribute(nullptr);
+    user.setPushOptin(true).setLocationOptin(true).setBirthday(std::nullopt);
+    const auto never = [](const std::string&) { ADD_FAILURE(); };
+    user.login(OrbinelIdentifiers().addEmail(nullptr), never);
+    user.login(OrbinelIdentifiers().addUserID("u"), never);
+    user.logout();
 }
 
-TEST(FacadeWithoutAWorld, IsNeutralBeforeTheStartAfterTheEndAndFromAnyThread) {
-    callEverything();
+void callWithLittle() {
+    callWithoutArguments();
+    callWithoutProduct();
+    expectNeutralAnswers();
+    useObjects();
+}
+
+TEST(FacadeWithoutAWorld, TakesAbsentArgumentsAndAnswersNeutrallyAtAnyTime) {
+    callWithLittle();
     EXPECT_EQ(Orbinel::getOrbinelID(), std::nullopt);
     headless::HeadlessHost host;
     ASSERT_TRUE(start(host.services()));
-    callEverything();
+    callWithLittle();
     auto event = Orbinel::tagEvent("kept");
     shutdown();
-    callEverything();
+    callWithLittle();
     event.addParameterWithInt("n", 1).build();
-    std::thread(callEverything).join();
+    std::thread(callWithLittle).join();
     shutdown();
     EXPECT_THAT(host.http->sent(), IsEmpty());
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "hosts/linux/sqlite_database.hpp"
+#include "orbinel/headless/headless_console.hpp"
 #include "platform/forwarding_defaults.hpp"
 #include "tests/end_to_end/linux_library.hpp"
 #include "tests/linux/temporary_directory.hpp"

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "orbinel/headless/headless_console.hpp"
 #include "tests/end_to_end/linux_library.hpp"
 #include "tests/linux/temporary_directory.hpp"
 #include "tests/port_contract/contract_support.hpp"

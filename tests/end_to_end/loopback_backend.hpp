@@ -12,10 +12,8 @@
 #include <vector>
 
 #include "base/mutex.hpp"
-#include "hosts/common/glib_base64.hpp"
-#include "hosts/common/rapidjson_json.hpp"
-#include "orbinel/headless/headless_console.hpp"
-#include "session/encryptor.hpp"
+#include "orbinel/value.hpp"
+#include "support/received_payload.hpp"
 
 namespace orbinel::testing {
 
@@ -99,7 +97,7 @@ public:
 
 private:
     void handle(const httplib::Request& request, httplib::Response& response) {
-        const auto payload = unscrambled(request);
+        const auto payload = payloadOf(request.body, request.get_header_value("ts"));
         Answer answer;
         {
             const MutexLock lock(mutex_);
@@ -110,21 +108,6 @@ private:
         arrivals_.push_back({request.path, taken, payload, numbersOf(payload)});
     }
 
-    static Dictionary unscrambled(const httplib::Request& request) {
-        headless::HeadlessConsole console;
-        Reports silent(console);
-        const hosts::GlibBase64 base64;
-        auto body = parsed(request.body);
-        const auto* scrambled = body["payload"].ifString();
-        if (scrambled == nullptr) return body;
-        const OrbinelEncryptor encryptor(silent, base64);
-        return parsed(encryptor.decryptPayload(*scrambled, request.get_header_value("ts")).value_or(""));
-    }
-    static Dictionary parsed(const std::string& json) {
-        const auto outcome = hosts::RapidJson().parse(json);
-        const auto* value = std::get_if<Value>(&outcome);
-        return value != nullptr && value->ifDictionary() != nullptr ? *value->ifDictionary() : Dictionary();
-    }
     static std::vector<std::int64_t> numbersOf(const Dictionary& stop) {
         std::vector<std::int64_t> numbers;
         const auto* events = stop["custom_events"].ifArray();

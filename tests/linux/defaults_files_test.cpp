@@ -182,6 +182,18 @@ TEST_F(DefaultsFiles, NobodyElseMayReadThem) {
     }
 }
 
+TEST_F(DefaultsFiles, AnElementBeforeAllPositionsIsDamage) {
+    open();
+    write("old", 1);
+    ASSERT_THAT(jsonOf(take()), ElementsAre("1"));
+    close();
+    SqliteDatabase(file, SqliteDatabase::Access::readWrite, 1000)
+        .execute("UPDATE elements SET position = -9223372036854775807 - 1");
+    open();
+    EXPECT_EQ(reclaim(), 0u);
+    expectAFreshStoreThatLasts();
+}
+
 TEST_F(DefaultsFiles, ADirectoryInItsPlaceIsSetAside) {
     std::filesystem::create_directory(file);
     open();

@@ -91,6 +91,20 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
+TEST_P(DefaultsContract, CompletionsMayBeLeftOut) {
+    store->append("queue", "1");
+    store->appendInFlight("queue", "2", nullptr);
+    store->take("queue", nullptr);
+    store->count("queue", nullptr);
+    store->requeue("queue", 12'345, nullptr);
+    EXPECT_EQ(count(), 0u);
+    relaunch();
+    store->reclaim("queue", nullptr);
+    EXPECT_THAT(jsonOf(take()), testing::UnorderedElementsAre("1", "2"));
+    store->erase({"queue"}, nullptr);
+    EXPECT_EQ(count(), 0u);
+}
+
 TEST_P(DefaultsContract, KeepsValuesOfEveryKindThatWereSynchronised) {
     const Dictionary values{{"boolean", true},
                             {"int32", 7},

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <memory>
 #include <string>
@@ -267,6 +268,37 @@ TEST_P(ViewsContract, ACloseButtonCallsWhenItIsPressed) {
     made.page->pressCloseButton();
     EXPECT_TRUE(settles([&] { return pressed == 1; }));
     button->removeFromParent();
+}
+
+TEST_P(ViewsContract, TimesThatAreNoneArePassedAtOnceAndChildrenThatCannotBeAreIgnored) {
+    const auto outer = childOf(*views->overlay(), {}, 1);
+    const auto inner = childOf(*outer, {}, 2);
+    int ended = 0;
+    for (const double seconds : {0.0, -5.0, std::nan("")}) {
+        outer->fadeTo(1, seconds, nullptr);
+        const int before = ended;
+        inner->fadeTo(1, seconds, [&] { ++ended; });
+        EXPECT_EQ(ended, before);  // never inside the call
+        outer->setVerticalOffset(0, seconds);
+        views->setOverlayVisible(true, seconds);
+    }
+    EXPECT_TRUE(settles([&] { return ended == 3; }));
+    expectFrame(*inner, made.window);
+
+    outer->addChild(nullptr);
+    outer->addChild(outer);
+    inner->addChild(outer);
+    EXPECT_EQ(views->overlay()->findTag(2), inner);
+    expectFrame(*inner, made.window);
+
+    const auto button = views->makeCloseButton("Close", nullptr);
+    ASSERT_NE(button, nullptr);
+    views->overlay()->addChild(button);
+    made.drive(milliseconds{1});
+    made.page->pressCloseButton();
+    made.drive(milliseconds{50});
+    button->removeFromParent();
+    outer->removeFromParent();
 }
 
 TEST_P(ViewsContract, APageIsAskedForAnsweredAndFinishedInThisOrder) {

@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "tests/apps/tool_process.hpp"
@@ -106,6 +105,17 @@ protected:
         return found;
     }
 
+    /// Until a request to the path has arrived: the stream begins with those that have.
+    void waitFor(const std::string& path) {
+        std::string text;
+        httplib::Client client(origin_);
+        client.set_read_timeout(std::chrono::minutes(1));
+        client.Get("/inspect/stream", [&](const char* bytes, std::size_t size) {
+            text.append(bytes, size);
+            return text.find('"' + path + '"') == std::string::npos;
+        });
+    }
+
     [[nodiscard]] static std::vector<std::string> textsOf(const rapidjson::Value& payload, const char* key) {
         std::vector<std::string> texts;
         gather(payload, key, texts);
@@ -157,9 +167,7 @@ TEST_F(VisitedShop, TellsTheBackendWhatThePersonDid) {
 // Whoever closes the shop, or has it closed, loses nothing of the session.
 TEST_F(VisitedShop, ClosesItsSessionWhenItIsEnded) {
     ShopProcess shop(words());
-    for (int i = 0; i < 300 && payloads(startPath).empty(); ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
+    waitFor(startPath);
     ASSERT_EQ(payloads(startPath).size(), 1u);
     shop.signal(SIGTERM);
     EXPECT_EQ(shop.wait(), 0);

@@ -57,66 +57,67 @@ using SharedFaults = std::shared_ptr<Faults>;
 
 inline constexpr const char* brokenOnPurpose = "Broken on purpose.";
 
+/// A host's service in which methods can fail.
+template <typename Forwarding, auto service>
+class Failing : public Forwarding {
+public:
+    Failing(const platform::Services& services, SharedFaults faults)
+        : Forwarding(services.*service), scheduler_(services.scheduler), faults_(std::move(faults)) {}
+
+protected:
+    [[nodiscard]] bool fails(const std::string& method) const { return faults_->fails(method); }
+
+    const std::shared_ptr<platform::Scheduler> scheduler_;
+    const SharedFaults faults_;
+};
+
 // Each service fails as its header says that it may; what has no failure, such as making base64 or the clock, has none
 // here. A method without a result does nothing.
 
-class FailingHttp final : public platform::ForwardingHttp {
+class FailingHttp final : public Failing<platform::ForwardingHttp, &platform::Services::http> {
 public:
-    FailingHttp(const platform::Services& services, SharedFaults faults)
-        : ForwardingHttp(services.http), scheduler_(services.scheduler), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
     platform::Ticket send(platform::HttpRequest request, platform::HttpCompletion completion) noexcept override {
-        if (faults_->fails("http send")) {
+        if (fails("http send")) {
             scheduler_->postGlobal([completion = std::move(completion)] {
                 completion(platform::HttpFailure{brokenOnPurpose, false});
             });
             return {};
         }
         // Delivered, and the answer lost on its way.
-        if (faults_->fails("http answer")) {
+        if (fails("http answer")) {
             return target_->send(std::move(request), [completion = std::move(completion)](const auto&) {
                 completion(platform::HttpFailure{brokenOnPurpose, false});
             });
         }
         return target_->send(std::move(request), std::move(completion));
     }
-
-private:
-    const std::shared_ptr<platform::Scheduler> scheduler_;
-    const SharedFaults faults_;
 };
 
-class FailingJson final : public platform::ForwardingJson {
+class FailingJson final : public Failing<platform::ForwardingJson, &platform::Services::json> {
 public:
-    FailingJson(const platform::Services& services, SharedFaults faults)
-        : ForwardingJson(services.json), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
     platform::JsonOutcome parse(std::string_view text) const noexcept override {
-        if (faults_->fails("json parse")) return platform::JsonFailure{brokenOnPurpose, 0};
+        if (fails("json parse")) return platform::JsonFailure{brokenOnPurpose, 0};
         return target_->parse(text);
     }
     std::optional<std::string> serialise(const Value& value, platform::JsonStyle style) const noexcept override {
-        return faults_->fails("json serialise") ? std::nullopt : target_->serialise(value, style);
+        return fails("json serialise") ? std::nullopt : target_->serialise(value, style);
     }
     std::optional<std::string> serialise(const Dictionary& value, platform::JsonStyle style) const noexcept override {
-        return faults_->fails("json serialise") ? std::nullopt : target_->serialise(value, style);
+        return fails("json serialise") ? std::nullopt : target_->serialise(value, style);
     }
-
-private:
-    const SharedFaults faults_;
 };
 
-class FailingBase64 final : public platform::ForwardingBase64 {
+class FailingBase64 final : public Failing<platform::ForwardingBase64, &platform::Services::base64> {
 public:
-    FailingBase64(const platform::Services& services, SharedFaults faults)
-        : ForwardingBase64(services.base64), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
     std::optional<std::string> decode(std::string_view text) const noexcept override {
-        return faults_->fails("base64 decode") ? std::nullopt : target_->decode(text);
+        return fails("base64 decode") ? std::nullopt : target_->decode(text);
     }
-
-private:
-    const SharedFaults faults_;
 };
 
 class FailingStore final : public platform::ForwardingDefaultsStore {
@@ -171,10 +172,9 @@ private:
     const SharedFaults faults_;
 };
 
-class FailingDefaults final : public platform::ForwardingDefaults {
+class FailingDefaults final : public Failing<platform::ForwardingDefaults, &platform::Services::defaults> {
 public:
-    FailingDefaults(const platform::Services& services, SharedFaults faults)
-        : ForwardingDefaults(services.defaults), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
     std::shared_ptr<platform::DefaultsStore> standard() noexcept override { return failing(target_->standard()); }
     std::shared_ptr<platform::DefaultsStore> suite(std::string_view name) noexcept override {
@@ -188,152 +188,116 @@ private:
     std::shared_ptr<platform::DefaultsStore> failing(std::shared_ptr<platform::DefaultsStore> store) {
         return std::make_shared<FailingStore>(std::move(store), faults_);
     }
-
-    const SharedFaults faults_;
 };
 
-class FailingSecureItems final : public platform::ForwardingSecureItems {
+class FailingSecureItems final : public Failing<platform::ForwardingSecureItems, &platform::Services::secureItems> {
 public:
-    FailingSecureItems(const platform::Services& services, SharedFaults faults)
-        : ForwardingSecureItems(services.secureItems), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
     std::optional<std::string> find(std::string_view service, std::string_view account) const noexcept override {
-        return faults_->fails("secure items find") ? std::nullopt : target_->find(service, account);
+        return fails("secure items find") ? std::nullopt : target_->find(service, account);
     }
     bool store(std::string_view service, std::string_view account, std::string_view data) noexcept override {
-        return !faults_->fails("secure items store") && target_->store(service, account, data);
+        return !fails("secure items store") && target_->store(service, account, data);
     }
-
-private:
-    const SharedFaults faults_;
 };
 
-class FailingApplication final : public platform::ForwardingApplication {
+class FailingApplication final : public Failing<platform::ForwardingApplication, &platform::Services::application> {
 public:
-    FailingApplication(const platform::Services& services, SharedFaults faults)
-        : ForwardingApplication(services.application), scheduler_(services.scheduler), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
     platform::ApplicationBundle bundle() const noexcept override {
-        return faults_->fails("application bundle") ? platform::ApplicationBundle() : target_->bundle();
+        return fails("application bundle") ? platform::ApplicationBundle() : target_->bundle();
     }
     void openUrl(const std::string& url, std::function<void(bool)> completion) noexcept override {
-        if (!faults_->fails("application openUrl")) return target_->openUrl(url, std::move(completion));
+        if (!fails("application openUrl")) return target_->openUrl(url, std::move(completion));
         scheduler_->postMain([completion = std::move(completion)] {
             if (completion) completion(false);
         });
     }
     std::shared_ptr<platform::Delegate> delegate() const noexcept override {
-        return faults_->fails("application delegate") ? nullptr : target_->delegate();
+        return fails("application delegate") ? nullptr : target_->delegate();
     }
-
-private:
-    const std::shared_ptr<platform::Scheduler> scheduler_;
-    const SharedFaults faults_;
 };
 
-class FailingDevice final : public platform::ForwardingDevice {
+class FailingDevice final : public Failing<platform::ForwardingDevice, &platform::Services::device> {
 public:
-    FailingDevice(const platform::Services& services, SharedFaults faults)
-        : ForwardingDevice(services.device), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
     std::shared_ptr<const platform::DeviceFacts> facts() const noexcept override {
-        return faults_->fails("device facts") ? std::make_shared<const platform::DeviceFacts>() : target_->facts();
+        return fails("device facts") ? std::make_shared<const platform::DeviceFacts>() : target_->facts();
     }
-
-private:
-    const SharedFaults faults_;
 };
 
-class FailingNotifications final : public platform::ForwardingNotifications {
+class FailingNotifications final
+    : public Failing<platform::ForwardingNotifications, &platform::Services::notifications> {
 public:
-    FailingNotifications(const platform::Services& services, SharedFaults faults)
-        : ForwardingNotifications(services.notifications), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
     void readSettings(std::function<void(platform::NotificationSettings)> completion) noexcept override {
-        if (faults_->fails("notifications readSettings")) return completion({});
+        if (fails("notifications readSettings")) return completion({});
         target_->readSettings(std::move(completion));
     }
     void requestAuthorization(std::int32_t options,
                               std::function<void(std::optional<std::string>)> completion) noexcept override {
-        if (faults_->fails("notifications requestAuthorization")) return completion(brokenOnPurpose);
+        if (fails("notifications requestAuthorization")) return completion(brokenOnPurpose);
         target_->requestAuthorization(options, std::move(completion));
     }
     std::shared_ptr<platform::Delegate> delegate() const noexcept override {
-        return faults_->fails("notifications delegate") ? nullptr : target_->delegate();
+        return fails("notifications delegate") ? nullptr : target_->delegate();
     }
-
-private:
-    const SharedFaults faults_;
 };
 
-class FailingConsole final : public platform::ForwardingConsole {
+class FailingConsole final : public Failing<platform::ForwardingConsole, &platform::Services::console> {
 public:
-    FailingConsole(const platform::Services& services, SharedFaults faults)
-        : ForwardingConsole(services.console), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
     void writeLine(std::string_view line) noexcept override {
-        if (!faults_->fails("console writeLine")) target_->writeLine(line);
+        if (!fails("console writeLine")) target_->writeLine(line);
     }
-
-private:
-    const SharedFaults faults_;
 };
 
-class FailingViews final : public platform::ForwardingViews {
+class FailingViews final : public Failing<platform::ForwardingViews, &platform::Services::views> {
 public:
-    FailingViews(const platform::Services& services, SharedFaults faults)
-        : ForwardingViews(services.views), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
     std::shared_ptr<platform::View> overlay() noexcept override {
-        return faults_->fails("views overlay") ? nullptr : target_->overlay();
+        return fails("views overlay") ? nullptr : target_->overlay();
     }
     std::shared_ptr<platform::View> makeView(platform::Backdrop backdrop) noexcept override {
-        return faults_->fails("views makeView") ? nullptr : target_->makeView(backdrop);
+        return fails("views makeView") ? nullptr : target_->makeView(backdrop);
     }
     std::shared_ptr<platform::View> makeCloseButton(std::string name, std::function<void()> pressed) noexcept override {
-        if (faults_->fails("views makeCloseButton")) return nullptr;
+        if (fails("views makeCloseButton")) return nullptr;
         return target_->makeCloseButton(std::move(name), std::move(pressed));
     }
     platform::WebViewOrReason makeWebView(platform::WebViewSettings settings,
                                           std::weak_ptr<platform::WebViewDelegate> delegate) noexcept override {
-        if (faults_->fails("views makeWebView")) return brokenOnPurpose;
+        if (fails("views makeWebView")) return brokenOnPurpose;
         return target_->makeWebView(std::move(settings), std::move(delegate));
     }
-
-private:
-    const SharedFaults faults_;
 };
 
-class FailingAccelerometer final : public platform::ForwardingAccelerometer {
+class FailingAccelerometer final
+    : public Failing<platform::ForwardingAccelerometer, &platform::Services::accelerometer> {
 public:
-    FailingAccelerometer(const platform::Services& services, SharedFaults faults)
-        : ForwardingAccelerometer(services.accelerometer), scheduler_(services.scheduler), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
-    bool isAvailable() const noexcept override {
-        return !faults_->fails("accelerometer isAvailable") && target_->isAvailable();
-    }
+    bool isAvailable() const noexcept override { return !fails("accelerometer isAvailable") && target_->isAvailable(); }
     platform::Ticket start(std::chrono::milliseconds interval,
                            std::function<void(const platform::AccelerationOrReason&)> handler) noexcept override {
-        if (!faults_->fails("accelerometer start")) return target_->start(interval, std::move(handler));
+        if (!fails("accelerometer start")) return target_->start(interval, std::move(handler));
         return scheduler_->postMainAfter({}, [handler = std::move(handler)] { handler(brokenOnPurpose); });
     }
-
-private:
-    const std::shared_ptr<platform::Scheduler> scheduler_;
-    const SharedFaults faults_;
 };
 
-class FailingPasteboard final : public platform::ForwardingPasteboard {
+class FailingPasteboard final : public Failing<platform::ForwardingPasteboard, &platform::Services::pasteboard> {
 public:
-    FailingPasteboard(const platform::Services& services, SharedFaults faults)
-        : ForwardingPasteboard(services.pasteboard), faults_(std::move(faults)) {}
+    using Failing::Failing;
 
     void setText(const std::string& text) noexcept override {
-        if (!faults_->fails("pasteboard setText")) target_->setText(text);
+        if (!fails("pasteboard setText")) target_->setText(text);
     }
-
-private:
-    const SharedFaults faults_;
 };
 
 /// The services, each of which fails where the faults say.

@@ -1,7 +1,8 @@
 #include "support/scripted_backend.hpp"
 
-#include "base/reports.hpp"
-#include "session/encryptor.hpp"
+#include <algorithm>
+
+#include "support/received_payload.hpp"
 
 namespace orbinel::testing {
 
@@ -77,17 +78,7 @@ Received ScriptedBackend::read(const platform::HttpRequest& request) const {
     }
     received.body = request.body;
     received.at = host_.scheduler->now();
-    auto parsed = host_.json->parse(request.body);
-    const auto* body = std::get_if<Value>(&parsed);
-    if (body == nullptr || body->ifDictionary() == nullptr) return received;
-    received.payload = *body->ifDictionary();
-    if (const auto* envelope = received.payload["payload"].ifString()) {
-        Reports silent(*host_.console);
-        const OrbinelEncryptor encryptor(silent, *host_.base64);
-        auto inside = host_.json->parse(encryptor.decryptPayload(*envelope, received.headers["ts"]).value_or(""));
-        const auto* payload = std::get_if<Value>(&inside);
-        received.payload = payload != nullptr && payload->ifDictionary() ? *payload->ifDictionary() : Dictionary();
-    }
+    received.payload = payloadOf(request.body, received.headers["ts"]);
     return received;
 }
 

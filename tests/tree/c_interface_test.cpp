@@ -2,23 +2,25 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <map>
 #include <regex>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "support/public_headers.hpp"
 
 // The C interface has what the C++ headers have, and nothing else: neither can gain an operation without the other.
 
 namespace {
 
-namespace fs = std::filesystem;
-const fs::path published = fs::path(ORBINEL_SOURCE_DIR) / "include" / "orbinel";
+using orbinel::testing::publicHeaderWithoutComments;
+using orbinel::testing::publicOperations;
 
-const std::map<std::string, std::string> prefixes{{"Orbinel", "orbinel_"},
+const std::map<std::string, std::string> prefixes{{"", "orbinel_"},
+                                                  {"Orbinel", "orbinel_"},
                                                   {"OrbinelEvent", "orbinel_event_"},
                                                   {"OrbinelUser", "orbinel_user_"},
                                                   {"OrbinelProduct", "orbinel_product_"},
@@ -42,12 +44,6 @@ const std::set<std::string> functionsOfCAlone{"orbinel_last_error",       "orbin
                                               "orbinel_product_free",     "orbinel_identifiers_create",
                                               "orbinel_identifiers_copy", "orbinel_identifiers_free"};
 
-std::string withoutComments(const fs::path& path) {
-    std::ifstream file(path);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    return std::regex_replace(text, std::regex(R"(//[^\n]*|/\*[^*]*\*+([^/*][^*]*\*+)*/|^#[^\n]*)"), "");
-}
-
 /// In lower case with "_" between the words; an abbreviation is one word, also in the plural ("productIDs").
 std::string inSnakeCase(const std::string& name) {
     auto words = std::regex_replace(name, std::regex("IDs\\b"), "Ids");
@@ -55,42 +51,6 @@ std::string inSnakeCase(const std::string& name) {
     words = std::regex_replace(words, std::regex("([A-Z])([A-Z][a-z])"), "$1_$2");
     std::transform(words.begin(), words.end(), words.begin(), [](unsigned char c) { return std::tolower(c); });
     return words;
-}
-
-/// Where the bracket at the position is closed.
-std::size_t closing(const std::string& text, std::size_t open) {
-    int depth = 0;
-    for (auto at = open; at < text.size(); ++at) {
-        if (text[at] == '(' || text[at] == '{') ++depth;
-        if ((text[at] == ')' || text[at] == '}') && --depth == 0) return at;
-    }
-    return text.size();
-}
-
-/// Declarations, each without the body that it may have.
-std::vector<std::string> declarations(const std::string& text) {
-    std::vector<std::string> found(1);
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        if (text[at] == '{') at = closing(text, at);
-        if (text[at] == ';' || text[at] == '}') {
-            found.emplace_back();
-        } else {
-            found.back() += text[at];
-        }
-    }
-    return found;
-}
-
-/// The names of the arguments in a list of parameters.
-std::vector<std::string> namesOf(std::string parameters) {
-    static const std::regex inBrackets(R"(<[^<>]*>|\([^()]*\))");
-    while (std::regex_search(parameters, inBrackets)) parameters = std::regex_replace(parameters, inBrackets, "");
-    static const std::regex name(R"((\w+)\s*(,|$))");
-    std::vector<std::string> names;
-    for (std::sregex_iterator it(parameters.begin(), parameters.end(), name), end; it != end; ++it) {
-        names.push_back((*it)[1]);
-    }
-    return names;
 }
 
 /// The functions that operations of one name make: one for each list of arguments, without those of other types only.
@@ -104,61 +64,20 @@ void addFunctions(std::set<std::string>& functions, const std::string& prefix, c
     }
 }
 
-/// The functions that the operations among the declarations make. Those on a temporary are the same as the others.
-void addOperations(std::set<std::string>& functions, const std::string& prefix, const std::string& text) {
-    static const std::regex operation(R"((~?\w+)\s*\()");
-    std::map<std::string, std::vector<std::vector<std::string>>> found;
-    for (const auto& declaration : declarations(text)) {
-        std::smatch match;
-        if (declaration.find("operator") != std::string::npos || declaration.find("= delete") != std::string::npos ||
-            !std::regex_search(declaration, match, operation)) {
-            continue;
-        }
-        const auto open = static_cast<std::size_t>(match.position(0) + match.length(0)) - 1;
-        const auto close = closing(declaration, open);
-        const std::string name = match[1];
-        if (prefixes.count(name) != 0 || name[0] == '~' || declaration.find("&&", close) != std::string::npos) continue;
-        found[name].push_back(namesOf(declaration.substr(open + 1, close - open - 1)));
-    }
-    for (const auto& [name, lists] : found) addFunctions(functions, prefix, name, lists);
-}
-
-/// Takes each class that the library shows out of the text, and adds the functions of its operations.
-std::string takeClasses(std::string text, std::set<std::string>& functions) {
-    static const std::regex shown(R"((?:class|struct) ORBINEL_API (\w+)[^;{]*\{)");
-    for (std::smatch match; std::regex_search(text, match, shown);) {
-        const std::string name = match[1];
-        const auto begin = static_cast<std::size_t>(match.position(0));
-        const auto open = begin + static_cast<std::size_t>(match.length(0)) - 1;
-        const auto body = text.substr(open + 1, closing(text, open) - open - 1);
-        text.erase(begin, closing(text, open) - begin + 1);
-        if (classesWithoutC.count(name) != 0) continue;
-        if (prefixes.count(name) == 0) {
-            ADD_FAILURE() << "the class " << name << " has no place in the C interface";
-            continue;
-        }
-        std::string shownBody = body.substr(0, body.find("private:"));
-        shownBody.erase(0, shownBody.find("public:") + 7);
-        addOperations(functions, prefixes.at(name), shownBody);
-    }
-    return text;
-}
-
 std::set<std::string> functionsThatOperationsMake() {
-    std::set<std::string> functions;
-    for (const auto& entry : fs::directory_iterator(published)) {
-        if (entry.path().extension() != ".hpp" || entry.path().filename() == "c_interface.hpp") continue;
-        const auto rest = takeClasses(withoutComments(entry.path()), functions);
-        static const std::regex shown(R"(ORBINEL_API [^;{}]*;)");
-        for (std::sregex_iterator it(rest.begin(), rest.end(), shown), end; it != end; ++it) {
-            addOperations(functions, "orbinel_", it->str());
-        }
+    std::map<std::pair<std::string, std::string>, std::vector<std::vector<std::string>>> lists;
+    for (const auto& operation : publicOperations()) {
+        if (classesWithoutC.count(operation.owner) != 0) continue;
+        EXPECT_EQ(prefixes.count(operation.owner), 1U) << "the class has no place in the C interface";
+        lists[{prefixes.at(operation.owner), operation.name}].push_back(operation.arguments);
     }
+    std::set<std::string> functions;
+    for (const auto& [key, arguments] : lists) addFunctions(functions, key.first, key.second, arguments);
     return functions;
 }
 
 std::set<std::string> functionsOfC() {
-    const auto text = withoutComments(published / "orbinel.h");
+    const auto text = publicHeaderWithoutComments("orbinel.h");
     static const std::regex declared(R"(ORBINEL_API [^;]*?(orbinel_\w+)\()");
     std::set<std::string> functions;
     for (std::sregex_iterator it(text.begin(), text.end(), declared), end; it != end; ++it) functions.insert((*it)[1]);

@@ -70,6 +70,7 @@ std::vector<Operation> facadeOperations() {
         facade("getContentBoolWithoutCache:defaultBool:dataType:", &Orbinel::getContentBoolWithoutCache),
         facade("getContentIntWithoutCache:defaultInt:dataType:", &Orbinel::getContentIntWithoutCache),
         facade("removeInapp", &Orbinel::removeInapp),
+        facade("removeInappWithCompletionHandler:", &Orbinel::removeInappWithCompletionHandler),
         facade("enableInAppMessages", &Orbinel::enableInAppMessages),
         facade("disableInAppMessages", &Orbinel::disableInAppMessages),
         facade("reenableTemplates", &Orbinel::reenableTemplates),
@@ -104,6 +105,7 @@ std::vector<Operation> facadeOperations() {
         facade("sendError:desc:", &Orbinel::sendError),
         facade("getSDKVersion", &Orbinel::getSDKVersion),
         facade("eraseStoredData", &Orbinel::eraseStoredData),
+        facade("eraseStoredDataWithCompletionHandler:", &Orbinel::eraseStoredDataWithCompletionHandler),
         facade("setDevelopmentLog:", &Orbinel::setDevelopmentLog),
         maker<OrbinelIdentifiers>("new:OrbinelIdentifiers", ThingKind::identifiers),
         maker<Target>("new:Target", ThingKind::target),
@@ -122,6 +124,7 @@ std::vector<Operation> eventOperations() {
         method("build", &OrbinelEvent::build),
         method("getName", &OrbinelEvent::getName),
         method("getParameters", &OrbinelEvent::getParameters),
+        method("isInternal", &OrbinelEvent::isInternal),
     };
 }
 

@@ -43,7 +43,7 @@ public:
     [[nodiscard]] virtual ApplicationBundle bundle() const noexcept = 0;
 
     /// Opens the URL (RFC 3986) outside the application, with whatever the person uses for its scheme. The completion
-    /// runs once on the main thread, never inside the call, with whether something took the URL.
+    /// runs once on the main thread, never inside the call, with whether something took the URL; it may be empty.
     virtual void openUrl(const std::string& url, std::function<void(bool opened)> completion) noexcept = 0;
 
     /// Opens the application's page in the platform's settings.

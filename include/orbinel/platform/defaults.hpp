@@ -39,10 +39,10 @@ struct ReclaimedElements {
 /// its completion runs.
 ///
 /// Threads: callable from any thread. Completions run in the order of their calls, on a thread of the service, or
-/// inside the call where the store has nothing to wait for; they may call the store. No method but a first `value`
-/// waits for the disk, and that only until the store has been read into memory.
-/// Failure: a store that cannot be read is set aside (renamed) and started afresh; a write that fails (full disk) is
-/// lost on disk but still holds in memory. Both are told to the handler of `Defaults::setProblemHandler`.
+/// inside the call where the store has nothing to wait for; they may call the store, and may be empty. No method but a
+/// first `value` waits for the disk, and that only until the store has been read into memory. Failure: a store that
+/// cannot be read is set aside (renamed) and started afresh; a write that fails (full disk) is lost on disk but still
+/// holds in memory. Both are told to the handler of `Defaults::setProblemHandler`.
 class DefaultsStore {
 public:
     virtual ~DefaultsStore() = default;

@@ -56,7 +56,7 @@ using HttpCompletion = std::function<void(HttpOutcome)>;
 ///
 /// Threads: callable from any thread. Completions run on one background thread of the service, one at a time; a
 /// completion may call `send`.
-/// Order: requests may overtake each other. A completion runs exactly once and never inside `send`.
+/// Order: requests may overtake each other. A completion runs exactly once and never inside `send`; it may be empty.
 /// Bounds: more requests than the service transfers at once wait their turn, their time-out not yet running. A
 /// response body above 16 MiB ends its request with a failure.
 /// Ending: destroying the service completes what is in flight with a cancelled failure and waits for its thread,

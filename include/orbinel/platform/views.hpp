@@ -19,7 +19,8 @@ enum class Backdrop {
 
 /// One rectangle of the interface, with children on top of it. At first it is opaque, without a tag, and nowhere.
 ///
-/// Threads: main thread only. Completions run on the main thread, never inside the call.
+/// Threads: main thread only. Completions run on the main thread, never inside the call; they may be empty.
+/// Seconds: none, less than none and NaN mean at once; more than an hour is an hour.
 /// Ending: a view that nobody holds and that has no parent is gone; what it was about to do is dropped.
 class View {
 public:
@@ -35,7 +36,8 @@ public:
     /// then runs at once. It runs also where the view cannot be seen.
     virtual void fadeTo(double alpha, double seconds, std::function<void()> completion) noexcept = 0;
 
-    /// Puts the child on top of the other children; takes it from the parent that it had.
+    /// Puts the child on top of the other children; takes it from the parent that it had. Null, the view itself, one
+    /// that it is below, and one of another kind of host are ignored.
     virtual void addChild(const std::shared_ptr<View>& child) noexcept = 0;
     virtual void removeFromParent() noexcept = 0;
 
@@ -68,12 +70,13 @@ public:
     /// then, too.
     [[nodiscard]] virtual std::shared_ptr<View> overlay() noexcept = 0;
 
-    /// Shows or hides that view with all that is in it, over so many seconds. It is shown at first.
+    /// Shows or hides that view with all that is in it, over so many seconds (as above). It is shown at first.
     virtual void setOverlayVisible(bool visible, double seconds) noexcept = 0;
 
     [[nodiscard]] virtual std::shared_ptr<View> makeView(Backdrop backdrop) noexcept = 0;
 
-    /// A round button with a cross, about 30 points wide, which says its name to who cannot see it.
+    /// A round button with a cross, about 30 points wide, which says its name to who cannot see it. Where `pressed` is
+    /// empty, pressing it does nothing.
     [[nodiscard]] virtual std::shared_ptr<View> makeCloseButton(std::string accessibleName,
                                                                 std::function<void()> pressed) noexcept = 0;
 
