@@ -174,9 +174,10 @@ protected:
         host.settle();
         relaunch();
         initialise();
+        world().helper.setSessionGdprConsent(true);  // a call before may have withheld them for good
+        world().helper.setMobileSessionGdprConsent(true);
         product = makeProduct();
         world().helper.setSessionGdprConsent(open);
-        world().helper.setMobileSessionGdprConsent(true);
         host.settle();
         sinks.clear();
         row.call();

@@ -67,6 +67,7 @@ class GuideExamples : public ::testing::Test {
 protected:
     GuideExamples() {
         backend.answer("/session/start", {.body = R"({"smart_recommendations": {"1": "http://vendor.example/one"}})"});
+        backend.answer("/consent/get", {.body = ""});
         backend.answer("/v3/get", {.body = "person-of-the-guide"});
         backend.answer("/one", {.body = R"({"data": [{"product_id": "mug-blue"}, {"product_id": "mug-red"}, 7]})"});
         EXPECT_TRUE(start(host.services()));
