@@ -62,7 +62,7 @@ World::World(platform::Services given)
       templateEvents({reports, helper, eventRecorder, presentedInapp, ownLifetime, *services.json, *services.scheduler,
                       *services.notificationCentre}),
       templateAttributes({reports, userAttributes, *services.json, *services.scheduler}),
-      templateProducts({reports, productCreation, cartReminder, *services.json}),
+      templateProducts({reports, productCreation, cartReminder, presentedInapp, *services.json}),
       templateAnswers({reports, session, presentedInapp, *services.json}),
       templateStore({reports, templateEvents, templateAttributes, templateProducts, templateAnswers, templateMessages,
                      nativeActions, shakeDetector, urlOpener, presentedInapp, ownLifetime, *services.json,

@@ -82,6 +82,12 @@ void OrbinelTemplateStore::processTemplateStoreURL(const Dictionary& requested) 
 
 // --- What the page reports ---
 
+bool OrbinelTemplateStore::mayKeep(const Value& sent) {
+    const bool may = presented_.mayKeep(sent);
+    if (!may) reports_.note("Dropped what a page sent: the message has sent too much.");
+    return may;
+}
+
 void OrbinelTemplateStore::sendClickData(const Request& request) {
     const auto* click = request.value.ifDictionary();
     if (click == nullptr) return reports_.note("Dropped a click of the page: it is no dictionary.");
@@ -92,13 +98,13 @@ void OrbinelTemplateStore::sendClickData(const Request& request) {
 void OrbinelTemplateStore::setDefaultAttributes(const Request& request) {
     const auto* standard = fieldOrSelf(request.value, "default_attributes").ifArray();
     const auto* custom = parametersOf(request.value, request.actions)["attributes"].ifArray();
-    if (standard != nullptr) attributes_.setUserAttributesFromTemplate(*standard);
-    if (custom != nullptr) attributes_.setCustomAttributesFromTemplate(*custom);
+    if (standard != nullptr && mayKeep(*standard)) attributes_.setUserAttributesFromTemplate(*standard);
+    if (custom != nullptr && mayKeep(*custom)) attributes_.setCustomAttributesFromTemplate(*custom);
 }
 
 void OrbinelTemplateStore::tagEvents(const Request& request) {
     const auto* list = fieldOrSelf(request.value, "events").ifArray();
-    if (list != nullptr) events_.sendNotificationForEventBaseInapp(*list);
+    if (list != nullptr && mayKeep(*list)) events_.sendNotificationForEventBaseInapp(*list);
 }
 
 void OrbinelTemplateStore::addLead(const Request& request) { answers_.addLeadInput(request.value); }

@@ -230,6 +230,38 @@ TEST_F(TemplatePages, ReachTheDevice) {
     EXPECT_THAT(host.application->opened(),
                 ElementsAre(Opened{Opened::Where::settings, ""}, Opened{Opened::Where::notificationSettings, ""},
                             Opened{Opened::Where::settings, ""}));
+TEST_F(TemplatePages, CannotFillTheSession) {
+    const std::string much(300'000, 'x');
+    const auto another = [&] { bridge.presented.present(std::make_shared<const Dictionary>()); };
+    const auto sayOften = [&](const std::string& json) {
+        another();
+        for (int i = 0; i < 5; ++i) bridge.say(json);
+    };
+    sayOften(R"({"event":[{"name":"inapp_seen","params":[{"type":"string","key":"k","value":")" + much + R"("}]}]})");
+    EXPECT_THAT(events(), SizeIs(3)) << "not counted among the session's events";
+
+    const std::string item = R"({"product_id":"p","product_name":"Hat","product_taxonomy":"b","price":1,
+        "product_price":1,"product_image_url":"https://i","currency":"TRY","product_currency":"TRY"})";
+    sayOften(R"({"item_purchase":{"unique_sale_id":")" + much + R"(","purchased_items":[)" + item + "," + item + "]}}");
+    EXPECT_THAT(list(&SessionRecord::purchased_items), SizeIs(3)) << "each has the shared ID";
+
+    another();
+    for (int i = 0; i < 5; ++i) {
+        auto one = item;
+        one.replace(one.find(R"("p")"), 3, "\"p" + std::to_string(i) + much + '"');
+        bridge.say(R"({"item_cart":[)" + one + "]}");
+    }
+    EXPECT_THAT(list(&SessionRecord::abandoned_items), SizeIs(3));
+
+    another();
+    for (int i = 0; i < 5; ++i) {
+        const auto key = "a" + std::to_string(i);
+        bridge.say(R"({"default_attributes":{"attributes":[{"type":"array","key":")" + key + R"(","value":[")" + much +
+                   R"("]}]}})");
+    }
+    EXPECT_THAT(world().userAttributes.getCustomAttributes(), SizeIs(3));
+}
+
     EXPECT_THAT(host.notifications->requestedAuthorizations(), SizeIs(1));
     EXPECT_THAT(host.haptics->impacts(), SizeIs(1));
 }
