@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "base/value_text.hpp"
+#include "base/value_weight.hpp"
+#include "base/whole_number.hpp"
 
 namespace orbinel {
 
@@ -95,6 +97,11 @@ bool PresentedInapp::addClick(Dictionary click) {
     if (inappClickLog_.size() >= mostClicks) return false;
     inappClickLog_.emplace_back(std::move(click));
     return true;
+Value inappFieldNumber(const Dictionary& record, std::string_view field) {
+    const auto number = wholeNumberOf(record[field]).value_or(0);
+    return std::in_range<std::int32_t>(number) ? Value(static_cast<std::int32_t>(number)) : Value(number);
+}
+
 }
 
 Array PresentedInapp::takeClicks() {

@@ -168,6 +168,21 @@ TEST_F(TemplatePages, LeadsCarryTheCampaignWhateverThePageSays) {
 TEST_F(TemplatePages, SetAttributesOfTheUser) {
     bridge.say(R"({"default_attributes":{"default_attributes":[
         {"type":"string","key":"na","value":"Ada"},{"type":"int","key":"ag","value":36},
+TEST_F(TemplatePages, CarryIdentifiersBeyond32Bits) {
+    const std::int64_t large = 9'007'199'254'740'993;  // no double holds it
+    bridge.presented.present(
+        std::make_shared<const Dictionary>(Dictionary{{"inapp_id", large}, {"variant_id", std::to_string(large + 1)}}));
+    bridge.say(R"({"lead":"a","survey":{"question":"How?","answer":"b"},"event":[{"name":"lead_collected"}]})");
+    for (auto* field : {&SessionRecord::lead_logs, &SessionRecord::survey_results}) {
+        ASSERT_THAT(list(field), SizeIs(1));
+        const auto answer = *list(field)[0].ifDictionary();
+        EXPECT_EQ(answer["inapp_id"].integer(), large);
+        EXPECT_EQ(answer["variant_id"].integer(), large + 1);
+    }
+    ASSERT_THAT(events(), SizeIs(1));
+    EXPECT_EQ(events()[0].event_params->snapshot(), (Dictionary{{"campaign_id", large}, {"variant_id", large + 1}}));
+}
+
         {"type":"double","key":"no","value":1.5},{"type":"boolean","key":"eo","value":1}],
         "attributes":[{"type":"double","key":"score","value":1.5},{"type":"array","key":"sizes","value":["s","m"]},
         {"type":"array","key":"none","value":"s"},{"type":"string","key":"tier","value":"gold"},{"type":"nothing",
