@@ -10,23 +10,6 @@
 
 namespace orbinel {
 
-namespace {
-
-/// About what the value takes when it is sent.
-std::size_t weightOf(const Value& value) {
-    constexpr std::size_t ofOne = 16;
-    if (const auto* text = value.ifString()) return ofOne + text->size();
-    std::size_t weight = ofOne;
-    if (const auto* array = value.ifArray()) {
-        for (const auto& element : *array) weight += weightOf(element);
-    } else if (const auto* dictionary = value.ifDictionary()) {
-        for (const auto& [key, entry] : *dictionary) weight += key.size() + weightOf(entry);
-    }
-    return weight;
-}
-
-}  // namespace
-
 void PresentedInapp::present(Record record) {
     const MutexLock lock(mutex_);
     activeInapp_.swap(record);  // the earlier one is released without the lock
@@ -97,11 +80,6 @@ bool PresentedInapp::addClick(Dictionary click) {
     if (inappClickLog_.size() >= mostClicks) return false;
     inappClickLog_.emplace_back(std::move(click));
     return true;
-Value inappFieldNumber(const Dictionary& record, std::string_view field) {
-    const auto number = wholeNumberOf(record[field]).value_or(0);
-    return std::in_range<std::int32_t>(number) ? Value(static_cast<std::int32_t>(number)) : Value(number);
-}
-
 }
 
 Array PresentedInapp::takeClicks() {
@@ -117,6 +95,11 @@ std::string inappFieldText(const Dictionary& record, std::string_view field) {
     const auto& value = record[field];
     if (const auto* text = value.ifString()) return *text;
     return value.isAbsent() || value.isNull() ? std::string() : textOf(value);
+}
+
+Value inappFieldNumber(const Dictionary& record, std::string_view field) {
+    const auto number = wholeNumberOf(record[field]).value_or(0);
+    return std::in_range<std::int32_t>(number) ? Value(static_cast<std::int32_t>(number)) : Value(number);
 }
 
 Dictionary inappIdentity(const Dictionary* record) {
