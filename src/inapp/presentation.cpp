@@ -343,6 +343,7 @@ NavigationPolicy InappPresentation::decidePolicyForNavigationAction(const platfo
     }
     if (int32Of(needs_.presented.content()["type"]) != kCUSTOMSREEN) {
         InappButton banner;
+        if (action.redirected) return refuseFrame(action.url);  // of a server that may be anybody's
         banner.tag = kBANNERCLICKED;
         if (auto* clicks = buttonClicks.get()) clicks->inappButtonClicked(banner);
     }

@@ -328,6 +328,9 @@ TEST_F(Presenting, HiddenTemplatesAndProductPagesRemoveWhatTheyAreMeantTo) {
     ASSERT_TRUE(host.views->tap(kPUSHBROWSERCLOSEBUTTONVIEWTAG));
     host.settle();
     EXPECT_FALSE(host.views->tree().front().visible);
+    EXPECT_EQ(page()->navigate({"orbinelurl://%7B%7D", false, true}), NavigationPolicy::cancel);
+    EXPECT_EQ(sinks.count("A frame of another origin is refused."), 7u);
+    EXPECT_THAT(neighbours.asked, IsEmpty()) << "what a redirect says";
     presentation.enableInAppMessages();
     EXPECT_TRUE(host.views->tree().front().visible);
 
