@@ -119,16 +119,15 @@ void CampaignSelection::present(const Campaign& inapp) {
     if (loggingControlGroup) {
         return reports_.note("Dropped a control group's message: another's log triggered it.");
     }
-    presented_.present(inapp);
-    logControlGroup();
-    presented_.clear(inapp);
+    logControlGroup(*inapp);
 }
 
-void CampaignSelection::logControlGroup() {
+/// Another message that has been handed over stays the active one: it is still to be built.
+void CampaignSelection::logControlGroup(const Dictionary& inapp) {
     const ControlGroupBeingLogged logging;
     InappButton button;
     button.tag = kDISSMISSTYPECONTROL;
-    presented_.setShouldAddInappLog(true);  // although it is never shown
+    logs_.addControlGroupLog(inapp);
     buttonClicks->inappButtonClicked(button);
     reports_.log(LogType::inapp, LogLevel::error, "Can't show inapp.", [] {
         return Dictionary{{"reason", "inappPosition -1"}};

@@ -120,6 +120,9 @@ public:
 
     /// The page reports a click, in its own words.
     virtual void addClickLog(const Dictionary& click) = 0;
+    /// A message for the control group is closed without ever having been shown, or active.
+    virtual void addControlGroupLog(const Dictionary& inapp) = 0;
+
 
     virtual void logBlockedInAppMessage(const Dictionary& inapp) = 0;
     virtual void logInAppMessageAction(std::string_view action) = 0;

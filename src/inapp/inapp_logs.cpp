@@ -18,7 +18,8 @@ void InappLogs::addInappLog(std::int32_t dismissType) noexcept {
         if (auto* detector = shakeDetector.get()) detector->destroyShakeDetector();
         const auto inapp = presented_.activeInapp();
         if (inapp == nullptr) return;
-        if (presented_.takeShouldAddInappLog()) logClose(*inapp, dismissType);
+        // The clicks are taken before the close is logged, because its event may bring the next message.
+        if (presented_.takeShouldAddInappLog()) logClose(*inapp, dismissType, presented_.takeClicks());
     });
 }
 
@@ -30,7 +31,6 @@ void InappLogs::logClose(const Dictionary& inapp, std::int32_t dismissType, Arra
     Dictionary log{{"inapp_id", inappFieldNumber(inapp, "inapp_id")},
                    {"variant_id", inappFieldNumber(inapp, "variant_id")},
                    {"dismiss_type", dismissType}};
-    auto clicks = presented_.takeClicks();
     recorder_.recordInternalEvent("inapp_seen", log);
     if (!clicks.empty()) log.set("click_logs", std::move(clicks));
     session_.update([&](SessionRecord& record) { record.inapp_logs.emplace_back(std::move(log)); });

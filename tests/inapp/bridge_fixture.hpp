@@ -27,6 +27,7 @@ public:
     void textFieldBeginEditing() override { keep("begin editing"); }
     void textFieldEndEditing() override { keep("end editing"); }
     void addInappLog(std::int32_t dismissType) override { keep("close " + std::to_string(dismissType)); }
+    void addControlGroupLog(const Dictionary&) override {}
     void addClickLog(const Dictionary& click) override { keep("click " + click["button"].stringOrEmpty()); }
     void logBlockedInAppMessage(const Dictionary&) override {}
     void logInAppMessageAction(std::string_view) override {}

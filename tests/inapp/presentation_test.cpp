@@ -20,6 +20,7 @@ class Neighbours final : public InappLogging,
                          public InappShakeDetector {
 public:
     void addInappLog(std::int32_t type) override { asked.push_back("log " + std::to_string(type)); }
+    void addControlGroupLog(const Dictionary&) override {}
     void addClickLog(const Dictionary&) override {}
     void logBlockedInAppMessage(const Dictionary& inapp) override {
         asked.push_back("blocked " + inappFieldText(inapp, "inapp_id"));
