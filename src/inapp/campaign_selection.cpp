@@ -114,7 +114,7 @@ void CampaignSelection::present(const Campaign& inapp) {
     const auto& content = dictionaryOrEmpty((*inapp)["content"]);
     if (!isForControlGroup(content)) {
         presented_.present(inapp);
-        return presenter->createInappAfterAppropriateDelaysWithType(layoutOf(*inapp, content));
+        return presenter->createInappAfterAppropriateDelaysWithType(inapp, layoutOf(*inapp, content));
     }
     if (loggingControlGroup) {
         return reports_.note("Dropped a control group's message: another's log triggered it.");

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -53,8 +54,9 @@ public:
     [[nodiscard]] virtual bool isInAppOnTheScreen() const noexcept = 0;
     [[nodiscard]] virtual bool isOrientationPortrait() const noexcept = 0;
 
-    /// Builds the current message on the main queue. Any thread.
-    virtual void createInappAfterAppropriateDelaysWithType(const InappLayout& layout) = 0;
+    /// Builds the message, which is the active one, on the main queue. Any thread.
+    virtual void createInappAfterAppropriateDelaysWithType(const std::shared_ptr<const Dictionary>& inapp,
+                                                           const InappLayout& layout) = 0;
 
     /// Shows what has been built, where there is something. Any thread: moved to the main queue where it is another.
     virtual void showInapp() = 0;
@@ -118,11 +120,11 @@ public:
     /// The message closes, for this reason.
     virtual void addInappLog(std::int32_t dismissType) = 0;
 
-    /// The page reports a click, in its own words.
-    virtual void addClickLog(const Dictionary& click) = 0;
     /// A message for the control group is closed without ever having been shown, or active.
     virtual void addControlGroupLog(const Dictionary& inapp) = 0;
 
+    /// The page reports a click, in its own words.
+    virtual void addClickLog(const Dictionary& click) = 0;
 
     virtual void logBlockedInAppMessage(const Dictionary& inapp) = 0;
     virtual void logInAppMessageAction(std::string_view action) = 0;

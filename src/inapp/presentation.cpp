@@ -58,13 +58,13 @@ void InappPresentation::onMain(const char* operation, std::function<void()> work
 
 // --- Building ---
 
-void InappPresentation::createInappAfterAppropriateDelaysWithType(const InappLayout& layout) noexcept {
-    needs_.scheduler.postMain(needs_.lifetime.whileAlive(
-        [this, layout, record = needs_.presented.activeInapp(), asOf = cancellations_.load()] {
-            guarded(needs_.reports, {"OrbinelInapp - inAppViewCreate", DescriptionForm::nameOnly}, [&] {
-                if (asOf == cancellations_ && record != nullptr) build(record, layout);
-            });
-        }));
+void InappPresentation::createInappAfterAppropriateDelaysWithType(const PresentedInapp::Record& inapp,
+                                                                  const InappLayout& layout) noexcept {
+    needs_.scheduler.postMain(needs_.lifetime.whileAlive([this, inapp, layout, asOf = cancellations_.load()] {
+        guarded(needs_.reports, {"OrbinelInapp - inAppViewCreate", DescriptionForm::nameOnly}, [&] {
+            if (asOf == cancellations_) build(inapp, layout);
+        });
+    }));
 }
 
 void InappPresentation::build(const PresentedInapp::Record& record, const InappLayout& layout) {

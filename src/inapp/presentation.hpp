@@ -76,7 +76,8 @@ public:
 
     [[nodiscard]] bool isInAppOnTheScreen() const noexcept override { return onTheScreen_; }
     [[nodiscard]] bool isOrientationPortrait() const noexcept override { return needs_.application.isPortrait(); }
-    void createInappAfterAppropriateDelaysWithType(const InappLayout& layout) noexcept override;
+    void createInappAfterAppropriateDelaysWithType(const PresentedInapp::Record& inapp,
+                                                   const InappLayout& layout) noexcept override;
     void showInapp() noexcept override;
 
     // --- Removing. ---

@@ -57,14 +57,18 @@ protected:
     }
     void build(Dictionary record, InappLayout layout = {}) {
         layout.delay = static_cast<std::int32_t>(record["delay"].integer().value_or(0));
-        presented.present(std::make_shared<const Dictionary>(std::move(record)));
-        presentation.createInappAfterAppropriateDelaysWithType(layout);
+        handOver(std::move(record), layout);
         host.settle();
     }
     void buildAndShow(Dictionary layout) {
         build(campaign(1, std::move(layout)));
         page()->finish();
         host.advance(1);
+    void handOver(Dictionary record, const InappLayout& layout = {}) {
+        const auto handedOver = std::make_shared<const Dictionary>(std::move(record));
+        presented.present(handedOver);
+        presentation.createInappAfterAppropriateDelaysWithType(handedOver, layout);
+    }
     }
     std::shared_ptr<headless::HeadlessPage> page() { return host.views->page(); }
     double alpha(std::int32_t tag = kINAPPVIEWTAG) {
@@ -213,8 +217,7 @@ TEST_F(Presenting, APageThatHangsAndAMessageThatWasOvertakenMakeWay) {
     EXPECT_FALSE(presentation.isInAppOnTheScreen());
     EXPECT_EQ(sinks.count("Template request failed"), 1u);
 
-    presented.present(std::make_shared<const Dictionary>(campaign(2, {})));
-    presentation.createInappAfterAppropriateDelaysWithType({});
+    handOver(campaign(2, {}));
     build(campaign(3, {}));  // in the same turn
     EXPECT_EQ(sinks.count("Waiting other orbinel webview"), 1u);
     page()->respond(200);
@@ -234,6 +237,15 @@ TEST_F(Presenting, AddressesThatCannotBeUsedAreToldApart) {
     EXPECT_THAT(outcome("https://a b/"), ElementsAre("Waiting other orbinel webview"));
     EXPECT_THAT(outcome("file:///etc"), ElementsAre("Template URL is invalid"));
     EXPECT_THAT(outcome("http:///no-host"), ElementsAre("Template URL is invalid"));
+
+    presentation.removeInapp({});
+    host.advance(1);
+    const auto first = std::make_shared<const Dictionary>(campaign(4, {}));
+    presented.present(first);
+    presented.present(std::make_shared<const Dictionary>(campaign(5, {})));  // by another thread meanwhile
+    presentation.createInappAfterAppropriateDelaysWithType(first, {});
+    host.settle();
+    EXPECT_FALSE(presentation.isInAppOnTheScreen()) << "no message has the layout of another";
     EXPECT_THAT(outcome(""), ElementsAre("Webview can't load.", "App template load request"));
     EXPECT_THAT(outcome("https://pages.test", 2),
                 ElementsAre("RemoveFromSuperview is called.", "App template load request"));
@@ -341,8 +353,7 @@ TEST_F(Presenting, HiddenTemplatesAndProductPagesRemoveWhatTheyAreMeantTo) {
     EXPECT_EQ(alpha(), -1);
     build(campaign(1, {}, 5));
     page()->finish();
-    presented.present(std::make_shared<const Dictionary>(campaign(2, {})));
-    presentation.createInappAfterAppropriateDelaysWithType({});
+    handOver(campaign(2, {}));
     presentation.cancelScheduledInapps();  // both what waits for its delay and what is not built yet
     host.advance(10);
     EXPECT_EQ(host.views->tree().size(), 1u);
