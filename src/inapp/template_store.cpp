@@ -189,6 +189,8 @@ void OrbinelTemplateStore::dismissSilently(const Request& request) {
 }
 
 void OrbinelTemplateStore::dismiss(const Request& request) {
+    const auto& silent = request.actions["silent_dismiss"];
+    if (isThere(silent) && silent.ifDictionary() == nullptr) return;  // whose parameter this is
     configureInappRemoval(parametersOf(request.value, request.actions), Removal::logged);
 }
 

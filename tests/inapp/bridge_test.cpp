@@ -109,10 +109,13 @@ TEST_F(TemplatePages, AreRemovedWithOrWithoutALogAndOpenWhereTheyLeadTo) {
     EXPECT_THAT(effectsOf(R"({"silent_dismiss":{"dismiss":3,"redirection":"acme://cart"}})"),
                 ElementsAre("remove silently", "remove"));
     EXPECT_THAT(effectsOf(R"({"silent_dismiss":true})"), ElementsAre("remove silently"));
+    EXPECT_THAT(effectsOf(R"({"silent_dismiss":true,"dismiss":3,"redirection":"acme://silent"})"),
+                ElementsAre("remove silently", "remove"));
+    EXPECT_THAT(effectsOf(R"({"silent_dismiss":{},"dismiss":3})"), ElementsAre("remove silently", "close 3", "remove"));
     // A person is never left with a message that a refused address keeps open; and the next close is logged again.
     EXPECT_THAT(effectsOf(R"({"dismiss":{"redirection":"file:///etc/passwd"}})"), ElementsAre("remove"));
     EXPECT_THAT(effectsOf(R"({"dismiss":4})"), ElementsAre("close 4", "remove"));
-    EXPECT_THAT(opened(), ElementsAre("https://a.test/p", "tel:+4912", "acme://cart"));
+    EXPECT_THAT(opened(), ElementsAre("https://a.test/p", "tel:+4912", "acme://cart", "acme://silent"));
 }
 
 TEST_F(TemplatePages, OpenNothingButWebPagesPeopleAndTheApplicationItself) {
@@ -165,9 +168,6 @@ TEST_F(TemplatePages, LeadsCarryTheCampaignWhateverThePageSays) {
     EXPECT_THAT(events(), SizeIs(1));
 }
 
-TEST_F(TemplatePages, SetAttributesOfTheUser) {
-    bridge.say(R"({"default_attributes":{"default_attributes":[
-        {"type":"string","key":"na","value":"Ada"},{"type":"int","key":"ag","value":36},
 TEST_F(TemplatePages, CarryIdentifiersBeyond32Bits) {
     const std::int64_t large = 9'007'199'254'740'993;  // no double holds it
     bridge.presented.present(
@@ -183,6 +183,9 @@ TEST_F(TemplatePages, CarryIdentifiersBeyond32Bits) {
     EXPECT_EQ(events()[0].event_params->snapshot(), (Dictionary{{"campaign_id", large}, {"variant_id", large + 1}}));
 }
 
+TEST_F(TemplatePages, SetAttributesOfTheUser) {
+    bridge.say(R"({"default_attributes":{"default_attributes":[
+        {"type":"string","key":"na","value":"Ada"},{"type":"int","key":"ag","value":36},
         {"type":"double","key":"no","value":1.5},{"type":"boolean","key":"eo","value":1}],
         "attributes":[{"type":"double","key":"score","value":1.5},{"type":"array","key":"sizes","value":["s","m"]},
         {"type":"array","key":"none","value":"s"},{"type":"string","key":"tier","value":"gold"},{"type":"nothing",
@@ -227,24 +230,6 @@ TEST_F(TemplatePages, KeepAnswersWithTheirMessage) {
               (Array{Dictionary{{"inapp_id", 42}, {"variant_id", 7}, {"question", "How?"}, {"answer", "[1,\"b\"]"}}}));
 }
 
-// --- The device ---
-
-TEST_F(TemplatePages, ReachTheDevice) {
-    (void)effectsOf(
-        R"({"native":"settings","native_reviews":1,"copy":"CODE5","trigger_haptic_feedback":{"severity":2}})");
-    EXPECT_EQ(host.pasteboard->text(), "CODE5");
-    EXPECT_EQ(host.reviewPrompt->requests(), 1u);
-    EXPECT_THAT(host.haptics->impacts(), ElementsAre(2));
-    (void)effectsOf(R"({"native":"push_permission","trigger_haptic_feedback":9})");  // not decided: asks
-    EXPECT_THAT(host.notifications->requestedAuthorizations(), ElementsAre(7));
-    host.notifications->setSettings({platform::NotificationPermission::denied, false});
-    (void)effectsOf(R"({"native":"push_permission"})");
-    host.device->change([](platform::DeviceFacts& facts) { facts.osVersion = "15.3"; });
-    (void)effectsOf(R"({"native":"push_permission"})");
-    (void)effectsOf(R"({"native":"unknown"})");
-    EXPECT_THAT(host.application->opened(),
-                ElementsAre(Opened{Opened::Where::settings, ""}, Opened{Opened::Where::notificationSettings, ""},
-                            Opened{Opened::Where::settings, ""}));
 TEST_F(TemplatePages, CannotFillTheSession) {
     const std::string much(300'000, 'x');
     const auto another = [&] { bridge.presented.present(std::make_shared<const Dictionary>()); };
@@ -277,6 +262,24 @@ TEST_F(TemplatePages, CannotFillTheSession) {
     EXPECT_THAT(world().userAttributes.getCustomAttributes(), SizeIs(3));
 }
 
+// --- The device ---
+
+TEST_F(TemplatePages, ReachTheDevice) {
+    (void)effectsOf(
+        R"({"native":"settings","native_reviews":1,"copy":"CODE5","trigger_haptic_feedback":{"severity":2}})");
+    EXPECT_EQ(host.pasteboard->text(), "CODE5");
+    EXPECT_EQ(host.reviewPrompt->requests(), 1u);
+    EXPECT_THAT(host.haptics->impacts(), ElementsAre(2));
+    (void)effectsOf(R"({"native":"push_permission","trigger_haptic_feedback":9})");  // not decided: asks
+    EXPECT_THAT(host.notifications->requestedAuthorizations(), ElementsAre(7));
+    host.notifications->setSettings({platform::NotificationPermission::denied, false});
+    (void)effectsOf(R"({"native":"push_permission"})");
+    host.device->change([](platform::DeviceFacts& facts) { facts.osVersion = "15.3"; });
+    (void)effectsOf(R"({"native":"push_permission"})");
+    (void)effectsOf(R"({"native":"unknown"})");
+    EXPECT_THAT(host.application->opened(),
+                ElementsAre(Opened{Opened::Where::settings, ""}, Opened{Opened::Where::notificationSettings, ""},
+                            Opened{Opened::Where::settings, ""}));
     EXPECT_THAT(host.notifications->requestedAuthorizations(), SizeIs(1));
     EXPECT_THAT(host.haptics->impacts(), SizeIs(1));
 }
