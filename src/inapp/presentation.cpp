@@ -257,6 +257,7 @@ void InappPresentation::removeInappSilently() noexcept {
 }
 
 void InappPresentation::removeInappOnProductPage() noexcept {
+        (void)needs_.presented.takeShouldAddInappLog();  // nor while it fades
     onMain("-[OrbinelInapp removeInappOnProductPage:]", [this] {
         const auto active = needs_.presented.activeInapp();
         const bool handedOver = active != nullptr && (*active)["trigger"] == Value(productPage);

@@ -169,6 +169,7 @@ TEST_F(Presenting, WhatTheMomentForbidsIsNotShown) {
     due([&] { host.application->setState(platform::ApplicationState::background); });
     EXPECT_EQ(alpha(), 0);
     EXPECT_EQ(sinks.count("Application state is background."), 1u);
+    EXPECT_FALSE(presented.shouldAddInappLog()) << "while it fades";
     EXPECT_FALSE(presentation.isInAppOnTheScreen());  // it makes way for the next one
     EXPECT_EQ(sinks.count("Inapp has been shown."), 1u);
 }
