@@ -235,6 +235,13 @@ void InappPresentation::giveUp() {
     makeInappVisibleBlock_.cancel();
     template_->stage = Stage::givenUp;
     onTheScreen_ = false;
+    stopShakeDetector();
+}
+
+/// It may have been started by a page that is not shown, or not any more.
+void InappPresentation::stopShakeDetector() {
+    auto* detector = shakeDetector.get();
+    if (detector != nullptr && detector->isObserving()) detector->destroyShakeDetector();
 }
 
 // --- Removing ---
@@ -250,6 +257,7 @@ void InappPresentation::removeInappWithCompletionHandler(Completion completion) 
 void InappPresentation::removeInappSilently() noexcept {
     onMain("-[OrbinelInapp removeInappSilently]", [this] {
         if (template_ == nullptr) return;
+        (void)needs_.presented.takeShouldAddInappLog();  // nor while it fades
         logRemoval(needs_.reports, "removeInappSilently method");
         needs_.reports.log(LogType::inapp, LogLevel::info, "Inapp has been removed silently");
         removeInapp({});
@@ -257,7 +265,6 @@ void InappPresentation::removeInappSilently() noexcept {
 }
 
 void InappPresentation::removeInappOnProductPage() noexcept {
-        (void)needs_.presented.takeShouldAddInappLog();  // nor while it fades
     onMain("-[OrbinelInapp removeInappOnProductPage:]", [this] {
         const auto active = needs_.presented.activeInapp();
         const bool handedOver = active != nullptr && (*active)["trigger"] == Value(productPage);
@@ -310,10 +317,7 @@ void InappPresentation::finishRemoval() {
     waitsForBrowser_ = false;
     loadLimit_.cancel();
     needs_.presented.clear(gone->record);
-    // The page may have started it anew while it faded.
-    if (auto* detector = shakeDetector.get(); detector != nullptr && detector->isObserving()) {
-        detector->destroyShakeDetector();
-    }
+    stopShakeDetector();  // the page may have started it anew while it faded
 
     observe(&PresentationObserver::removed, *gone);
     gone->takeDown();
@@ -334,7 +338,12 @@ void InappPresentation::closeWebViewPage() {
 // --- What the page tells ---
 
 NavigationPolicy InappPresentation::decidePolicyForNavigationAction(const platform::NavigationAction& action) {
+    if (template_ != nullptr && template_->stage == Stage::givenUp) {
+        needs_.reports.note("Ignored what a page asked for that is not shown any more.");
+        return NavigationPolicy::cancel;
+    }
     if (action.url.find(ownScheme) != std::string::npos) {
+        if (action.redirected) return refuseFrame(action.url);  // of a server that may be anybody's
         if (auto* told = page.get()) told->processCustomScreenClicks(action.url);
         return NavigationPolicy::cancel;
     }
@@ -344,7 +353,6 @@ NavigationPolicy InappPresentation::decidePolicyForNavigationAction(const platfo
     }
     if (int32Of(needs_.presented.content()["type"]) != kCUSTOMSREEN) {
         InappButton banner;
-        if (action.redirected) return refuseFrame(action.url);  // of a server that may be anybody's
         banner.tag = kBANNERCLICKED;
         if (auto* clicks = buttonClicks.get()) clicks->inappButtonClicked(banner);
     }
@@ -411,6 +419,7 @@ void InappPresentation::webContentProcessDidTerminate() {
     needs_.reports.log(LogType::inapp, LogLevel::info, "Webview warning. contentProcessDidTerminate.");
     if (template_ == nullptr) return;
     template_->loaded = false;
+    stopShakeDetector();
     if (template_->stage == Stage::loading || template_->stage == Stage::delayed) giveUp();
 }
 

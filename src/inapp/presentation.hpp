@@ -129,6 +129,7 @@ private:
     void showBuilt();
     void reveal(TemplateView& ready);
     void giveUp();
+    void stopShakeDetector();
 
     // Removing.
     void removeCurrent(const char* operation, std::function<void()> completion);

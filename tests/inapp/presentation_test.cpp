@@ -31,11 +31,15 @@ public:
         asked.push_back("button " + std::to_string(button.tag));
     }
     void openUrl(const std::string& url, std::function<void()>) override { asked.push_back("open " + url); }
-    void destroyShakeDetector() override { ++detectorsDestroyed; }
-    bool isObserving() const noexcept override { return false; }
+    void destroyShakeDetector() override {
+        ++detectorsDestroyed;
+        observing = false;
+    }
+    bool isObserving() const noexcept override { return observing; }
 
     std::vector<std::string> asked;
     int detectorsDestroyed = 0;
+    bool observing = false;
 };
 
 class Presenting : public LibraryTest {
@@ -60,15 +64,15 @@ protected:
         handOver(std::move(record), layout);
         host.settle();
     }
-    void buildAndShow(Dictionary layout) {
-        build(campaign(1, std::move(layout)));
-        page()->finish();
-        host.advance(1);
     void handOver(Dictionary record, const InappLayout& layout = {}) {
         const auto handedOver = std::make_shared<const Dictionary>(std::move(record));
         presented.present(handedOver);
         presentation.createInappAfterAppropriateDelaysWithType(handedOver, layout);
     }
+    void buildAndShow(Dictionary layout) {
+        build(campaign(1, std::move(layout)));
+        page()->finish();
+        host.advance(1);
     }
     std::shared_ptr<headless::HeadlessPage> page() { return host.views->page(); }
     double alpha(std::int32_t tag = kINAPPVIEWTAG) {
@@ -163,13 +167,14 @@ TEST_F(Presenting, WhatTheMomentForbidsIsNotShown) {
     host.advance(1);
     EXPECT_EQ(alpha(), 1);
     EXPECT_EQ(alpha(kPUSHBROWSERVIEWTAG), -1);
+    EXPECT_TRUE(presented.shouldAddInappLog());
     presentation.removeInappSilently();
+    EXPECT_FALSE(presented.shouldAddInappLog()) << "while it fades";
     host.advance(1);
 
     due([&] { host.application->setState(platform::ApplicationState::background); });
     EXPECT_EQ(alpha(), 0);
     EXPECT_EQ(sinks.count("Application state is background."), 1u);
-    EXPECT_FALSE(presented.shouldAddInappLog()) << "while it fades";
     EXPECT_FALSE(presentation.isInAppOnTheScreen());  // it makes way for the next one
     EXPECT_EQ(sinks.count("Inapp has been shown."), 1u);
 }
@@ -187,8 +192,14 @@ TEST_F(Presenting, AFailedPageStaysInvisibleAndMakesWayForTheNextMessage) {
     for (const auto& fail : failures) {
         build(campaign(1, {}));
         EXPECT_TRUE(presentation.isInAppOnTheScreen());
+        neighbours.observing = true;
         fail();
+        EXPECT_FALSE(neighbours.observing);
         page()->finish();  // whatever the engine says afterwards
+        for (const auto* asked : {"orbinelurl://%7B%7D", "https://shop.test/"}) {
+            EXPECT_EQ(page()->navigate(asked, true), NavigationPolicy::cancel);
+        }
+        EXPECT_THAT(neighbours.asked, IsEmpty()) << "nobody sees the page";
         host.advance(1);
         EXPECT_EQ(alpha(), 0);
         EXPECT_FALSE(presentation.isInAppOnTheScreen());
@@ -226,6 +237,15 @@ TEST_F(Presenting, APageThatHangsAndAMessageThatWasOvertakenMakeWay) {
     host.advance(1);
     EXPECT_EQ(alpha(), 1);
     EXPECT_EQ((*presented.activeInapp())["inapp_id"], Value(3));
+
+    presentation.removeInapp({});
+    host.advance(1);
+    const auto first = std::make_shared<const Dictionary>(campaign(4, {}));
+    presented.present(first);
+    presented.present(std::make_shared<const Dictionary>(campaign(5, {})));  // by another thread meanwhile
+    presentation.createInappAfterAppropriateDelaysWithType(first, {});
+    host.settle();
+    EXPECT_FALSE(presentation.isInAppOnTheScreen()) << "no message has the layout of another";
 }
 
 TEST_F(Presenting, AddressesThatCannotBeUsedAreToldApart) {
@@ -238,15 +258,6 @@ TEST_F(Presenting, AddressesThatCannotBeUsedAreToldApart) {
     EXPECT_THAT(outcome("https://a b/"), ElementsAre("Waiting other orbinel webview"));
     EXPECT_THAT(outcome("file:///etc"), ElementsAre("Template URL is invalid"));
     EXPECT_THAT(outcome("http:///no-host"), ElementsAre("Template URL is invalid"));
-
-    presentation.removeInapp({});
-    host.advance(1);
-    const auto first = std::make_shared<const Dictionary>(campaign(4, {}));
-    presented.present(first);
-    presented.present(std::make_shared<const Dictionary>(campaign(5, {})));  // by another thread meanwhile
-    presentation.createInappAfterAppropriateDelaysWithType(first, {});
-    host.settle();
-    EXPECT_FALSE(presentation.isInAppOnTheScreen()) << "no message has the layout of another";
     EXPECT_THAT(outcome(""), ElementsAre("Webview can't load.", "App template load request"));
     EXPECT_THAT(outcome("https://pages.test", 2),
                 ElementsAre("RemoveFromSuperview is called.", "App template load request"));
@@ -317,6 +328,9 @@ TEST_F(Presenting, OnlyThePageItselfSpeaksAndLinksOpenOutside) {
         EXPECT_EQ(page()->navigate(other), NavigationPolicy::cancel) << other;
     }
     EXPECT_EQ(sinks.count("A frame of another origin is refused."), 6u);
+    EXPECT_EQ(page()->navigate({"orbinelurl://%7B%7D", false, true}), NavigationPolicy::cancel);
+    EXPECT_EQ(sinks.count("A frame of another origin is refused."), 7u);
+    EXPECT_THAT(neighbours.asked, IsEmpty()) << "what a redirect says";
 
     presented.present(std::make_shared<const Dictionary>(Dictionary{{"content", Dictionary{{"type", 2}}}}));
     (void)page()->navigate("https://shop.test/", true);
@@ -342,9 +356,6 @@ TEST_F(Presenting, HiddenTemplatesAndProductPagesRemoveWhatTheyAreMeantTo) {
     ASSERT_TRUE(host.views->tap(kPUSHBROWSERCLOSEBUTTONVIEWTAG));
     host.settle();
     EXPECT_FALSE(host.views->tree().front().visible);
-    EXPECT_EQ(page()->navigate({"orbinelurl://%7B%7D", false, true}), NavigationPolicy::cancel);
-    EXPECT_EQ(sinks.count("A frame of another origin is refused."), 7u);
-    EXPECT_THAT(neighbours.asked, IsEmpty()) << "what a redirect says";
     presentation.enableInAppMessages();
     EXPECT_TRUE(host.views->tree().front().visible);
 
