@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "base/guard.hpp"
+#include "base/url.hpp"
 #include "base/value_text.hpp"
 #include "base/whole_number.hpp"
 #include "inapp/inapp_status.hpp"

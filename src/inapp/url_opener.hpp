@@ -47,7 +47,4 @@ private:
     platform::Application& application_;
 };
 
-/// Whether the URL is one of a web page.
-[[nodiscard]] bool isWebPage(std::string_view url) noexcept;
-
 }  // namespace orbinel
