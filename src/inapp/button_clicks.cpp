@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
 #include "inapp/template_values.hpp"
 
 namespace orbinel {
@@ -59,7 +60,7 @@ void ButtonClicks::close(const InappButton& button) {
 }
 
 void ButtonClicks::performNativeAction(const InappButton& button) {
-    switch (static_cast<NativeButtonAction>(template_values::integerOf(button.accessibilityHint))) {
+    switch (static_cast<NativeButtonAction>(intValue(button.accessibilityHint).value_or(0))) {
         case NativeButtonAction::copy:
             return nativeActions_.copy(button.accessibilityLabel);
         case NativeButtonAction::openSettings:

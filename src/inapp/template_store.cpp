@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
 #include "inapp/template_values.hpp"
 
 namespace orbinel {
@@ -153,7 +154,7 @@ void OrbinelTemplateStore::copy(const Request& request) {
 }
 
 void OrbinelTemplateStore::triggerHapticFeedback(const Request& request) {
-    nativeActions_.triggerHapticFeedback(template_values::integerOf(fieldOrSelf(request.value, "severity")));
+    nativeActions_.triggerHapticFeedback(intValue(fieldOrSelf(request.value, "severity")).value_or(0));
 }
 
 void OrbinelTemplateStore::initShakeDetector(const Request&) {
@@ -195,7 +196,7 @@ void OrbinelTemplateStore::configureInappRemoval(const Dictionary& parameters, R
         if (removal == Removal::silent) {
             screen->removeInappSilently();
         } else if (isThere(reason)) {
-            logging->addInappLog(template_values::integerOf(reason));
+            logging->addInappLog(intValue(reason).value_or(0));
             screen->removeInapp({});
         }
         const auto* redirection = parameters["redirection"].ifString();
