@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "base/ascii.hpp"
 #include "base/value_text.hpp"
 
 namespace orbinel::template_values {
@@ -15,8 +16,7 @@ constexpr std::string_view momentForm = "####-##-##T##:##:##.###Z";
 bool hasFormOfMoment(std::string_view text) noexcept {
     if (text.size() != momentForm.size()) return false;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool digit = text[i] >= '0' && text[i] <= '9';
-        if (momentForm[i] == '#' ? !digit : text[i] != momentForm[i]) return false;
+        if (momentForm[i] == '#' ? !ascii::isDigit(text[i]) : text[i] != momentForm[i]) return false;
     }
     return true;
 }

@@ -5,6 +5,7 @@
 
 #include "base/guard.hpp"
 #include "base/number_reading.hpp"
+#include "base/value_content.hpp"
 #include "events/data_types.hpp"
 #include "session/stored_keys.hpp"
 
@@ -23,7 +24,7 @@ std::optional<std::int32_t> wholePoints(double points) noexcept {
 
 /// An entry is only written where there is a value.
 void write(Dictionary& attributes, std::string_view key, Value value) {
-    if (!value.isAbsent() && !value.isNull()) attributes.set(key, std::move(value));
+    if (isPresent(value)) attributes.set(key, std::move(value));
 }
 
 }  // namespace
