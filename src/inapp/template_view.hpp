@@ -5,10 +5,10 @@
 #include <string>
 
 #include "inapp/campaign_choice.hpp"
-#include "inapp/collaborators.hpp"
 #include "inapp/inapp_layout.hpp"
 #include "inapp/presentation_observer.hpp"
 #include "inapp/presented_inapp.hpp"
+#include "inapp/template_layout.hpp"
 #include "inapp/template_web_view.hpp"
 #include "orbinel/platform/views.hpp"
 

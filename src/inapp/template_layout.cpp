@@ -1,4 +1,4 @@
-#include "inapp/inapp_layout.hpp"
+#include "inapp/template_layout.hpp"
 
 #include <utility>
 
