@@ -54,9 +54,7 @@ void ButtonClicks::close(const InappButton& button) {
     if (button.tag == kBANNERCLICKED) return;
     // Of the control group nothing is on the screen, and what has been handed over is another message.
     if (button.tag != kDISSMISSTYPECONTROL) screen->removeInapp({});
-    reports_.log(LogType::inapp, LogLevel::info, "RemoveFromSuperview is called.", [] {
-        return Dictionary{{"reason", "inappButtonClicked method"}};
-    });
+    logRemoval(reports_, "inappButtonClicked method");
 }
 
 void ButtonClicks::performNativeAction(const InappButton& button) {

@@ -55,10 +55,8 @@ public:
     const bool namesAPage;
     const bool isCustomScreen;
     std::string url;
-    std::string origin;  // of the page that may speak
     std::shared_ptr<OrbinelWKWebView> webView;
     Stage stage = Stage::loading;
-    bool loaded = false;
 
 private:
     void createCustomBase(platform::View& window);

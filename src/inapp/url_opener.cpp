@@ -6,7 +6,6 @@
 
 #include "base/guard.hpp"
 #include "base/url.hpp"
-#include "inapp/main_thread.hpp"
 
 namespace orbinel {
 
@@ -27,6 +26,7 @@ UrlOpener::UrlOpener(const Needs& needs)
     : reports_(needs.reports),
       lifetime_(needs.lifetime),
       scheduler_(needs.scheduler),
+      mainThread_({needs.reports, needs.lifetime, needs.scheduler}),
       application_(needs.application) {}
 
 std::optional<std::string> UrlOpener::permitted(std::string_view url) const {
@@ -40,10 +40,8 @@ std::optional<std::string> UrlOpener::permitted(std::string_view url) const {
 }
 
 void UrlOpener::openUrl(const std::string& url, std::function<void()> completion) noexcept {
-    guarded(reports_, "-[OrbinelInapp openUrl:]", [&] {
-        runOnMain(scheduler_, lifetime_, [this, url, completion = std::move(completion)]() mutable {
-            openOnMain(url, std::move(completion));
-        });
+    mainThread_.run("-[OrbinelInapp openUrl:]", [this, url, completion = std::move(completion)]() mutable {
+        openOnMain(url, std::move(completion));
     });
 }
 

@@ -8,6 +8,7 @@
 #include "base/lifetime.hpp"
 #include "base/reports.hpp"
 #include "inapp/collaborators.hpp"
+#include "inapp/main_thread.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/scheduler.hpp"
 
@@ -44,6 +45,7 @@ private:
     Reports& reports_;
     const Lifetime& lifetime_;
     platform::Scheduler& scheduler_;
+    const MainThread mainThread_;
     platform::Application& application_;
 };
 
