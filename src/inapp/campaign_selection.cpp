@@ -1,6 +1,7 @@
 #include "inapp/campaign_selection.hpp"
 
 #include "base/guard.hpp"
+#include "base/value_content.hpp"
 #include "base/whole_number.hpp"
 #include "inapp/condition_matching.hpp"
 #include "inapp/inapp_status.hpp"
@@ -24,12 +25,6 @@ public:
 };
 
 bool isForControlGroup(const Dictionary& content) { return int32Of(content["type"]) == kCONTROLGROUP; }
-
-const Dictionary& dictionaryOrEmpty(const Value& value) {
-    static const auto& empty = *new Dictionary;  // never destroyed
-    const auto* dictionary = value.ifDictionary();
-    return dictionary != nullptr ? *dictionary : empty;
-}
 
 InappLayout layoutOf(const Dictionary& inapp, const Dictionary& content) {
     const auto& layout = dictionaryOrEmpty(content["template_layout"]);

@@ -6,44 +6,13 @@
 #include <string>
 #include <string_view>
 
+#include "inapp/inapp_button.hpp"
+#include "inapp/inapp_layout.hpp"
 #include "orbinel/value.hpp"
 
 /// What the objects of this folder need of one another where two of them need each other: exactly the operations that
 /// are called, bound by core. None of them may be called with a lock held.
 namespace orbinel {
-
-/// Why a message was closed, and what was clicked in it.
-inline constexpr std::int32_t kBANNERCLICKED = 6;
-inline constexpr std::int32_t kBANNERDEEPLINKDISMISS = 7;
-inline constexpr std::int32_t inappCloseReasonKeyboardDismissType = 7;
-inline constexpr std::int32_t kDISSMISSTYPECONTROL = 8;
-inline constexpr std::int32_t kWEBVIEWCLICKED = 9;
-inline constexpr std::int32_t kCloseButtonDismissValue = 6;
-inline constexpr std::int32_t kCloseButtonDismissControlTag = 13;
-
-/// Kinds of a message ("content.type").
-inline constexpr std::int32_t kCONTROLGROUP = -1;
-inline constexpr std::int32_t kCUSTOMSREEN = 4;
-
-/// A button of a message that was pressed: its tag, and the fields in which a native button carries its action.
-struct InappButton {
-    std::int32_t tag = 0;
-    std::string accessibilityHint;   // the action's type, as an integer
-    std::string accessibilityLabel;  // what the action is about: a text or a URL
-    std::string accessibilityValue;
-    std::string accessibilityLanguage;    // JSON: custom attributes to set
-    std::string accessibilityIdentifier;  // JSON: a payload for the application
-};
-
-/// How the current message is to be built, beside what its record says.
-struct InappLayout {
-    std::int32_t type = 0;
-    std::int32_t layoutStyle = 0;
-    std::int32_t buttonLayout = 0;
-    std::int32_t delay = 0;  // seconds
-    std::int32_t position = 0;
-    bool notFullHeight = false;
-};
 
 /// What choosing a message asks of presenting it.
 class InappPresenter {

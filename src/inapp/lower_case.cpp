@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <iterator>
 
+#include "base/ascii.hpp"
+
 namespace orbinel {
 
 namespace {
@@ -82,8 +84,7 @@ std::string lowerCased(std::string_view text) {
         } else if (bytes > 1) {
             append(lower, lowerCased(character));
         } else {
-            const char byte = text.front();
-            lower += byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
+            lower += ascii::lowerCased(text.front());
         }
         text.remove_prefix(bytes);
     }

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "base/value_content.hpp"
 #include "base/value_text.hpp"
 #include "base/value_weight.hpp"
 #include "base/whole_number.hpp"
@@ -94,7 +95,7 @@ void PresentedInapp::clearClicks() { (void)takeClicks(); }
 std::string inappFieldText(const Dictionary& record, std::string_view field) {
     const auto& value = record[field];
     if (const auto* text = value.ifString()) return *text;
-    return value.isAbsent() || value.isNull() ? std::string() : textOf(value);
+    return isPresent(value) ? textOf(value) : std::string();
 }
 
 Value inappFieldNumber(const Dictionary& record, std::string_view field) {

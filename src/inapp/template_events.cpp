@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
 #include "events/data_types.hpp"
 #include "events/event_parameters.hpp"
 
@@ -123,9 +124,9 @@ void TemplateEvents::addTo(EventParameters& parameters, const template_values::D
     };
     if (type == kDataTypeDateKey) return recorder_.addDate(parameters, key, values::dateOf(value, scheduler_));
     if (type == kDataTypeArrayKey) return store(event_parameters::ofArray(arrayOrEmpty(value)));
-    if (type == kDataTypeDoubleKey) return store(event_parameters::ofDouble(values::numberOf(value)));
-    if (type == kDataTypeBooleanKey) return store(values::booleanOf(value));
-    if (type == kDataTypeIntKey) return store(event_parameters::ofInt(values::integerOf(value)));
+    if (type == kDataTypeDoubleKey) return store(event_parameters::ofDouble(doubleValue(value).value_or(0)));
+    if (type == kDataTypeBooleanKey) return store(boolValue(value).value_or(false));
+    if (type == kDataTypeIntKey) return store(event_parameters::ofInt(intValue(value).value_or(0)));
     store(event_parameters::ofText(values::textOf(value, json_)));
 }
 

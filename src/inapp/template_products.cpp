@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
 #include "inapp/template_values.hpp"
 
 namespace orbinel {
@@ -83,7 +84,7 @@ OrbinelProduct TemplateProducts::productOf(const Dictionary& item, const Value& 
     const auto imageUrl = text("product_image_url");
     const auto taxonomy = taxonomyOf(item["product_taxonomy"]);
     return creation_.createNewProductWithID(
-        {id, name, taxonomy, imageUrl, values::numberOf(price), currency.stringOrEmpty()});
+        {id, name, taxonomy, imageUrl, doubleValue(price).value_or(0), currency.stringOrEmpty()});
 }
 
 }  // namespace orbinel

@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
+#include "base/value_content.hpp"
 #include "inapp/template_values.hpp"
 
 namespace orbinel {
@@ -14,8 +16,6 @@ namespace {
 constexpr std::int32_t purchaseType = 2;
 constexpr std::int32_t cartType = 3;
 constexpr std::int32_t customType = 4;
-
-bool isThere(const Value& value) noexcept { return !value.isAbsent() && !value.isNull(); }
 
 /// The dictionary that describes the action: its own, or else the object that it stands in.
 const Dictionary& parametersOf(const Value& value, const Dictionary& actions) noexcept {
@@ -75,7 +75,7 @@ void OrbinelTemplateStore::processTemplateStoreURL(const Dictionary& requested) 
     reports_.feed("processTemplateStoreURL", [&] { return requested; });
     for (const auto& [key, perform] : actions) {
         const auto* value = requested.find(key);
-        if (value == nullptr || !isThere(*value)) continue;
+        if (value == nullptr || !isPresent(*value)) continue;
         guarded(reports_, operation, [&, perform = perform] { (this->*perform)({*value, requested}); });
     }
 }
@@ -159,7 +159,7 @@ void OrbinelTemplateStore::copy(const Request& request) {
 }
 
 void OrbinelTemplateStore::triggerHapticFeedback(const Request& request) {
-    nativeActions_.triggerHapticFeedback(template_values::integerOf(fieldOrSelf(request.value, "severity")));
+    nativeActions_.triggerHapticFeedback(intValue(fieldOrSelf(request.value, "severity")).value_or(0));
 }
 
 void OrbinelTemplateStore::initShakeDetector(const Request&) {
@@ -202,8 +202,8 @@ void OrbinelTemplateStore::configureInappRemoval(const Dictionary& parameters, R
         const auto& reason = parameters["dismiss"];
         if (removal == Removal::silent) {
             screen->removeInappSilently();
-        } else if (isThere(reason)) {
-            logging->addInappLog(template_values::integerOf(reason));
+        } else if (isPresent(reason)) {
+            logging->addInappLog(intValue(reason).value_or(0));
             screen->removeInapp({});
         }
         const auto* redirection = parameters["redirection"].ifString();

@@ -144,7 +144,7 @@ TEST_F(TemplatePages, TagEventsWithParametersOfTheirTypes) {
         {"type":"date","key":"day","value":"2026-07-01T23:30:00.250Z"},{"type":"date","key":"moment","value":0},
         {"type":"date","key":"none","value":"2026-02-30T00:00:00.000Z"},
         {"type":"array","key":"list","value":["a",1]},{"type":"double","key":"price","value":"9.5"},
-        {"type":"boolean","key":"yes","value":"true"},{"type":"int","key":"count","value":3},
+        {"type":"boolean","key":"yes","value":" 01"},{"type":"int","key":"count","value":"\u000b+3e2"},
         {"type":"int","key":"zero","value":0},{"type":"colour","key":"tone","value":12},
         {"type":"string","key":"Bad Key","value":"x"},{"key":"no_value"},"junk"]}]}})");
     ASSERT_THAT(events(), SizeIs(1));
