@@ -4,6 +4,7 @@
 #include <string_view>
 #include <variant>
 
+#include "base/number_reading.hpp"
 #include "hosts/common/rapidjson_json.hpp"
 #include "inapp/script_call.hpp"
 #include "inapp/template_payload.hpp"
@@ -23,8 +24,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto parsed = json.parse(*payload);
     const auto* value = std::get_if<Value>(&parsed);
     if (value == nullptr) return 0;
-    (void)template_values::integerOf(*value);
-    (void)template_values::booleanOf(*value);
+    (void)intValue(*value);
+    (void)boolValue(*value);
     if (const auto descriptor = template_values::descriptorOf(*value)) {
         (void)template_values::textOf(descriptor->value, json);
     }

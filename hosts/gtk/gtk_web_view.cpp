@@ -210,7 +210,9 @@ bool GtkWebView::allows(WebKitNavigationAction* action) {
     if (delegate == nullptr) return false;
     const char* url = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
     const bool link = webkit_navigation_action_get_navigation_type(action) == WEBKIT_NAVIGATION_TYPE_LINK_CLICKED;
-    return delegate->decidePolicyForNavigationAction({url != nullptr ? url : "", link}) == NavigationPolicy::allow;
+    const bool redirected = webkit_navigation_action_is_redirect(action) != FALSE;
+    return delegate->decidePolicyForNavigationAction({url != nullptr ? url : "", link, redirected}) ==
+           NavigationPolicy::allow;
 }
 
 bool GtkWebView::allows(WebKitResponsePolicyDecision* decision) {

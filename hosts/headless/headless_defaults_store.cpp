@@ -1,11 +1,11 @@
 #include "hosts/headless/headless_defaults_store.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 #include <utility>
 
 #include "hosts/common/callable.hpp"
+#include "hosts/common/stored_json.hpp"
 
 namespace orbinel::headless {
 
@@ -14,22 +14,6 @@ namespace {
 using platform::ElementId;
 using platform::ReclaimedElements;
 using platform::StoredElement;
-
-bool canBeWritten(const Value& value) {
-    const auto* real = value.ifReal();
-    return !value.isAbsent() && value.ifDate() == nullptr && (real == nullptr || std::isfinite(*real));
-}
-
-/// Leaves out of containers what JSON cannot hold.
-void prune(Value& value) {
-    if (auto* array = value.ifArray()) {
-        std::erase_if(*array, [](const Value& element) { return !canBeWritten(element); });
-        for (auto& element : *array) prune(element);
-    } else if (auto* dictionary = value.ifDictionary()) {
-        dictionary->eraseIf([](const Dictionary::Entry& entry) { return !canBeWritten(entry.second); });
-        dictionary->forEachValue([](const std::string&, Value& inner) { prune(inner); });
-    }
-}
 
 template <typename Map>
 void copyEntry(const Map& from, Map& to, const std::string& key) {
@@ -57,15 +41,13 @@ Value HeadlessDefaultsStore::value(std::string_view key) const noexcept {
     if (auto* value = std::get_if<Value>(&*content)) return std::move(*value);
     Array array;
     for (const auto& element : *std::get<std::shared_ptr<Elements>>(*content)) {
-        auto parsed = json_->parse(element.json);
-        auto* value = std::get_if<Value>(&parsed);
-        array.push_back(value != nullptr ? std::move(*value) : Value(element.json));
+        array.push_back(hosts::parsedOrText(element.json, *json_));
     }
     return array;
 }
 
 void HeadlessDefaultsStore::set(std::string_view key, Value value) noexcept {
-    if (isWithinDepth(value)) prune(value);
+    value = hosts::withoutUnstorable(std::move(value));
     const MutexLock lock(mutex_);
     uncommitted_.emplace(key);
     if (!value.isAbsent()) {

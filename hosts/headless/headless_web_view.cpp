@@ -48,7 +48,7 @@ void HeadlessWebView::load(const std::string& url) noexcept {
         const auto told = page->listener();
         if (told == nullptr || page->url != url) return;
         if (!isWebUrl(url)) return told->didFailNavigation(badUrl());
-        page->refused = told->decidePolicyForNavigationAction({url, false}) == NavigationPolicy::cancel;
+        page->refused = told->decidePolicyForNavigationAction({url, false, false}) == NavigationPolicy::cancel;
     });
 }
 
@@ -65,8 +65,12 @@ const platform::WebViewSettings& HeadlessPage::settings() const { return state_-
 const std::vector<std::string>& HeadlessPage::evaluatedScripts() const { return state_->scripts; }
 
 NavigationPolicy HeadlessPage::navigate(const std::string& url, bool linkActivated) {
+    return navigate(platform::NavigationAction{url, linkActivated, false});
+}
+
+NavigationPolicy HeadlessPage::navigate(const platform::NavigationAction& action) {
     const auto told = state_->listener();
-    return told != nullptr ? told->decidePolicyForNavigationAction({url, linkActivated}) : NavigationPolicy::cancel;
+    return told != nullptr ? told->decidePolicyForNavigationAction(action) : NavigationPolicy::cancel;
 }
 
 NavigationPolicy HeadlessPage::respond(std::optional<std::int32_t> status) {

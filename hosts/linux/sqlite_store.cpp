@@ -4,16 +4,11 @@
 #include <utility>
 
 #include "hosts/common/callable.hpp"
+#include "hosts/common/stored_json.hpp"
 
 namespace orbinel::hosts {
 
 namespace {
-
-Value parsedOrText(const std::string& json, const platform::Json& parser) {
-    auto outcome = parser.parse(json);
-    auto* value = std::get_if<Value>(&outcome);
-    return value != nullptr ? std::move(*value) : Value(json);
-}
 
 /// Whether there is a value that has no elements.
 bool isPlain(const SharedValue& value) { return value && !value->isAbsent() && value->ifArray() == nullptr; }

@@ -1,7 +1,5 @@
 #include "hosts/linux/stored_value.hpp"
 
-#include <algorithm>
-#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -20,22 +18,6 @@ constexpr const char* text = "text";
 constexpr const char* date = "date";
 constexpr const char* json = "json";
 }  // namespace kinds
-
-bool isUnstorable(const Value& value) {
-    const auto* real = value.ifReal();
-    return value.isAbsent() || value.ifDate() != nullptr || (real != nullptr && !std::isfinite(*real));
-}
-
-void removeUnstorable(Value& value, int depth) {
-    if (depth == 0) return;
-    if (auto* array = value.ifArray()) {
-        std::erase_if(*array, isUnstorable);
-        for (auto& element : *array) removeUnstorable(element, depth - 1);
-    } else if (auto* dictionary = value.ifDictionary()) {
-        dictionary->eraseIf([](const Dictionary::Entry& entry) { return isUnstorable(entry.second); });
-        dictionary->forEachValue([&](const std::string&, Value& inner) { removeUnstorable(inner, depth - 1); });
-    }
-}
 
 std::optional<double> realOf(const StoredValue& stored) {
     if (const auto* real = std::get_if<double>(&stored.content)) return *real;
@@ -61,11 +43,6 @@ std::optional<Value> decodeJson(const std::string& text, const platform::Json& j
 }
 
 }  // namespace
-
-Value withoutUnstorable(Value value) {
-    removeUnstorable(value, maximumValueDepth);
-    return value;
-}
 
 std::optional<StoredValue> encodeValue(const Value& value, const platform::Json& json) {
     switch (value.kind()) {

@@ -18,9 +18,6 @@ struct StoredValue {
     std::variant<std::monostate, std::int64_t, double, std::string> content;
 };
 
-/// The value without what no store keeps inside a container: absent values, dates, NaN and infinities.
-[[nodiscard]] Value withoutUnstorable(Value value);
-
 /// Nothing where the value is absent or nests too deep.
 [[nodiscard]] std::optional<StoredValue> encodeValue(const Value& value, const platform::Json& json);
 

@@ -1,32 +1,23 @@
 #include "base/percent_decoding.hpp"
 
+#include "base/ascii.hpp"
+
 namespace orbinel {
 
 namespace {
 
-constexpr int notHexadecimal = -1;
-
-constexpr int hexadecimal(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return notHexadecimal;
-}
+/// What a hexadecimal digit stands for.
+constexpr int hexadecimal(char c) { return ascii::isDigit(c) ? c - '0' : ascii::lowerCased(c) - 'a' + 10; }
 
 }  // namespace
 
 char takePercentDecodedByte(std::string_view& text) noexcept {
     const char first = text.front();
-    if (first == '%' && text.size() >= 3) {
-        const int high = hexadecimal(text[1]);
-        const int low = hexadecimal(text[2]);
-        if (high != notHexadecimal && low != notHexadecimal) {
-            text.remove_prefix(3);
-            return static_cast<char>(high * 16 + low);
-        }
-    }
-    text.remove_prefix(1);
-    return first;
+    const bool escape =
+        first == '%' && text.size() >= 3 && ascii::isHexadecimalDigit(text[1]) && ascii::isHexadecimalDigit(text[2]);
+    const char taken = escape ? static_cast<char>(hexadecimal(text[1]) * 16 + hexadecimal(text[2])) : first;
+    text.remove_prefix(escape ? 3 : 1);
+    return taken;
 }
 
 std::string percentDecoded(std::string_view text) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "base/ascii.hpp"
+#include "base/value_content.hpp"
 #include "base/value_text.hpp"
 
 namespace orbinel {
@@ -30,10 +32,8 @@ bool holds(const List& list, std::string_view wanted) {
     return std::find(list.begin(), list.end(), wanted) != list.end();
 }
 
-bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
-bool isHexadecimalLetter(char c) noexcept { return (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
 bool isWordByte(char c) noexcept {
-    return isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80 ||
+    return ascii::isLetterOrDigit(c) || static_cast<unsigned char>(c) >= 0x80 ||
            std::string_view("@.+-_%!#$&'*=?^`|~").find(c) != std::string_view::npos;
 }
 
@@ -43,15 +43,15 @@ bool isEmail(std::string_view word) noexcept {
 }
 
 bool isTelephone(std::string_view word) noexcept {
-    return word.size() > shortestTelephone && word.front() == '+' && std::all_of(word.begin() + 1, word.end(), isDigit);
+    return word.size() > shortestTelephone && word.front() == '+' &&
+           std::all_of(word.begin() + 1, word.end(), ascii::isDigit);
 }
 
 /// Numbers of decimal digits alone are times and prices.
 bool isHexadecimalIdentifier(std::string_view word) noexcept {
-    return word.size() >= shortestHexadecimal && std::any_of(word.begin(), word.end(), isHexadecimalLetter) &&
-           std::any_of(word.begin(), word.end(), isDigit) && std::all_of(word.begin(), word.end(), [](char c) {
-               return isDigit(c) || isHexadecimalLetter(c) || c == '-';
-           });
+    return word.size() >= shortestHexadecimal && std::any_of(word.begin(), word.end(), ascii::isHexadecimalLetter) &&
+           std::any_of(word.begin(), word.end(), ascii::isDigit) &&
+           std::all_of(word.begin(), word.end(), [](char c) { return ascii::isHexadecimalDigit(c) || c == '-'; });
 }
 
 std::string shortened(std::string_view text) {
@@ -71,7 +71,7 @@ std::string redactedWord(std::string_view word) {
 std::string plainKey(std::string_view key) {
     std::string plain;
     for (const char c : key) {
-        if (c != '_') plain += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        if (c != '_') plain += ascii::lowerCased(c);
     }
     return plain;
 }
@@ -88,7 +88,7 @@ Dictionary redactedEntries(const Dictionary& data, bool telling, bool tellingVal
 }
 
 Value redactedValue(const Value& value, bool telling, int depth) {
-    if (value.isAbsent() || value.isNull()) return value;
+    if (!isPresent(value)) return value;
     if (const auto* dictionary = value.ifDictionary()) {
         return depth > 0 ? Value(redactedEntries(*dictionary, telling, false, depth - 1)) : Value("{…}");
     }

@@ -1,8 +1,8 @@
 #include "base/whole_number.hpp"
 
-#include <algorithm>
 #include <charconv>
-#include <limits>
+
+#include "base/number_reading.hpp"
 
 namespace orbinel {
 
@@ -29,10 +29,6 @@ std::optional<std::int64_t> leadingWholeNumberOf(const Value& value) noexcept {
     return numberOf(value, Text::itsBeginning);
 }
 
-std::int32_t int32Of(const Value& value) noexcept {
-    using Limits = std::numeric_limits<std::int32_t>;
-    return static_cast<std::int32_t>(
-        std::clamp<std::int64_t>(wholeNumberOf(value).value_or(0), Limits::min(), Limits::max()));
-}
+std::int32_t int32Of(const Value& value) noexcept { return held<std::int32_t>(wholeNumberOf(value).value_or(0)); }
 
 }  // namespace orbinel

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
+#include "base/ascii.hpp"
 #include "base/guard.hpp"
 #include "base/utf8.hpp"
 #include "session/session_reason.hpp"
@@ -14,7 +15,7 @@ namespace {
 
 constexpr std::size_t shortestPartnerName = 2;
 
-bool isLowerLetterOrDigit(char c) noexcept { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); }
+bool isLowerLetterOrDigit(char c) noexcept { return ascii::isLowerLetter(c) || ascii::isDigit(c); }
 
 bool hasFormOfPartnerName(std::string_view name) noexcept {
     return !name.empty() && isLowerLetterOrDigit(name.front()) &&

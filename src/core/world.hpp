@@ -193,11 +193,11 @@ public:
     PushLinks pushLinks;
     PushLog pushLog;
     OrbinelPush push;
-    PayloadDelivery payloadDelivery;
     UniversalLinks universalLinks;
     OrbinelConfigurations configurations;
     ReplacedOperations replacedOperations;
     Interception interception;
+    PayloadDelivery payloadDelivery;
 
     // core
     OrbinelCrashHandler crashHandler;

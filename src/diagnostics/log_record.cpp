@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "base/json_rules.hpp"
+#include "base/sanitize.hpp"
 
 namespace orbinel {
 

@@ -8,6 +8,7 @@
 #include "base/guard.hpp"
 #include "base/utf8.hpp"
 #include "base/value_text.hpp"
+#include "base/value_weight.hpp"
 #include "tools/console_line.hpp"
 
 namespace orbinel {
@@ -21,6 +22,13 @@ constexpr double longestInterval = 10 * 365 * 86'400.0;  // seconds: as good as 
 
 milliseconds intervalOf(double seconds) noexcept {
     return milliseconds(static_cast<milliseconds::rep>(std::clamp(seconds, shortestInterval, longestInterval) * 1000));
+}
+
+/// In bytes, about: what differs between records counts, and a little for the rest.
+std::size_t weightOf(const OrbinelLog& record) noexcept {
+    constexpr std::size_t ofTheRest = 256;
+    const auto ofAttributes = record.customAttributes ? orbinel::weightOf(*record.customAttributes) : 0;
+    return ofTheRest + record.message.size() + ofAttributes;
 }
 
 }  // namespace
@@ -84,11 +92,20 @@ void OrbinelLogger::log(OrbinelLog record) noexcept {
     });
 }
 
-/// What is beyond the bound is dropped: only a loop writes so much between two batches.
+/// What is beyond the bounds is dropped: only a loop writes so much between two batches.
 void OrbinelLogger::append(OrbinelLog record) {
-    constexpr std::size_t most = 20'000;
-    const MutexLock lock(mutex_);
-    if (logs_.size() < most) logs_.push_back(std::move(record));
+    constexpr std::size_t mostRecords = 20'000;
+    constexpr std::size_t mostBytes = std::size_t{8} << 20U;
+    const auto bytes = weightOf(record);
+    {
+        const MutexLock lock(mutex_);
+        if (logs_.size() < mostRecords && bytes <= mostBytes - weight_) {
+            weight_ += bytes;
+            return logs_.push_back(std::move(record));
+        }
+        if (std::exchange(dropsRecords_, true)) return;
+    }
+    reports_.note("Dropping diagnostic records until the next batch is sent: too much waits.");
 }
 
 std::string OrbinelLogger::lineOf(const OrbinelLog& record) const {
@@ -114,6 +131,8 @@ OrbinelLogger::Batch OrbinelLogger::takeBatch() {
     const MutexLock lock(mutex_);
     batch.sessionId = sessionId_;
     batch.logs.swap(logs_);
+    weight_ = 0;
+    dropsRecords_ = false;
     return batch;
 }
 

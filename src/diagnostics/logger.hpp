@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -27,8 +28,9 @@ namespace orbinel {
 /// Gathers the diagnostic records and sends them to the vendor in batches, as far and as often as the backend asks for
 /// that. On a test device every record is gathered and printed at once, whatever the backend asks for.
 ///
-/// Records live in memory only, without a limit to their number: each tick of the timer takes them out and sends them
-/// once, delivered or not. While nothing is sent they stay.
+/// Records live in memory only: each tick of the timer takes them out and sends them once, delivered or not. While
+/// nothing is sent they stay, up to 20,000 records and 8 MiB; what comes beyond that is dropped, which the development
+/// log says once.
 ///
 /// On the console, each line a record or a batch (attributes and batches are JSON):
 ///
@@ -129,6 +131,8 @@ private:
     mutable Mutex mutex_;
     std::string sessionId_ ORBINEL_GUARDED_BY(mutex_);
     std::vector<OrbinelLog> logs_ ORBINEL_GUARDED_BY(mutex_);
+    std::size_t weight_ ORBINEL_GUARDED_BY(mutex_) = 0;     // of the records, in bytes, about
+    bool dropsRecords_ ORBINEL_GUARDED_BY(mutex_) = false;  // since the last batch
 };
 
 }  // namespace orbinel

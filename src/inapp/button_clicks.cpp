@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
 #include "inapp/template_values.hpp"
 
 namespace orbinel {
@@ -53,13 +54,11 @@ void ButtonClicks::close(const InappButton& button) {
     if (button.tag == kBANNERCLICKED) return;
     // Of the control group nothing is on the screen, and what has been handed over is another message.
     if (button.tag != kDISSMISSTYPECONTROL) screen->removeInapp({});
-    reports_.log(LogType::inapp, LogLevel::info, "RemoveFromSuperview is called.", [] {
-        return Dictionary{{"reason", "inappButtonClicked method"}};
-    });
+    logRemoval(reports_, "inappButtonClicked method");
 }
 
 void ButtonClicks::performNativeAction(const InappButton& button) {
-    switch (static_cast<NativeButtonAction>(template_values::integerOf(button.accessibilityHint))) {
+    switch (static_cast<NativeButtonAction>(intValue(button.accessibilityHint).value_or(0))) {
         case NativeButtonAction::copy:
             return nativeActions_.copy(button.accessibilityLabel);
         case NativeButtonAction::openSettings:

@@ -1,6 +1,7 @@
 #include "inapp/campaign_selection.hpp"
 
 #include "base/guard.hpp"
+#include "base/value_content.hpp"
 #include "base/whole_number.hpp"
 #include "inapp/condition_matching.hpp"
 #include "inapp/inapp_status.hpp"
@@ -24,12 +25,6 @@ public:
 };
 
 bool isForControlGroup(const Dictionary& content) { return int32Of(content["type"]) == kCONTROLGROUP; }
-
-const Dictionary& dictionaryOrEmpty(const Value& value) {
-    static const auto& empty = *new Dictionary;  // never destroyed
-    const auto* dictionary = value.ifDictionary();
-    return dictionary != nullptr ? *dictionary : empty;
-}
 
 InappLayout layoutOf(const Dictionary& inapp, const Dictionary& content) {
     const auto& layout = dictionaryOrEmpty(content["template_layout"]);
@@ -114,21 +109,20 @@ void CampaignSelection::present(const Campaign& inapp) {
     const auto& content = dictionaryOrEmpty((*inapp)["content"]);
     if (!isForControlGroup(content)) {
         presented_.present(inapp);
-        return presenter->createInappAfterAppropriateDelaysWithType(layoutOf(*inapp, content));
+        return presenter->createInappAfterAppropriateDelaysWithType(inapp, layoutOf(*inapp, content));
     }
     if (loggingControlGroup) {
         return reports_.note("Dropped a control group's message: another's log triggered it.");
     }
-    presented_.present(inapp);
-    logControlGroup();
-    presented_.clear(inapp);
+    logControlGroup(*inapp);
 }
 
-void CampaignSelection::logControlGroup() {
+/// Another message that has been handed over stays the active one: it is still to be built.
+void CampaignSelection::logControlGroup(const Dictionary& inapp) {
     const ControlGroupBeingLogged logging;
     InappButton button;
     button.tag = kDISSMISSTYPECONTROL;
-    presented_.setShouldAddInappLog(true);  // although it is never shown
+    logs_.addControlGroupLog(inapp);
     buttonClicks->inappButtonClicked(button);
     reports_.log(LogType::inapp, LogLevel::error, "Can't show inapp.", [] {
         return Dictionary{{"reason", "inappPosition -1"}};

@@ -77,7 +77,7 @@ private:
     [[nodiscard]] bool isShowingPossible(std::string_view eventName);
     bool block(const Dictionary& inapp);
     void present(const Campaign& inapp);
-    void logControlGroup();
+    void logControlGroup(const Dictionary& inapp);
 
     Reports& reports_;
     OrbinelHelper& helper_;

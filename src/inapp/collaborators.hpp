@@ -2,47 +2,17 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
+#include "inapp/inapp_button.hpp"
+#include "inapp/inapp_layout.hpp"
 #include "orbinel/value.hpp"
 
 /// What the objects of this folder need of one another where two of them need each other: exactly the operations that
 /// are called, bound by core. None of them may be called with a lock held.
 namespace orbinel {
-
-/// Why a message was closed, and what was clicked in it.
-inline constexpr std::int32_t kBANNERCLICKED = 6;
-inline constexpr std::int32_t kBANNERDEEPLINKDISMISS = 7;  // known to the backend; nothing here closes so
-inline constexpr std::int32_t inappCloseReasonKeyboardDismissType = 7;
-inline constexpr std::int32_t kDISSMISSTYPECONTROL = 8;
-inline constexpr std::int32_t kWEBVIEWCLICKED = 9;
-inline constexpr std::int32_t kCloseButtonDismissValue = 6;
-inline constexpr std::int32_t kCloseButtonDismissControlTag = 13;
-
-/// Kinds of a message ("content.type").
-inline constexpr std::int32_t kCONTROLGROUP = -1;
-inline constexpr std::int32_t kCUSTOMSREEN = 4;
-
-/// A button of a message that was pressed: its tag, and the fields in which a native button carries its action.
-struct InappButton {
-    std::int32_t tag = 0;
-    std::string accessibilityHint;   // the action's type, as an integer
-    std::string accessibilityLabel;  // what the action is about: a text or a URL
-    std::string accessibilityValue;
-    std::string accessibilityLanguage;    // JSON: custom attributes to set
-    std::string accessibilityIdentifier;  // JSON: a payload for the application
-};
-
-/// How the current message is to be built, beside what its record says.
-struct InappLayout {
-    std::int32_t type = 0;
-    std::int32_t layoutStyle = 0;
-    std::int32_t buttonLayout = 0;
-    std::int32_t delay = 0;  // seconds
-    std::int32_t position = 0;
-    bool notFullHeight = false;
-};
 
 /// What choosing a message asks of presenting it.
 class InappPresenter {
@@ -53,8 +23,9 @@ public:
     [[nodiscard]] virtual bool isInAppOnTheScreen() const noexcept = 0;
     [[nodiscard]] virtual bool isOrientationPortrait() const noexcept = 0;
 
-    /// Builds the current message on the main queue. Any thread.
-    virtual void createInappAfterAppropriateDelaysWithType(const InappLayout& layout) = 0;
+    /// Builds the message, which is the active one, on the main queue. Any thread.
+    virtual void createInappAfterAppropriateDelaysWithType(const std::shared_ptr<const Dictionary>& inapp,
+                                                           const InappLayout& layout) = 0;
 
     /// Shows what has been built, where there is something. Any thread: moved to the main queue where it is another.
     virtual void showInapp() = 0;
@@ -117,6 +88,9 @@ public:
 
     /// The message closes, for this reason.
     virtual void addInappLog(std::int32_t dismissType) = 0;
+
+    /// A message for the control group is closed without ever having been shown, or active.
+    virtual void addControlGroupLog(const Dictionary& inapp) = 0;
 
     /// The page reports a click, in its own words.
     virtual void addClickLog(const Dictionary& click) = 0;

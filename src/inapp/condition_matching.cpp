@@ -7,6 +7,7 @@
 #include <optional>
 #include <string_view>
 
+#include "base/value_content.hpp"
 #include "events/data_types.hpp"
 #include "inapp/lower_case.hpp"
 
@@ -93,7 +94,7 @@ bool isMet(const Dictionary& parameters, const Dictionary& condition) {
 }  // namespace
 
 bool checkIfParamsAreMatching(const Dictionary& parameters, const Value& expected) {
-    if (expected.isAbsent() || expected.isNull()) return true;
+    if (!isPresent(expected)) return true;
     if (const auto* none = expected.ifDictionary()) return none->empty();
     const auto* conditions = expected.ifArray();
     return conditions != nullptr && std::all_of(conditions->begin(), conditions->end(), [&](const Value& element) {

@@ -1,38 +1,21 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
-
-#include "orbinel/platform/layout.hpp"
-#include "orbinel/value.hpp"
 
 namespace orbinel {
 
-/// Where on the screen a message lies: "template_layout" of its content.
-class TemplateLayout {
-public:
-    explicit TemplateLayout(Dictionary templateLayout);
+// Kinds of a message ("content.type").
+inline constexpr std::int32_t kCONTROLGROUP = -1;
+inline constexpr std::int32_t kCUSTOMSREEN = 4;
 
-    /// The same layout with these keys replaced.
-    [[nodiscard]] TemplateLayout adjusted(const Dictionary& templateLayout) const;
-
-    /// Of the container in its parent: as wide as that, full height or docked to the top, the middle or the bottom.
-    /// Inside the safe area unless the message asks for the whole screen.
-    [[nodiscard]] std::vector<platform::LayoutConstraint> constraints() const;
-
-    /// A message in the middle that leaves some of the application to be seen dims it.
-    [[nodiscard]] bool dimsTheRest() const noexcept { return !isFullHeight() && dock_ == Dock::middle; }
-    [[nodiscard]] bool isFullHeight() const noexcept { return height_ == 1; }
-    [[nodiscard]] std::int32_t position() const noexcept { return position_; }
-
-private:
-    enum class Dock { top, middle, bottom };
-
-    Dictionary source_;
-    double height_ = 1;  // of the parent's
-    std::int32_t position_ = 0;
-    Dock dock_ = Dock::bottom;
-    bool ignoreSafeZone_ = false;
+/// How the current message is to be built, beside what its record says.
+struct InappLayout {
+    std::int32_t type = 0;
+    std::int32_t layoutStyle = 0;
+    std::int32_t buttonLayout = 0;
+    std::int32_t delay = 0;  // seconds
+    std::int32_t position = 0;
+    bool notFullHeight = false;
 };
 
 }  // namespace orbinel

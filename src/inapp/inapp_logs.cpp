@@ -1,23 +1,10 @@
 #include "inapp/inapp_logs.hpp"
 
-#include <array>
-#include <limits>
 #include <utility>
 
 #include "base/guard.hpp"
-#include "base/whole_number.hpp"
 
 namespace orbinel {
-
-namespace {
-
-/// Of 32 bits where it fits, so that the event counts it as an integer.
-Value integerField(const Dictionary& inapp, std::string_view field) {
-    const auto number = wholeNumberOf(inapp[field]).value_or(0);
-    return std::in_range<std::int32_t>(number) ? Value(static_cast<std::int32_t>(number)) : Value(number);
-}
-
-}  // namespace
 
 InappLogs::InappLogs(const Needs& needs)
     : reports_(needs.reports),
@@ -31,16 +18,19 @@ void InappLogs::addInappLog(std::int32_t dismissType) noexcept {
         if (auto* detector = shakeDetector.get()) detector->destroyShakeDetector();
         const auto inapp = presented_.activeInapp();
         if (inapp == nullptr) return;
-        if (presented_.takeShouldAddInappLog()) logClose(*inapp, dismissType);
+        // The clicks are taken before the close is logged, because its event may bring the next message.
+        if (presented_.takeShouldAddInappLog()) logClose(*inapp, dismissType, presented_.takeClicks());
     });
 }
 
-/// The clicks are taken first, because the event may bring the next message.
-void InappLogs::logClose(const Dictionary& inapp, std::int32_t dismissType) {
-    Dictionary log{{"inapp_id", integerField(inapp, "inapp_id")},
-                   {"variant_id", integerField(inapp, "variant_id")},
+void InappLogs::addControlGroupLog(const Dictionary& inapp) noexcept {
+    guarded(reports_, "+[OrbinelInapp addInappLog:]", [&] { logClose(inapp, kDISSMISSTYPECONTROL, {}); });
+}
+
+void InappLogs::logClose(const Dictionary& inapp, std::int32_t dismissType, Array clicks) {
+    Dictionary log{{"inapp_id", inappFieldNumber(inapp, "inapp_id")},
+                   {"variant_id", inappFieldNumber(inapp, "variant_id")},
                    {"dismiss_type", dismissType}};
-    auto clicks = presented_.takeClicks();
     recorder_.recordInternalEvent("inapp_seen", log);
     if (!clicks.empty()) log.set("click_logs", std::move(clicks));
     session_.update([&](SessionRecord& record) { record.inapp_logs.emplace_back(std::move(log)); });

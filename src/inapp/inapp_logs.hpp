@@ -32,9 +32,11 @@ public:
     Late<InappShakeDetector> shakeDetector;
 
     /// Stops the shake detector, and logs the close once: where the message was shown, or its presenter wants it
-    /// although it never could be (an open keyboard, the control group). The log is the event "inapp_seen" as well,
-    /// without its clicks.
+    /// although it never could be (an open keyboard). The log is the event "inapp_seen" as well, without its clicks.
     void addInappLog(std::int32_t dismissType) noexcept override;
+
+    /// The same log for a message that never becomes the active one.
+    void addControlGroupLog(const Dictionary& inapp) noexcept override;
 
     /// Kept until the close is logged, with the moment it came. Beyond 1,000 clicks of one message they are dropped.
     void addClickLog(const Dictionary& click) noexcept override;
@@ -43,7 +45,7 @@ public:
     void logInAppMessageAction(std::string_view action) noexcept override;
 
 private:
-    void logClose(const Dictionary& inapp, std::int32_t dismissType);
+    void logClose(const Dictionary& inapp, std::int32_t dismissType, Array clicks);
 
     Reports& reports_;
     OrbinelHelper& helper_;

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "inapp/presented_inapp.hpp"
+
 namespace orbinel {
 
 namespace {
@@ -30,6 +32,20 @@ constexpr std::array<std::string_view, 16> reasons{
 std::string_view getReason(int index) noexcept {
     const bool known = index >= 0 && index < static_cast<int>(reasons.size());
     return known ? reasons[static_cast<std::size_t>(index)] : "Unknown log";
+}
+
+void logRequestFailed(Reports& reports, const Dictionary& inapp, const std::string& reason) noexcept {
+    logStatus(reports, InappStatus::requestFailed, [&] {
+        auto attributes = inappIdentity(&inapp);
+        attributes.set("reason", reason);
+        return attributes;
+    });
+}
+
+void logRemoval(Reports& reports, const char* reason) noexcept {
+    reports.log(LogType::inapp, LogLevel::info, "RemoveFromSuperview is called.", [&] {
+        return Dictionary{{"reason", reason}};
+    });
 }
 
 }  // namespace orbinel

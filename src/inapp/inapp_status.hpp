@@ -1,9 +1,11 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/reports.hpp"
+#include "orbinel/value.hpp"
 
 namespace orbinel {
 
@@ -39,5 +41,11 @@ void logStatus(Reports& reports, InappStatus status, Attributes&& attributes,
 inline void logStatus(Reports& reports, InappStatus status, LogLevel level = LogLevel::error) noexcept {
     reports.log(LogType::inapp, level, getReason(static_cast<int>(status)));
 }
+
+/// The status of a message whose page could not be had, with the reason.
+void logRequestFailed(Reports& reports, const Dictionary& inapp, const std::string& reason) noexcept;
+
+/// A message, or what was to become one, is taken out of the window. The reason is a literal.
+void logRemoval(Reports& reports, const char* reason) noexcept;
 
 }  // namespace orbinel

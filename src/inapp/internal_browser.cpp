@@ -3,8 +3,8 @@
 #include <utility>
 #include <variant>
 
+#include "base/url.hpp"
 #include "inapp/layout_builder.hpp"
-#include "inapp/template_url.hpp"
 #include "inapp/view_tags.hpp"
 
 namespace orbinel {

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "base/lifetime.hpp"
-#include "inapp/collaborators.hpp"
+#include "inapp/inapp_layout.hpp"
 #include "orbinel/platform/notification_centre.hpp"
 #include "orbinel/platform/views.hpp"
 

@@ -1,9 +1,6 @@
 #include "inapp/native_actions.hpp"
 
-#include <utility>
-
 #include "base/guard.hpp"
-#include "inapp/main_thread.hpp"
 
 namespace orbinel {
 
@@ -17,17 +14,12 @@ NativeActions::NativeActions(const Needs& needs)
     : reports_(needs.reports),
       helper_(needs.helper),
       lifetime_(needs.lifetime),
-      scheduler_(needs.scheduler),
+      mainThread_({needs.reports, needs.lifetime, needs.scheduler}),
       application_(needs.application),
       notifications_(needs.notifications),
       reviewPrompt_(needs.reviewPrompt),
       pasteboard_(needs.pasteboard),
       haptics_(needs.haptics) {}
-
-template <typename Task>
-void NativeActions::onMain(const char* operation, Task task) noexcept {
-    guarded(reports_, operation, [&] { runOnMain(scheduler_, lifetime_, std::move(task)); });
-}
 
 void NativeActions::perform(std::string_view name) noexcept {
     guarded(reports_, "+[OrbinelTemplateStore nativeAction:]", [&] {
@@ -50,24 +42,24 @@ void NativeActions::registerPush() noexcept {
 }
 
 void NativeActions::openSettings() noexcept {
-    onMain("-[OrbinelInapp openSettings]", [this] { application_.openSettings(); });
+    mainThread_.run("-[OrbinelInapp openSettings]", [this] { application_.openSettings(); });
 }
 
 void NativeActions::openPushPermissionSettings() noexcept {
     if (!helper_.isIOSVersionGreaterOrEqual(firstVersionWithNotificationSettings)) return openSettings();
-    onMain("-[OrbinelInapp openPushPermissionSettings]", [this] { application_.openNotificationSettings(); });
+    mainThread_.run("-[OrbinelInapp openPushPermissionSettings]", [this] { application_.openNotificationSettings(); });
 }
 
 void NativeActions::showNativeAppReview() noexcept {
-    onMain("+[Orbinel showNativeAppReview]", [this] { reviewPrompt_.requestReview(); });
+    mainThread_.run("+[Orbinel showNativeAppReview]", [this] { reviewPrompt_.requestReview(); });
 }
 
 void NativeActions::copy(const std::string& text) noexcept {
-    onMain("-[OrbinelInapp copy:]", [this, text] { pasteboard_.setText(text); });
+    mainThread_.run("-[OrbinelInapp copy:]", [this, text] { pasteboard_.setText(text); });
 }
 
 void NativeActions::triggerHapticFeedback(std::int32_t severity) noexcept {
-    onMain("-[OrbinelInapp triggerHapticFeedback:]", [this, severity] { haptics_.impact(severity); });
+    mainThread_.run("-[OrbinelInapp triggerHapticFeedback:]", [this, severity] { haptics_.impact(severity); });
 }
 
 }  // namespace orbinel

@@ -7,6 +7,7 @@
 #include "base/late.hpp"
 #include "base/lifetime.hpp"
 #include "base/reports.hpp"
+#include "inapp/main_thread.hpp"
 #include "inapp/push_permission_request.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/haptics.hpp"
@@ -62,13 +63,11 @@ public:
 
 private:
     void requestPushPermission();
-    template <typename Task>
-    void onMain(const char* operation, Task task) noexcept;
 
     Reports& reports_;
     const OrbinelHelper& helper_;
     const Lifetime& lifetime_;
-    platform::Scheduler& scheduler_;
+    const MainThread mainThread_;
     platform::Application& application_;
     platform::Notifications& notifications_;
     platform::ReviewPrompt& reviewPrompt_;

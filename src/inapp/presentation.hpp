@@ -15,12 +15,13 @@
 #include "inapp/collaborators.hpp"
 #include "inapp/internal_browser.hpp"
 #include "inapp/keyboard_pusher.hpp"
+#include "inapp/main_thread.hpp"
+#include "inapp/page_navigation.hpp"
 #include "inapp/page_settings.hpp"
 #include "inapp/presentation_observer.hpp"
 #include "inapp/presented_inapp.hpp"
-#include "inapp/template_url.hpp"
+#include "inapp/template_builder.hpp"
 #include "inapp/template_view.hpp"
-#include "inapp/template_web_view.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/console.hpp"
 #include "orbinel/platform/json.hpp"
@@ -34,7 +35,8 @@
 
 namespace orbinel {
 
-/// Puts the one message on the screen and takes it away again.
+/// Puts the one message on the screen and takes it away again. How it is made is for `TemplateBuilder`, what its page
+/// does for `PageNavigation`.
 ///
 /// A message is built (invisible, its page loading), then waits for its delay, then is shown, then removed. One whose
 /// page failed, or whose moment came in the background, stays as it is but counts no longer as being on the screen:
@@ -42,10 +44,7 @@ namespace orbinel {
 ///
 /// Threads: as each operation says; "any" means that the work is done on the main queue, at once where the caller is
 /// the main thread. View work is the main thread's alone.
-class InappPresentation final : public InappPresenter,
-                                public InappScreen,
-                                public DisplayedInapp,
-                                private TemplateNavigation {
+class InappPresentation final : public InappPresenter, public InappScreen, public DisplayedInapp {
 public:
     struct Needs {
         Reports& reports;
@@ -76,7 +75,8 @@ public:
 
     [[nodiscard]] bool isInAppOnTheScreen() const noexcept override { return onTheScreen_; }
     [[nodiscard]] bool isOrientationPortrait() const noexcept override { return needs_.application.isPortrait(); }
-    void createInappAfterAppropriateDelaysWithType(const InappLayout& layout) noexcept override;
+    void createInappAfterAppropriateDelaysWithType(const PresentedInapp::Record& inapp,
+                                                   const InappLayout& layout) noexcept override;
     void showInapp() noexcept override;
 
     // --- Removing. ---
@@ -115,45 +115,30 @@ public:
 private:
     // Building.
     void build(const PresentedInapp::Record& record, const InappLayout& layout);
-    [[nodiscard]] std::unique_ptr<TemplateView> prepare(const PresentedInapp::Record& record,
-                                                        const InappLayout& layout);
     [[nodiscard]] bool putUp(std::unique_ptr<TemplateView> made);
-    void limitLoading();
-    [[nodiscard]] std::shared_ptr<OrbinelWKWebView> makeWebView(const Dictionary& record);
-    void createInAppWithWebView(TemplateView& made);
     void removeEarlierViews();
-    [[nodiscard]] bool canBeFilled(const TemplateView& made) const;
+
+    // Loading.
+    void waitForDelay();
+    void giveUp();
+    void stopShakeDetector();
 
     // Showing.
     void showBuilt();
     void reveal(TemplateView& ready);
-    void giveUp();
 
     // Removing.
     void removeCurrent(const char* operation, std::function<void()> completion);
     void removeInappFromView();
     void finishRemoval();
-    void closeWebViewPage();
 
-    // The page's telling.
-    platform::NavigationPolicy decidePolicyForNavigationAction(const platform::NavigationAction& action) override;
-    platform::NavigationPolicy decidePolicyForNavigationResponse(const platform::NavigationResponse& response) override;
-    void didFinishNavigation() override;
-    void didFailNavigation(const platform::LoadFailure& failure) override;
-    void webContentProcessDidTerminate() override;
-    void didReceiveScriptMessage(const Value& body) override;
-    [[nodiscard]] platform::NavigationPolicy refuseFrame(const std::string& url);
-    void requestFailed(const Dictionary& record, const std::string& reason);
-
-    void onMain(const char* operation, std::function<void()> work) noexcept;
     void setTemplateWindowHidden(bool hidden);
     void observe(void (PresentationObserver::*event)(const PresentedView&), const TemplateView& current);
     void observeMoved(double seconds);
 
+    // Guard themselves.
     const Needs needs_;
-    TemplateUrl templateUrl_;
-    KeyboardPusher keyboardPusher_;
-    InternalBrowser browser_;
+    const MainThread mainThread_;
     ApplicationCallback inappSeenCallback_;
 
     // Mirrored for other threads.
@@ -161,10 +146,13 @@ private:
     std::atomic<std::uint64_t> cancellations_{0};  // a build that was handed over before the last one is left
 
     // The main thread's.
+    PageNavigation navigation_;
+    TemplateBuilder builder_;
+    KeyboardPusher keyboardPusher_;
+    InternalBrowser browser_;
     std::unique_ptr<TemplateView> template_;
     platform::Ticket makeInappVisibleBlock_;
     platform::Ticket movement_;
-    platform::Ticket loadLimit_;
     bool waitsForBrowser_ = false;  // the message is due, and only the browser is before it
     bool shown_ = false;
     bool textFieldIsEditing_ = false;

@@ -4,26 +4,12 @@
 #include <array>
 #include <utility>
 
+#include "base/value_content.hpp"
 #include "base/value_text.hpp"
+#include "base/value_weight.hpp"
+#include "base/whole_number.hpp"
 
 namespace orbinel {
-
-namespace {
-
-/// About what the value takes when it is sent.
-std::size_t weightOf(const Value& value) {
-    constexpr std::size_t ofOne = 16;
-    if (const auto* text = value.ifString()) return ofOne + text->size();
-    std::size_t weight = ofOne;
-    if (const auto* array = value.ifArray()) {
-        for (const auto& element : *array) weight += weightOf(element);
-    } else if (const auto* dictionary = value.ifDictionary()) {
-        for (const auto& [key, entry] : *dictionary) weight += key.size() + weightOf(entry);
-    }
-    return weight;
-}
-
-}  // namespace
 
 void PresentedInapp::present(Record record) {
     const MutexLock lock(mutex_);
@@ -109,7 +95,12 @@ void PresentedInapp::clearClicks() { (void)takeClicks(); }
 std::string inappFieldText(const Dictionary& record, std::string_view field) {
     const auto& value = record[field];
     if (const auto* text = value.ifString()) return *text;
-    return value.isAbsent() || value.isNull() ? std::string() : textOf(value);
+    return isPresent(value) ? textOf(value) : std::string();
+}
+
+Value inappFieldNumber(const Dictionary& record, std::string_view field) {
+    const auto number = wholeNumberOf(record[field]).value_or(0);
+    return std::in_range<std::int32_t>(number) ? Value(static_cast<std::int32_t>(number)) : Value(number);
 }
 
 Dictionary inappIdentity(const Dictionary* record) {

@@ -68,6 +68,10 @@ private:
 /// A record's field as text: an integer in digits; the empty text where it is missing, null or empty.
 [[nodiscard]] std::string inappFieldText(const Dictionary& record, std::string_view field);
 
+/// A record's field as an integer: of 32 bits where it fits, so that an event counts it as one, else of 64; 0 where it
+/// is none.
+[[nodiscard]] Value inappFieldNumber(const Dictionary& record, std::string_view field);
+
 /// {"inapp_id", "variant_id"} of a record, both as text; of an absent record both are empty.
 [[nodiscard]] Dictionary inappIdentity(const Dictionary* record);
 

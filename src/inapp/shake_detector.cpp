@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "base/guard.hpp"
-#include "inapp/main_thread.hpp"
 
 namespace orbinel {
 
@@ -26,6 +25,7 @@ ShakeDetector::ShakeDetector(const Needs& needs)
     : reports_(needs.reports),
       lifetime_(needs.lifetime),
       scheduler_(needs.scheduler),
+      mainThread_({needs.reports, needs.lifetime, needs.scheduler}),
       accelerometer_(needs.accelerometer) {}
 
 void ShakeDetector::startObservingWithCallback(std::function<void()> callback) noexcept {
@@ -52,8 +52,7 @@ void ShakeDetector::stopObserving() noexcept {
 }
 
 void ShakeDetector::destroyShakeDetector() noexcept {
-    guarded(reports_, "-[OrbinelInapp destroyShakeDetector]",
-            [&] { runOnMain(scheduler_, lifetime_, [this] { stopObserving(); }); });
+    mainThread_.run("-[OrbinelInapp destroyShakeDetector]", [this] { stopObserving(); });
 }
 
 void ShakeDetector::take(const platform::AccelerationOrReason& sample) {

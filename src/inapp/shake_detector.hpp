@@ -6,6 +6,7 @@
 #include "base/lifetime.hpp"
 #include "base/reports.hpp"
 #include "inapp/collaborators.hpp"
+#include "inapp/main_thread.hpp"
 #include "orbinel/platform/accelerometer.hpp"
 #include "orbinel/platform/scheduler.hpp"
 
@@ -49,6 +50,7 @@ private:
     Reports& reports_;
     const Lifetime& lifetime_;
     platform::Scheduler& scheduler_;
+    const MainThread mainThread_;
     platform::Accelerometer& accelerometer_;
 
     std::optional<platform::Ticket> observation_;  // only while observing

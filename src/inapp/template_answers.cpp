@@ -15,8 +15,8 @@ template <typename Complete>
 void TemplateAnswers::append(Array SessionRecord::*list, Complete&& complete) {
     const auto inapp = presented_.activeInapp();
     if (inapp == nullptr) return reports_.note("Dropped what a page sent: there is no current message.");
-    Dictionary answer{{"inapp_id", template_values::integerOf((*inapp)["inapp_id"])},
-                      {"variant_id", template_values::integerOf((*inapp)["variant_id"])}};
+    Dictionary answer{{"inapp_id", inappFieldNumber(*inapp, "inapp_id")},
+                      {"variant_id", inappFieldNumber(*inapp, "variant_id")}};
     complete(answer);
     if (!presented_.mayKeep(answer)) return reports_.note("Dropped what a page sent: it has sent too much.");
     session_.update([&](SessionRecord& record) { (record.*list).emplace_back(std::move(answer)); });

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
 #include "events/data_types.hpp"
 
 namespace orbinel {
@@ -31,8 +32,9 @@ void TemplateAttributes::setCustomAttributesFromTemplate(const Array& descriptor
 void TemplateAttributes::setUserAttribute(const Descriptor& descriptor) {
     const auto& [type, key, value] = descriptor;
     if (type == kDataTypeDateKey) return attributes_.setUserAttributeWithDate(key, values::dateOf(value, scheduler_));
-    if (type == kDataTypeBooleanKey) return attributes_.setUserAttributeWithBoolean(key, values::booleanOf(value));
-    if (type == kDataTypeIntKey) return attributes_.setUserAttributeWithInt(key, values::integerOf(value));
+    if (type == kDataTypeBooleanKey)
+        return attributes_.setUserAttributeWithBoolean(key, boolValue(value).value_or(false));
+    if (type == kDataTypeIntKey) return attributes_.setUserAttributeWithInt(key, intValue(value).value_or(0));
     if (type == kDataTypeStringKey) return attributes_.setUserAttributeWithString(key, values::textOf(value, json_));
     noteSkipped(descriptor);
 }
@@ -40,9 +42,11 @@ void TemplateAttributes::setUserAttribute(const Descriptor& descriptor) {
 void TemplateAttributes::setCustomAttribute(const Descriptor& descriptor) {
     const auto& [type, key, value] = descriptor;
     if (type == kDataTypeDateKey) return attributes_.setCustomAttributeWithDate(key, values::dateOf(value, scheduler_));
-    if (type == kDataTypeDoubleKey) return attributes_.setCustomAttributeWithDouble(key, values::numberOf(value));
-    if (type == kDataTypeBooleanKey) return attributes_.setCustomAttributeWithBoolean(key, values::booleanOf(value));
-    if (type == kDataTypeIntKey) return attributes_.setCustomAttributeWithInt(key, values::integerOf(value));
+    if (type == kDataTypeDoubleKey)
+        return attributes_.setCustomAttributeWithDouble(key, doubleValue(value).value_or(0));
+    if (type == kDataTypeBooleanKey)
+        return attributes_.setCustomAttributeWithBoolean(key, boolValue(value).value_or(false));
+    if (type == kDataTypeIntKey) return attributes_.setCustomAttributeWithInt(key, intValue(value).value_or(0));
     if (type == kDataTypeStringKey) return attributes_.setCustomAttributeWithString(key, values::textOf(value, json_));
     const auto* array = value.ifArray();
     if (type == kDataTypeArrayKey && array != nullptr) return attributes_.setCustomAttributeWithArray(key, *array);

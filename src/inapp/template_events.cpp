@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
 #include "events/data_types.hpp"
 #include "events/event_parameters.hpp"
 
@@ -12,10 +13,6 @@ namespace orbinel {
 namespace {
 
 constexpr std::string_view leadCollected = "lead_collected";
-
-Value returnParametersDictionary(std::string_view type, std::string_view key, std::string value) {
-    return Dictionary{{"type", type}, {"key", key}, {"value", std::move(value)}};
-}
 
 const Array& arrayOrEmpty(const Value& value) {
     static const Array none;
@@ -87,16 +84,22 @@ void TemplateEvents::setCurrentEvents(Array events) {
 
 void TemplateEvents::tag(const Dictionary& event) {
     const auto& name = event["name"].stringOrEmpty();
-    const auto parameters =
-        parametersOf(name == leadCollected ? returnLeadCollectedParameters() : arrayOrEmpty(event["params"]));
-    recorder_.build(name, parameters);
+    recorder_.build(
+        name, name == leadCollected ? returnLeadCollectedParameters() : parametersOf(arrayOrEmpty(event["params"])));
 }
 
-Array TemplateEvents::returnLeadCollectedParameters() const {
+/// The message's own identifiers, which may take 64 bits; one that is not above zero is dropped, as of every event.
+std::shared_ptr<EventParameters> TemplateEvents::returnLeadCollectedParameters() const {
+    auto parameters = std::make_shared<EventParameters>();
     const auto inapp = presented_.activeInapp();
-    const auto identity = inappIdentity(inapp.get());
-    return {returnParametersDictionary(kDataTypeIntKey, "campaign_id", identity["inapp_id"].stringOrEmpty()),
-            returnParametersDictionary(kDataTypeIntKey, "variant_id", identity["variant_id"].stringOrEmpty())};
+    if (inapp == nullptr) return parameters;
+    const auto add = [&](std::string_view key, std::string_view field) {
+        auto identifier = inappFieldNumber(*inapp, field);
+        if (identifier.integer().value_or(0) > 0) parameters->set(key, std::move(identifier));
+    };
+    add("campaign_id", "inapp_id");
+    add("variant_id", "variant_id");
+    return parameters;
 }
 
 std::shared_ptr<EventParameters> TemplateEvents::parametersOf(const Array& descriptors) const {
@@ -121,9 +124,9 @@ void TemplateEvents::addTo(EventParameters& parameters, const template_values::D
     };
     if (type == kDataTypeDateKey) return recorder_.addDate(parameters, key, values::dateOf(value, scheduler_));
     if (type == kDataTypeArrayKey) return store(event_parameters::ofArray(arrayOrEmpty(value)));
-    if (type == kDataTypeDoubleKey) return store(event_parameters::ofDouble(values::numberOf(value)));
-    if (type == kDataTypeBooleanKey) return store(values::booleanOf(value));
-    if (type == kDataTypeIntKey) return store(event_parameters::ofInt(values::integerOf(value)));
+    if (type == kDataTypeDoubleKey) return store(event_parameters::ofDouble(doubleValue(value).value_or(0)));
+    if (type == kDataTypeBooleanKey) return store(boolValue(value).value_or(false));
+    if (type == kDataTypeIntKey) return store(event_parameters::ofInt(intValue(value).value_or(0)));
     store(event_parameters::ofText(values::textOf(value, json_)));
 }
 

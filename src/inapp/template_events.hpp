@@ -51,7 +51,7 @@ public:
 
 private:
     void tag(const Dictionary& event);
-    [[nodiscard]] Array returnLeadCollectedParameters() const;
+    [[nodiscard]] std::shared_ptr<EventParameters> returnLeadCollectedParameters() const;
     [[nodiscard]] std::shared_ptr<EventParameters> parametersOf(const Array& descriptors) const;
     void addTo(EventParameters& parameters, const template_values::Descriptor& descriptor) const;
     void setCurrentEvents(Array events);

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
 #include "inapp/template_values.hpp"
 
 namespace orbinel {
@@ -14,14 +15,15 @@ namespace {
 
 constexpr std::string_view uniqueSaleId = "unique_sale_id";
 
-/// Calls `take` with every item that is a dictionary, of the list or of the dictionary's list.
+/// Calls `take` with every item that is a dictionary, of the list or of the dictionary's list, until it says no.
 template <typename Take>
 void forEachItem(const Value& value, std::string_view listKey, Take&& take) {
     const auto* fields = value.ifDictionary();
     const auto* items = fields != nullptr ? (*fields)[listKey].ifArray() : value.ifArray();
     if (items == nullptr) return;
     for (const auto& item : *items) {
-        if (const auto* one = item.ifDictionary()) take(*one);
+        const auto* one = item.ifDictionary();
+        if (one != nullptr && !take(*one)) return;
     }
 }
 
@@ -41,13 +43,20 @@ const Value& saleIdOf(const Dictionary& item, const Value& all) {
 }  // namespace
 
 TemplateProducts::TemplateProducts(const Needs& needs)
-    : reports_(needs.reports), creation_(needs.creation), cart_(needs.cart), json_(needs.json) {}
+    : reports_(needs.reports),
+      creation_(needs.creation),
+      cart_(needs.cart),
+      presented_(needs.presented),
+      json_(needs.json) {}
 
 void TemplateProducts::purchase(const Value& value) noexcept {
     guarded(reports_, "+[OrbinelTemplateStore purchaseItems:]", [&] {
         forEachItem(value, "purchased_items", [&](const Dictionary& item) {
+            const auto& saleId = saleIdOf(item, value);  // each item keeps its own, also one that they share
+            if (!mayKeep(Array{item, saleId})) return false;
             const auto product = productOf(item, item["price"], item["currency"]);
-            cart_.itemPurchased(values::textOf(saleIdOf(item, value), json_), product);
+            cart_.itemPurchased(values::textOf(saleId, json_), product);
+            return true;
         });
     });
 }
@@ -55,9 +64,17 @@ void TemplateProducts::purchase(const Value& value) noexcept {
 void TemplateProducts::addToCart(const Value& value) noexcept {
     guarded(reports_, "+[OrbinelTemplateStore addItemsToCart:]", [&] {
         forEachItem(value, "cart_items", [&](const Dictionary& item) {
+            if (!mayKeep(item)) return false;
             cart_.itemAddedToCart(productOf(item, item["product_price"], item["product_currency"]));
+            return true;
         });
     });
+}
+
+bool TemplateProducts::mayKeep(const Value& sent) const {
+    const bool may = presented_.mayKeep(sent);
+    if (!may) reports_.note("Dropped products of the page: the message has sent too much.");
+    return may;
 }
 
 OrbinelProduct TemplateProducts::productOf(const Dictionary& item, const Value& price, const Value& currency) const {
@@ -67,7 +84,7 @@ OrbinelProduct TemplateProducts::productOf(const Dictionary& item, const Value& 
     const auto imageUrl = text("product_image_url");
     const auto taxonomy = taxonomyOf(item["product_taxonomy"]);
     return creation_.createNewProductWithID(
-        {id, name, taxonomy, imageUrl, values::numberOf(price), currency.stringOrEmpty()});
+        {id, name, taxonomy, imageUrl, doubleValue(price).value_or(0), currency.stringOrEmpty()});
 }
 
 }  // namespace orbinel

@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
+#include "base/value_content.hpp"
 #include "inapp/template_values.hpp"
 
 namespace orbinel {
@@ -14,8 +16,6 @@ namespace {
 constexpr std::int32_t purchaseType = 2;
 constexpr std::int32_t cartType = 3;
 constexpr std::int32_t customType = 4;
-
-bool isThere(const Value& value) noexcept { return !value.isAbsent() && !value.isNull(); }
 
 /// The dictionary that describes the action: its own, or else the object that it stands in.
 const Dictionary& parametersOf(const Value& value, const Dictionary& actions) noexcept {
@@ -75,12 +75,18 @@ void OrbinelTemplateStore::processTemplateStoreURL(const Dictionary& requested) 
     reports_.feed("processTemplateStoreURL", [&] { return requested; });
     for (const auto& [key, perform] : actions) {
         const auto* value = requested.find(key);
-        if (value == nullptr || !isThere(*value)) continue;
+        if (value == nullptr || !isPresent(*value)) continue;
         guarded(reports_, operation, [&, perform = perform] { (this->*perform)({*value, requested}); });
     }
 }
 
 // --- What the page reports ---
+
+bool OrbinelTemplateStore::mayKeep(const Value& sent) {
+    const bool may = presented_.mayKeep(sent);
+    if (!may) reports_.note("Dropped what a page sent: the message has sent too much.");
+    return may;
+}
 
 void OrbinelTemplateStore::sendClickData(const Request& request) {
     const auto* click = request.value.ifDictionary();
@@ -92,13 +98,13 @@ void OrbinelTemplateStore::sendClickData(const Request& request) {
 void OrbinelTemplateStore::setDefaultAttributes(const Request& request) {
     const auto* standard = fieldOrSelf(request.value, "default_attributes").ifArray();
     const auto* custom = parametersOf(request.value, request.actions)["attributes"].ifArray();
-    if (standard != nullptr) attributes_.setUserAttributesFromTemplate(*standard);
-    if (custom != nullptr) attributes_.setCustomAttributesFromTemplate(*custom);
+    if (standard != nullptr && mayKeep(*standard)) attributes_.setUserAttributesFromTemplate(*standard);
+    if (custom != nullptr && mayKeep(*custom)) attributes_.setCustomAttributesFromTemplate(*custom);
 }
 
 void OrbinelTemplateStore::tagEvents(const Request& request) {
     const auto* list = fieldOrSelf(request.value, "events").ifArray();
-    if (list != nullptr) events_.sendNotificationForEventBaseInapp(*list);
+    if (list != nullptr && mayKeep(*list)) events_.sendNotificationForEventBaseInapp(*list);
 }
 
 void OrbinelTemplateStore::addLead(const Request& request) { answers_.addLeadInput(request.value); }
@@ -153,7 +159,7 @@ void OrbinelTemplateStore::copy(const Request& request) {
 }
 
 void OrbinelTemplateStore::triggerHapticFeedback(const Request& request) {
-    nativeActions_.triggerHapticFeedback(template_values::integerOf(fieldOrSelf(request.value, "severity")));
+    nativeActions_.triggerHapticFeedback(intValue(fieldOrSelf(request.value, "severity")).value_or(0));
 }
 
 void OrbinelTemplateStore::initShakeDetector(const Request&) {
@@ -183,6 +189,8 @@ void OrbinelTemplateStore::dismissSilently(const Request& request) {
 }
 
 void OrbinelTemplateStore::dismiss(const Request& request) {
+    const auto& silent = request.actions["silent_dismiss"];
+    if (isThere(silent) && silent.ifDictionary() == nullptr) return;  // whose parameter this is
     configureInappRemoval(parametersOf(request.value, request.actions), Removal::logged);
 }
 
@@ -194,8 +202,8 @@ void OrbinelTemplateStore::configureInappRemoval(const Dictionary& parameters, R
         const auto& reason = parameters["dismiss"];
         if (removal == Removal::silent) {
             screen->removeInappSilently();
-        } else if (isThere(reason)) {
-            logging->addInappLog(template_values::integerOf(reason));
+        } else if (isPresent(reason)) {
+            logging->addInappLog(intValue(reason).value_or(0));
             screen->removeInapp({});
         }
         const auto* redirection = parameters["redirection"].ifString();

@@ -41,7 +41,7 @@ public:
         NativeActions& nativeActions;
         ShakeDetector& shakes;
         UrlOpener& urls;
-        const PresentedInapp& presented;
+        PresentedInapp& presented;
         const Lifetime& lifetime;
         const platform::Json& json;
         platform::Scheduler& scheduler;
@@ -96,6 +96,7 @@ private:
     void openExternally(const Request& request);
     void initShakeDetector(const Request& request);
 
+    [[nodiscard]] bool mayKeep(const Value& sent);
     void configureInappRemoval(const Dictionary& parameters, Removal removal) noexcept;
     void onKeyboardHide() noexcept;
 
@@ -108,7 +109,7 @@ private:
     NativeActions& nativeActions_;
     ShakeDetector& shakes_;
     UrlOpener& urls_;
-    const PresentedInapp& presented_;
+    PresentedInapp& presented_;
     const Lifetime& lifetime_;
     const platform::Json& json_;
     platform::NotificationCentre& notificationCentre_;

@@ -32,10 +32,4 @@ private:
     const Needs needs_;
 };
 
-/// Absolute, http or https, with a host.
-[[nodiscard]] bool isWebUrl(std::string_view url) noexcept;
-
-/// "scheme://authority" of an absolute URL, in lower case; the empty text of any other.
-[[nodiscard]] std::string originOf(std::string_view url);
-
 }  // namespace orbinel

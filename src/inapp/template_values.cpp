@@ -1,24 +1,13 @@
 #include "inapp/template_values.hpp"
 
-#include <charconv>
 #include <chrono>
-#include <cmath>
-#include <limits>
 
+#include "base/ascii.hpp"
 #include "base/value_text.hpp"
 
 namespace orbinel::template_values {
 
 namespace {
-
-double leadingNumber(std::string_view text) noexcept {
-    const auto begin = text.find_first_not_of(" \t\n\r");
-    if (begin == std::string_view::npos) return 0;
-    text.remove_prefix(begin);
-    double number = 0;
-    std::from_chars(text.data(), text.data() + text.size(), number);
-    return std::isfinite(number) ? number : 0;
-}
 
 // --- Moments ---
 
@@ -27,8 +16,7 @@ constexpr std::string_view momentForm = "####-##-##T##:##:##.###Z";
 bool hasFormOfMoment(std::string_view text) noexcept {
     if (text.size() != momentForm.size()) return false;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool digit = text[i] >= '0' && text[i] <= '9';
-        if (momentForm[i] == '#' ? !digit : text[i] != momentForm[i]) return false;
+        if (momentForm[i] == '#' ? !ascii::isDigit(text[i]) : text[i] != momentForm[i]) return false;
     }
     return true;
 }
@@ -70,28 +58,6 @@ std::optional<Date> momentOf(std::string_view text, const platform::Scheduler& s
 }
 
 }  // namespace
-
-double numberOf(const Value& value) noexcept {
-    if (const auto* boolean = value.ifBoolean()) return *boolean ? 1 : 0;
-    if (const auto* text = value.ifString()) return leadingNumber(*text);
-    return value.number().value_or(0);
-}
-
-std::int32_t integerOf(const Value& value) noexcept {
-    const double number = numberOf(value);
-    constexpr auto lowest = std::numeric_limits<std::int32_t>::min();
-    constexpr auto highest = std::numeric_limits<std::int32_t>::max();
-    if (std::isnan(number)) return 0;
-    if (number <= lowest) return lowest;
-    return number >= highest ? highest : static_cast<std::int32_t>(number);
-}
-
-bool booleanOf(const Value& value) noexcept {
-    constexpr std::string_view yes = "yYtT123456789";
-    const auto* text = value.ifString();
-    if (text == nullptr) return value.truth();
-    return !text->empty() && yes.find(text->front()) != std::string_view::npos;
-}
 
 std::string textOf(const Value& value, const platform::Json& json) {
     if (const auto* text = value.ifString()) return *text;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/value_content.hpp"
 #include "base/whole_number.hpp"
 #include "inapp/layout_builder.hpp"
 #include "inapp/view_tags.hpp"
@@ -15,19 +16,13 @@ namespace {
 constexpr double closeButtonInset = 8;  // points, as the size
 constexpr double closeButtonSize = 30;
 
-bool hasContent(const Value& text) { return !text.stringOrEmpty().empty(); }
-
-Dictionary dictionaryOrEmpty(const Value& value) {
-    return value.ifDictionary() != nullptr ? *value.ifDictionary() : Dictionary();
-}
-
 }  // namespace
 
 TemplateView::TemplateView(platform::Views& views, PresentedInapp::Record given, const InappLayout& asked)
     : record(std::move(given)),
       content(dictionaryOrEmpty((*record)["content"])),
       layout(asked),
-      namesAPage(hasContent(content["image"]) || hasContent(content["template_url"])),
+      namesAPage(!content["image"].stringOrEmpty().empty() || !content["template_url"].stringOrEmpty().empty()),
       isCustomScreen(int32Of(content["type"]) == kCUSTOMSREEN),
       views_(views),
       place_(dictionaryOrEmpty(content["template_layout"])) {}

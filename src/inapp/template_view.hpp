@@ -5,10 +5,10 @@
 #include <string>
 
 #include "inapp/campaign_choice.hpp"
-#include "inapp/collaborators.hpp"
 #include "inapp/inapp_layout.hpp"
 #include "inapp/presentation_observer.hpp"
 #include "inapp/presented_inapp.hpp"
+#include "inapp/template_layout.hpp"
 #include "inapp/template_web_view.hpp"
 #include "orbinel/platform/views.hpp"
 
@@ -55,10 +55,8 @@ public:
     const bool namesAPage;
     const bool isCustomScreen;
     std::string url;
-    std::string origin;  // of the page that may speak
     std::shared_ptr<OrbinelWKWebView> webView;
     Stage stage = Stage::loading;
-    bool loaded = false;
 
 private:
     void createCustomBase(platform::View& window);

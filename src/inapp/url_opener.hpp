@@ -8,6 +8,7 @@
 #include "base/lifetime.hpp"
 #include "base/reports.hpp"
 #include "inapp/collaborators.hpp"
+#include "inapp/main_thread.hpp"
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/scheduler.hpp"
 
@@ -44,10 +45,8 @@ private:
     Reports& reports_;
     const Lifetime& lifetime_;
     platform::Scheduler& scheduler_;
+    const MainThread mainThread_;
     platform::Application& application_;
 };
-
-/// Whether the URL is one of a web page.
-[[nodiscard]] bool isWebPage(std::string_view url) noexcept;
 
 }  // namespace orbinel

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "personalisation/content_value.hpp"
+#include "base/number_reading.hpp"
 #include "session/stored_keys.hpp"
 
 namespace orbinel {
@@ -18,8 +18,8 @@ constexpr std::size_t mostRemembered = 4096;
 ContentRecord::ContentRecord(Dictionary record)
     : stored(std::move(record)),
       newValue(stored["new_value"]),
-      contentId(content_value::intValue(stored["content_id"]).value_or(0)),
-      variantId(content_value::intValue(stored["variant_id"]).value_or(0)) {}
+      contentId(intValue(stored["content_id"]).value_or(0)),
+      variantId(intValue(stored["variant_id"]).value_or(0)) {}
 
 ContentCache::ContentCache(platform::Defaults& defaults, const platform::Json& json)
     : defaults_(defaults), json_(json) {}

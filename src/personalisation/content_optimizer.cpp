@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
 #include "personalisation/content_value.hpp"
 
 namespace orbinel {
@@ -39,9 +40,7 @@ struct IntRules {
     static Value fed(Default number) { return number; }
     static std::string described(Default number) { return std::to_string(number); }
     static Result result(Default number) { return number; }
-    static std::optional<Content> read(const Value& value, const platform::Json&) {
-        return content_value::intValue(value);
-    }
+    static std::optional<Content> read(const Value& value, const platform::Json&) { return intValue(value); }
 };
 
 struct BoolRules {
@@ -54,9 +53,7 @@ struct BoolRules {
     static Value fed(Default yes) { return described(yes); }
     static std::string described(Default yes) { return yes ? "1" : "0"; }
     static Result result(Default yes) { return yes; }
-    static std::optional<Content> read(const Value& value, const platform::Json&) {
-        return content_value::boolValue(value);
-    }
+    static std::optional<Content> read(const Value& value, const platform::Json&) { return boolValue(value); }
 };
 
 Dictionary logOf(std::int32_t contentId, std::int32_t variantId) {
@@ -165,8 +162,8 @@ Value OrbinelContentOptimizer::takeFromSession(std::string_view name) {
         const auto* record = session.session_content_variables[name].ifDictionary();
         if (record == nullptr) return false;
         newValue = (*record)["new_value"];
-        contentId = content_value::intValue((*record)["content_id"]).value_or(0);
-        variantId = content_value::intValue((*record)["variant_id"]).value_or(0);
+        contentId = intValue((*record)["content_id"]).value_or(0);
+        variantId = intValue((*record)["variant_id"]).value_or(0);
         return addLog(session, name, contentId, variantId);
     });
     if (logged) reports_.feed(addAsNew, [&] { return logOf(contentId, variantId); });

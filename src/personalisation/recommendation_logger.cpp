@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/value_content.hpp"
 #include "commerce/product_codes.hpp"
 #include "events/data_types.hpp"
 
@@ -25,7 +26,7 @@ void addProductAttributes(const OrbinelProduct& product, const Dictionary& summa
     log.set("currency", product.getCurrency());
     log.set("image_url", product.getImageURL());
     const auto& groupCode = summary[product_code::GROUP_CODE];
-    if (!groupCode.isAbsent() && !groupCode.isNull()) log.set("groupcode", groupCode);
+    if (isPresent(groupCode)) log.set("groupcode", groupCode);
 }
 
 Dictionary productLogOf(std::int32_t recommendationId, std::string_view action, const OrbinelProduct& product,

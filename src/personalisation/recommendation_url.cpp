@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/ascii.hpp"
 #include "events/data_types.hpp"
 
 namespace orbinel::recommendation_url {
@@ -17,14 +18,6 @@ constexpr std::size_t longestText = std::size_t{1} << 20U;
 void append(std::string& text, std::string_view more) {
     if (more.size() > longestText - text.size()) throw std::length_error("A recommendation's URL is too long.");
     text += more;
-}
-
-constexpr char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool beginsWith(std::string_view text, std::string_view lowerCaseWords) {
-    return text.size() >= lowerCaseWords.size() &&
-           std::equal(lowerCaseWords.begin(), lowerCaseWords.end(), text.begin(),
-                      [](char wanted, char c) { return lower(c) == wanted; });
 }
 
 // --- Filter segments ---
@@ -49,13 +42,13 @@ std::size_t lengthOfCharacter(std::string_view text) {
 /// The length of the segment that the text begins with, or nothing. Where an operator ends is never in doubt: its end
 /// is followed by a tail that cannot begin twice within so few characters.
 std::optional<std::size_t> lengthOfSegment(std::string_view text) {
-    if (!beginsWith(text, segmentHead)) return std::nullopt;
+    if (!ascii::beginsWith(text, segmentHead)) return std::nullopt;
     auto position = segmentHead.size();
     for (std::size_t characters = 0; characters < longestOperator; ++characters) {
         const auto length = lengthOfCharacter(text.substr(position));
         if (length == 0) return std::nullopt;
         position += length;
-        if (beginsWith(text.substr(position), segmentTail)) return position + segmentTail.size();
+        if (ascii::beginsWith(text.substr(position), segmentTail)) return position + segmentTail.size();
     }
     return std::nullopt;
 }
@@ -65,39 +58,6 @@ void appendSegments(std::string& url, std::string_view segment, const Array& cat
         if (!std::exchange(first, false)) append(url, "*");
         append(url, replaceAll(segment, "{category}", category.stringOrEmpty()));
     }
-}
-
-// --- Characters of a URL ---
-
-constexpr std::string_view reserved = ":/?#[]@!$&'()*+,;=";
-constexpr std::string_view unreservedMarks = "-._~";
-
-constexpr bool isAlphanumeric(char c) { return (lower(c) >= 'a' && lower(c) <= 'z') || (c >= '0' && c <= '9'); }
-
-constexpr bool isLegal(char c) {
-    return isAlphanumeric(c) || c == '%' || reserved.find(c) != std::string_view::npos ||
-           unreservedMarks.find(c) != std::string_view::npos;
-}
-
-constexpr bool isHexDigit(char c) { return (c >= '0' && c <= '9') || (lower(c) >= 'a' && lower(c) <= 'f'); }
-
-/// Whether all characters are legal, and every "%" goes on with two hexadecimal digits.
-bool hasLegalCharacters(std::string_view text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (!isLegal(text[i])) return false;
-        if (text[i] == '%' && (text.size() - i < 3 || !isHexDigit(text[i + 1]) || !isHexDigit(text[i + 2]))) {
-            return false;
-        }
-    }
-    return true;
-}
-
-/// What follows the scheme, or nothing.
-std::optional<std::string_view> afterScheme(std::string_view text) {
-    for (const std::string_view scheme : {"http://", "https://"}) {
-        if (beginsWith(text, scheme)) return text.substr(scheme.size());
-    }
-    return std::nullopt;
 }
 
 }  // namespace
@@ -140,29 +100,6 @@ std::string categoryText(const Array& categories) {
         append(text, "\"");
     }
     return text + "]";
-}
-
-std::string percentEscaped(std::string_view text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string escaped;
-    escaped.reserve(text.size());
-    for (const char c : text) {
-        if (isLegal(c)) {
-            escaped += c;
-            continue;
-        }
-        const auto byte = static_cast<unsigned char>(c);
-        escaped += {'%', digits[byte >> 4U], digits[byte & 15U]};
-    }
-    return escaped;
-}
-
-bool isUrl(std::string_view text) noexcept {
-    const auto rest = afterScheme(text);
-    if (!rest || !hasLegalCharacters(*rest)) return false;
-    auto host = rest->substr(0, rest->find_first_of("/?#"));
-    if (const auto user = host.rfind('@'); user != std::string_view::npos) host.remove_prefix(user + 1);
-    return !host.empty() && host.front() != ':';
 }
 
 }  // namespace orbinel::recommendation_url

@@ -23,10 +23,4 @@ namespace orbinel::recommendation_url {
 /// The categories as a JSON array of texts; quotes inside a category are not escaped.
 [[nodiscard]] std::string categoryText(const Array& categories);
 
-/// Percent-escapes every byte that RFC 3986 does not allow in a URL; its reserved characters and "%" stay.
-[[nodiscard]] std::string percentEscaped(std::string_view text);
-
-/// Whether the text has the form of an absolute http or https URL with a host (RFC 3986), of legal characters only.
-[[nodiscard]] bool isUrl(std::string_view text) noexcept;
-
 }  // namespace orbinel::recommendation_url

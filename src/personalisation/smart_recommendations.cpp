@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/url.hpp"
 #include "personalisation/recommendation_url.hpp"
 #include "session/stored_keys.hpp"
 
@@ -168,7 +169,7 @@ std::string OrbinelRecommendation::getRecommendationEndpoint(std::int32_t recomm
             } else {
                 url = url_of::replaceAll(url, "{currency}", currency);
             }
-            return url_of::percentEscaped(url);
+            return percentEscaped(url);
         });
 }
 
@@ -209,7 +210,7 @@ bool OrbinelRecommendation::areThereProductsInSmartRecommendations(const Diction
 
 void OrbinelRecommendation::makeRecommendationRequest(const std::string& url, Success success) noexcept {
     guarded(reports_, "+[OrbinelRecommendation makeRecommendationRequest:success:]", [&] {
-        if (!url_of::isUrl(url)) return feedError("Invalid URL");
+        if (!isLegalWebUrl(url)) return feedError("Invalid URL");
         platform::HttpRequest request;
         request.method = "GET";
         request.url = url;

@@ -165,6 +165,15 @@ DelegateImplementation Interception::implementationOf(const Replacement& replace
     };
 }
 
+bool Interception::isOwn(const platform::DelegateClass& type, std::string_view operation) const {
+    const auto now = type.implementation(operation);
+    if (now == nullptr) return false;
+    const MutexLock lock(mutex_);
+    return std::none_of(installations_.begin(), installations_.end(), [&](const Installation& one) {
+        return one.ownName.empty() && one.replacement->operation == operation && one.ours.lock() == now;
+    });
+}
+
 // --- Taking back ---
 
 void Interception::takeBack() noexcept {

@@ -3,6 +3,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/lifetime.hpp"
@@ -52,6 +53,10 @@ public:
     /// Nothing in an application of a wrapper, which does this itself.
     void callUserNotificationCenterSwizzlers() noexcept;
 
+    /// Whether the operation of this class is the application's: it implements it, and not only because the library
+    /// has added it.
+    [[nodiscard]] bool isOwn(const platform::DelegateClass& type, std::string_view operation) const;
+
     /// Leaves the classes as they were, and changes none any more. Where somebody else has put themselves in front of
     /// the library meanwhile, they stay there.
     void takeBack() noexcept;
@@ -91,7 +96,7 @@ private:
     platform::Application& application_;
     platform::Notifications& notifications_;
 
-    Mutex mutex_;
+    mutable Mutex mutex_;
     bool over_ ORBINEL_GUARDED_BY(mutex_) = false;
     ClassPointer delegateClass_ ORBINEL_GUARDED_BY(mutex_);  // the application delegate's that was changed
     std::vector<Installation> installations_ ORBINEL_GUARDED_BY(mutex_);

@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "base/guard.hpp"
+#include "base/value_content.hpp"
 #include "push/callback_payload.hpp"
 #include "push/push_info.hpp"
 

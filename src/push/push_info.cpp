@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/value_content.hpp"
 #include "orbinel/launch_options.hpp"
 
 namespace orbinel {
@@ -15,8 +16,6 @@ bool isShallowEnough(const Dictionary& payload) {
 }
 
 }  // namespace
-
-bool isPresent(const Value& value) noexcept { return !value.isAbsent() && !value.isNull(); }
 
 Dictionary payloadOf(const Dictionary& userInfo) {
     const auto* launchedBy = userInfo.find(launchOptionsRemoteNotificationKey);

@@ -30,7 +30,4 @@ inline constexpr std::string_view urlSchemeLink = "orb_dl_url_scheme";
 /// The same, where it is a push that somebody sent: one with "aps".
 [[nodiscard]] std::optional<Dictionary> getPushInfo(const Dictionary& userInfo);
 
-/// Neither absent nor the null marker.
-[[nodiscard]] bool isPresent(const Value& value) noexcept;
-
 }  // namespace orbinel

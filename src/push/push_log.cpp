@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/guard.hpp"
+#include "base/value_content.hpp"
 #include "base/whole_number.hpp"
 #include "push/push_info.hpp"
 #include "session/stored_keys.hpp"

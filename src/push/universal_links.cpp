@@ -5,8 +5,7 @@
 
 #include "base/guard.hpp"
 #include "base/percent_decoding.hpp"
-#include "inapp/url_opener.hpp"
-#include "personalisation/recommendation_url.hpp"
+#include "base/url.hpp"
 
 namespace orbinel {
 
@@ -49,8 +48,8 @@ void UniversalLinks::handleUniversalLink(const UserActivity& activity) noexcept 
     guarded(reports_, "+[Orbinel handleUniversalLink:]", [&] {
         if (!helper_.shouldProceed()) return;
         if (activity.type != browsingWebActivityType || !activity.webpageUrl) return;
-        auto url = recommendation_url::percentEscaped(*activity.webpageUrl);
-        if (!isWebPage(url)) return reports_.note("Ignored a link that opened the application: it is no web page.");
+        auto url = percentEscaped(*activity.webpageUrl);
+        if (!isLegalWebUrl(url)) return reports_.note("Ignored a link that opened the application: it is no web page.");
         follow(std::move(url));
     });
 }

@@ -1,29 +1,16 @@
 #include "session/helper.hpp"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <cstdio>
-#include <limits>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
 #include "session/stored_keys.hpp"
 
 namespace orbinel {
 
 namespace {
-
-/// Truncated toward zero and held within the integer's range; NaN is zero.
-template <typename Integer>
-Integer wholeSeconds(double seconds) noexcept {
-    if (std::isnan(seconds)) return 0;
-    constexpr auto lowest = std::numeric_limits<Integer>::min();
-    constexpr auto highest = std::numeric_limits<Integer>::max();
-    if (seconds <= static_cast<double>(lowest)) return lowest;
-    if (seconds >= static_cast<double>(highest)) return highest;
-    return static_cast<Integer>(seconds);
-}
 
 /// The digits and at most one point that the text begins with, as a number.
 float leadingNumber(std::string_view text) noexcept {
@@ -56,11 +43,9 @@ bool OrbinelHelper::shouldProceed() noexcept {
     return session && !disabled && mobile;
 }
 
-std::int32_t OrbinelHelper::getNowAsTimestamp() const noexcept { return wholeSeconds<std::int32_t>(scheduler_.now()); }
+std::int32_t OrbinelHelper::getNowAsTimestamp() const noexcept { return held<std::int32_t>(scheduler_.now()); }
 
-std::string OrbinelHelper::getTimestampAsString() const {
-    return std::to_string(wholeSeconds<std::int64_t>(scheduler_.now()));
-}
+std::string OrbinelHelper::getTimestampAsString() const { return std::to_string(held<std::int64_t>(scheduler_.now())); }
 
 std::string OrbinelHelper::getRFCFromNSDate(Date date) const noexcept {
     return guarded(reports_, "+[OrbinelHelper getRFCFromNSDate:]", std::string(), [&] {

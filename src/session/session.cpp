@@ -4,6 +4,7 @@
 
 #include "base/guard.hpp"
 #include "base/json_rules.hpp"
+#include "base/value_content.hpp"
 #include "session/stored_keys.hpp"
 
 namespace orbinel {
@@ -134,7 +135,7 @@ void OrbinelSession::filterPayload(Dictionary& payload) const noexcept {
     guarded(reports_, "-[OrbinelSession filterPayload:]", [&] {
         payload.eraseIf([](const Dictionary::Entry& entry) {
             const auto& [key, value] = entry;
-            return isEmptyContainer(value) || (key == "universal_link" && (value.isAbsent() || value.isNull())) ||
+            return isEmptyContainer(value) || (key == "universal_link" && !isPresent(value)) ||
                    key == "session_content_variables";
         });
     });

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "base/guard.hpp"
+#include "base/value_content.hpp"
 #include "session/session_reason.hpp"
 
 namespace orbinel {
@@ -15,15 +16,6 @@ constexpr std::string_view sessionStartFromPush = "session_start_from_push";
 constexpr std::int32_t sessionStartedType = 6;  // among the types of the application's callback
 constexpr int lastRetryStep = 3;
 constexpr std::chrono::milliseconds retryUnit{2000};
-
-/// Neither missing, null nor an empty text or container.
-bool hasContent(const Value& value) {
-    const auto* text = value.ifString();
-    const auto* array = value.ifArray();
-    const auto* dictionary = value.ifDictionary();
-    return !value.isAbsent() && !value.isNull() && !(text != nullptr && text->empty()) &&
-           !(array != nullptr && array->empty()) && !(dictionary != nullptr && dictionary->empty());
-}
 
 }  // namespace
 
@@ -224,7 +216,7 @@ void OrbinelConfig::applyContents(const StartAnswer& answer) {
         collaborators_.contents->insertContentCampaigns(variables, contentId, variantId);
         collaborators_.contents->insertNonCachedContentCampaigns(variables, contentId, variantId);
     }
-    if (!answer.passive_variables.isAbsent() && !answer.passive_variables.isNull()) {
+    if (isPresent(answer.passive_variables)) {
         collaborators_.contents->removeContentsFromCache(answer.passive_variables);
     }
 }

@@ -1,7 +1,7 @@
 #include "session/session_stop.hpp"
 
 #include "base/guard.hpp"
-#include "base/json_rules.hpp"
+#include "base/sanitize.hpp"
 #include "session/session_reason.hpp"
 
 namespace orbinel {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/json_rules.hpp"
+#include "base/sanitize.hpp"
 
 namespace orbinel {
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/ascii.hpp"
+
 namespace orbinel {
 
 namespace {
@@ -26,7 +28,7 @@ bool isEmailValid(std::string_view text) noexcept {
 
 bool isPhoneNumberValid(std::string_view text) noexcept {
     if (text.size() < 3 || text.size() > 16 || text[0] != '+' || text[1] == '0') return false;
-    return std::all_of(text.begin() + 1, text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return std::all_of(text.begin() + 1, text.end(), ascii::isDigit);
 }
 
 }  // namespace orbinel

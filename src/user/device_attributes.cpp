@@ -1,9 +1,11 @@
 #include "user/device_attributes.hpp"
 
+#include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
+#include "base/value_content.hpp"
 #include "events/data_types.hpp"
 #include "session/stored_keys.hpp"
 
@@ -17,14 +19,12 @@ constexpr float firstVersionWithSummaries = 15.0F;
 /// Truncated toward zero and held within 32 bits; nothing for what is no number.
 std::optional<std::int32_t> wholePoints(double points) noexcept {
     if (!std::isfinite(points)) return std::nullopt;
-    constexpr double lowest = std::numeric_limits<std::int32_t>::min();
-    constexpr double highest = std::numeric_limits<std::int32_t>::max();
-    return static_cast<std::int32_t>(std::min(std::max(points, lowest), highest));
+    return held<std::int32_t>(points);
 }
 
 /// An entry is only written where there is a value.
 void write(Dictionary& attributes, std::string_view key, Value value) {
-    if (!value.isAbsent() && !value.isNull()) attributes.set(key, std::move(value));
+    if (isPresent(value)) attributes.set(key, std::move(value));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/ascii.hpp"
 #include "base/guard.hpp"
 #include "events/data_types.hpp"
 #include "session/stored_keys.hpp"
@@ -11,13 +12,10 @@ namespace orbinel {
 
 namespace {
 
-bool isLetterOrDigit(char c) noexcept {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
-
 bool hasFormOfId(std::string_view text) noexcept {
-    return !text.empty() && isLetterOrDigit(text.front()) &&
-           std::all_of(text.begin(), text.end(), [](char c) { return isLetterOrDigit(c) || c == '-' || c == '.'; });
+    return !text.empty() && ascii::isLetterOrDigit(text.front()) && std::all_of(text.begin(), text.end(), [](char c) {
+        return ascii::isLetterOrDigit(c) || c == '-' || c == '.';
+    });
 }
 
 }  // namespace

@@ -130,6 +130,17 @@ TEST_F(LoggerTest, CleansEachRecord) {
     EXPECT_EQ(attributes["kept"], Array{1});
 }
 
+// A page of a message can repeat itself for ever, and the device must not pay for it.
+TEST_F(LoggerTest, HoldsNoMoreThanItsBounds) {
+    applySwitches(true, 10);
+    for (int i = 0; i < 10; ++i) report("large", {{"data", std::string(1'000'000, 'x')}});
+    report("after it");
+    EXPECT_THAT(logger.getLogs(), SizeIs(9));
+    EXPECT_EQ(logger.flushLogs().back().message, "after it") << "a small one still fits";
+    report("next");
+    EXPECT_THAT(logger.getLogs(), SizeIs(1));
+}
+
 TEST_F(LoggerTest, PrintsAndKeepsRecordsOnATestDevice) {
     testDevices.markDeviceAsDebug();
     report("line\nbreak", {{"k", "v"}});

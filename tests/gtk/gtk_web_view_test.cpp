@@ -144,6 +144,20 @@ TEST_F(Pages, FramesThatNeedNoServerAreAskedForToo) {
     EXPECT_THAT(heard->messages, testing::IsEmpty());
 }
 
+// Otherwise a frame of any origin could speak in the page's name.
+TEST_F(Pages, ARedirectToTheOwnSchemeIsToldAsOne) {
+    const std::string said = "orbinelurl://%7B%22dismiss%22%3A1%7D";
+    PageServer other;
+    other.redirect("/redirect", said);
+    show("<iframe src='" + other.url("/redirect") + "'></iframe><iframe src='" + said + "'></iframe>");
+    ASSERT_TRUE(turnUntil([&] { return heard->visits(said) == 2; }));
+    for (const auto& action : heard->actions) {
+        if (action.url != said) EXPECT_FALSE(action.redirected) << action.url;
+    }
+    EXPECT_EQ(
+        std::count_if(heard->actions.begin(), heard->actions.end(), [](const auto& one) { return one.redirected; }), 1);
+}
+
 TEST_F(Pages, AFailedLoadIsToldOnceAndLeavesTheNextLoadInPeace) {
     const PageServer untrusted(PageServer::Transport::tls);
     // The engine refuses the second one by itself, without a word.

@@ -42,8 +42,12 @@ void PageServer::answer(SoupServer* /*server*/, SoupServerMessage* message, cons
                         gpointer self) {
     const auto& pages = static_cast<PageServer*>(self)->pages_;
     const auto found = pages.find(path);
-    const auto page = found != pages.end() ? found->second : Answer{"<p>nothing here</p>", 404};
+    const auto page = found != pages.end() ? found->second : Answer{"<p>nothing here</p>", 404, {}};
     soup_server_message_set_status(message, page.status, nullptr);
+    if (!page.location.empty()) {
+        soup_message_headers_append(soup_server_message_get_response_headers(message), "Location",
+                                    page.location.c_str());
+    }
     soup_server_message_set_response(message, "text/html; charset=utf-8", SOUP_MEMORY_COPY, page.html.data(),
                                      page.html.size());
 }

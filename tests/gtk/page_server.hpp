@@ -4,6 +4,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 
 #include "hosts/gtk/gobject.hpp"
 
@@ -17,7 +18,10 @@ public:
 
     explicit PageServer(Transport transport = Transport::plain);
 
-    void set(const std::string& path, std::string html, unsigned status = 200) { pages_[path] = {html, status}; }
+    void set(const std::string& path, std::string html, unsigned status = 200) {
+        pages_[path] = {std::move(html), status, {}};
+    }
+    void redirect(const std::string& path, std::string location) { pages_[path] = {{}, 302, std::move(location)}; }
     [[nodiscard]] std::string url(const std::string& path) const { return origin_ + path; }
 
     /// A URL of a port on which nobody listens.
@@ -27,6 +31,7 @@ private:
     struct Answer {
         std::string html;
         unsigned status = 200;
+        std::string location;
     };
 
     static void answer(SoupServer*, SoupServerMessage* message, const char* path, GHashTable* query, gpointer self);

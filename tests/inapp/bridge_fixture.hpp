@@ -27,6 +27,7 @@ public:
     void textFieldBeginEditing() override { keep("begin editing"); }
     void textFieldEndEditing() override { keep("end editing"); }
     void addInappLog(std::int32_t dismissType) override { keep("close " + std::to_string(dismissType)); }
+    void addControlGroupLog(const Dictionary&) override {}
     void addClickLog(const Dictionary& click) override { keep("click " + click["button"].stringOrEmpty()); }
     void logBlockedInAppMessage(const Dictionary&) override {}
     void logInAppMessageAction(std::string_view) override {}
@@ -76,7 +77,7 @@ struct Bridge {
     TemplateEvents events{{world_.reports, world_.helper, world_.eventRecorder, presented, world_.ownLifetime,
                            *services.json, *services.scheduler, *services.notificationCentre}};
     TemplateAttributes attributes{{world_.reports, world_.userAttributes, *services.json, *services.scheduler}};
-    TemplateProducts products{{world_.reports, world_.productCreation, world_.cartReminder, *services.json}};
+    TemplateProducts products{{world_.reports, world_.productCreation, world_.cartReminder, presented, *services.json}};
     TemplateAnswers answers{{world_.reports, world_.session, presented, *services.json}};
     OrbinelTemplateStore store{{world_.reports, events, attributes, products, answers, messages, native, shakes, urls,
                                 presented, world_.ownLifetime, *services.json, *services.scheduler,

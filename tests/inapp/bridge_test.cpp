@@ -109,10 +109,13 @@ TEST_F(TemplatePages, AreRemovedWithOrWithoutALogAndOpenWhereTheyLeadTo) {
     EXPECT_THAT(effectsOf(R"({"silent_dismiss":{"dismiss":3,"redirection":"acme://cart"}})"),
                 ElementsAre("remove silently", "remove"));
     EXPECT_THAT(effectsOf(R"({"silent_dismiss":true})"), ElementsAre("remove silently"));
+    EXPECT_THAT(effectsOf(R"({"silent_dismiss":true,"dismiss":3,"redirection":"acme://silent"})"),
+                ElementsAre("remove silently", "remove"));
+    EXPECT_THAT(effectsOf(R"({"silent_dismiss":{},"dismiss":3})"), ElementsAre("remove silently", "close 3", "remove"));
     // A person is never left with a message that a refused address keeps open; and the next close is logged again.
     EXPECT_THAT(effectsOf(R"({"dismiss":{"redirection":"file:///etc/passwd"}})"), ElementsAre("remove"));
     EXPECT_THAT(effectsOf(R"({"dismiss":4})"), ElementsAre("close 4", "remove"));
-    EXPECT_THAT(opened(), ElementsAre("https://a.test/p", "tel:+4912", "acme://cart"));
+    EXPECT_THAT(opened(), ElementsAre("https://a.test/p", "tel:+4912", "acme://cart", "acme://silent"));
 }
 
 TEST_F(TemplatePages, OpenNothingButWebPagesPeopleAndTheApplicationItself) {
@@ -141,7 +144,7 @@ TEST_F(TemplatePages, TagEventsWithParametersOfTheirTypes) {
         {"type":"date","key":"day","value":"2026-07-01T23:30:00.250Z"},{"type":"date","key":"moment","value":0},
         {"type":"date","key":"none","value":"2026-02-30T00:00:00.000Z"},
         {"type":"array","key":"list","value":["a",1]},{"type":"double","key":"price","value":"9.5"},
-        {"type":"boolean","key":"yes","value":"true"},{"type":"int","key":"count","value":3},
+        {"type":"boolean","key":"yes","value":" 01"},{"type":"int","key":"count","value":"\u000b+3e2"},
         {"type":"int","key":"zero","value":0},{"type":"colour","key":"tone","value":12},
         {"type":"string","key":"Bad Key","value":"x"},{"key":"no_value"},"junk"]}]}})");
     ASSERT_THAT(events(), SizeIs(1));
@@ -163,6 +166,21 @@ TEST_F(TemplatePages, LeadsCarryTheCampaignWhateverThePageSays) {
     world().helper.setSdkDisabled(true);
     bridge.say(R"({"event":[{"name":"seen"}]})");
     EXPECT_THAT(events(), SizeIs(1));
+}
+
+TEST_F(TemplatePages, CarryIdentifiersBeyond32Bits) {
+    const std::int64_t large = 9'007'199'254'740'993;  // no double holds it
+    bridge.presented.present(
+        std::make_shared<const Dictionary>(Dictionary{{"inapp_id", large}, {"variant_id", std::to_string(large + 1)}}));
+    bridge.say(R"({"lead":"a","survey":{"question":"How?","answer":"b"},"event":[{"name":"lead_collected"}]})");
+    for (auto* field : {&SessionRecord::lead_logs, &SessionRecord::survey_results}) {
+        ASSERT_THAT(list(field), SizeIs(1));
+        const auto answer = *list(field)[0].ifDictionary();
+        EXPECT_EQ(answer["inapp_id"].integer(), large);
+        EXPECT_EQ(answer["variant_id"].integer(), large + 1);
+    }
+    ASSERT_THAT(events(), SizeIs(1));
+    EXPECT_EQ(events()[0].event_params->snapshot(), (Dictionary{{"campaign_id", large}, {"variant_id", large + 1}}));
 }
 
 TEST_F(TemplatePages, SetAttributesOfTheUser) {
@@ -210,6 +228,38 @@ TEST_F(TemplatePages, KeepAnswersWithTheirMessage) {
               (Array{Dictionary{{"inapp_id", 42}, {"variant_id", 7}, {"input", Dictionary{{"email", "a@b.test"}}}}}));
     EXPECT_EQ(list(&SessionRecord::survey_results),
               (Array{Dictionary{{"inapp_id", 42}, {"variant_id", 7}, {"question", "How?"}, {"answer", "[1,\"b\"]"}}}));
+}
+
+TEST_F(TemplatePages, CannotFillTheSession) {
+    const std::string much(300'000, 'x');
+    const auto another = [&] { bridge.presented.present(std::make_shared<const Dictionary>()); };
+    const auto sayOften = [&](const std::string& json) {
+        another();
+        for (int i = 0; i < 5; ++i) bridge.say(json);
+    };
+    sayOften(R"({"event":[{"name":"inapp_seen","params":[{"type":"string","key":"k","value":")" + much + R"("}]}]})");
+    EXPECT_THAT(events(), SizeIs(3)) << "not counted among the session's events";
+
+    const std::string item = R"({"product_id":"p","product_name":"Hat","product_taxonomy":"b","price":1,
+        "product_price":1,"product_image_url":"https://i","currency":"TRY","product_currency":"TRY"})";
+    sayOften(R"({"item_purchase":{"unique_sale_id":")" + much + R"(","purchased_items":[)" + item + "," + item + "]}}");
+    EXPECT_THAT(list(&SessionRecord::purchased_items), SizeIs(3)) << "each has the shared ID";
+
+    another();
+    for (int i = 0; i < 5; ++i) {
+        auto one = item;
+        one.replace(one.find(R"("p")"), 3, "\"p" + std::to_string(i) + much + '"');
+        bridge.say(R"({"item_cart":[)" + one + "]}");
+    }
+    EXPECT_THAT(list(&SessionRecord::abandoned_items), SizeIs(3));
+
+    another();
+    for (int i = 0; i < 5; ++i) {
+        const auto key = "a" + std::to_string(i);
+        bridge.say(R"({"default_attributes":{"attributes":[{"type":"array","key":")" + key + R"(","value":[")" + much +
+                   R"("]}]}})");
+    }
+    EXPECT_THAT(world().userAttributes.getCustomAttributes(), SizeIs(3));
 }
 
 // --- The device ---

@@ -172,6 +172,16 @@ TEST_F(CampaignSelectionTest, TheControlGroupIsLoggedOnceAndNeverAsItsOwnConsequ
     EXPECT_THAT(record().inapp_logs, SizeIs(2));
 }
 
+TEST_F(CampaignSelectionTest, TheControlGroupLeavesAMessageThatIsStillToBeBuilt) {
+    deliver({campaign(1, "a"), campaign(2, "b", {{"content", Dictionary{{"type", -1}}}})});
+    screen.onClick = [&](const InappButton& button) { inapps->logs.addInappLog(button.tag); };
+    EXPECT_TRUE(check("a"));
+    EXPECT_TRUE(check("b"));
+    EXPECT_THAT(record().inapp_logs, SizeIs(1));
+    EXPECT_FALSE(inapps->presented.shouldAddInappLog()) << "of the message";
+    EXPECT_EQ(handedOver(), 1);
+}
+
 TEST_F(CampaignSelectionTest, ATemplateAtHandTakesThePlaceOfCountBasedCampaigns) {
     deliver({campaign(1, "a"), eventBased(2, "b")});
     inapps->selection.showCustomInapp({{"type", 4}}, "c");

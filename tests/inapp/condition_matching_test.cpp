@@ -55,9 +55,11 @@ TEST(ConditionMatching, AllConditionsMustBeMetAndBadOnesNeverAre) {
     }
 }
 
-TEST(LowerCase, KnowsLettersOfTwoBytesAndLeavesAllElse) {
+TEST(LowerCase, KnowsLettersOfManyScriptsAndLeavesAllElse) {
     EXPECT_EQ(lowerCased("AZ@[ ÀÞ×ß ĀŽŸ İı ŁŃ ΆΉΌΏΑΡΩΫ ЀЏАЯ Ҋԯ"),
               "az@[ àþ×ß āžÿ i\u0307ı łń άήόώαρωϋ ѐџая ҋԯ");
+    EXPECT_EQ(lowerCased("ẤỸḀẔẞẖẟ ƠƯ ȘȚ ԱՖ"), "ấỹḁẕßẖẟ ơư șț աֆ");
+    EXPECT_EQ(lowerCased("Ա\xE1\xBA \xE1"), "ա\xE1\xBA \xE1");
     EXPECT_EQ(lowerCased("Ａ日\xC3 \xFF\xC0\xAF\xC3"), "Ａ日\xC3 \xFF\xC0\xAF\xC3");
 }
 

@@ -24,7 +24,9 @@ public:
 
     bool isInAppOnTheScreen() const noexcept override { return onScreen; }
     bool isOrientationPortrait() const noexcept override { return portrait; }
-    void createInappAfterAppropriateDelaysWithType(const InappLayout& layout) override { built.push_back(layout); }
+    void createInappAfterAppropriateDelaysWithType(const PresentedInapp::Record&, const InappLayout& layout) override {
+        built.push_back(layout);
+    }
     void showInapp() override { ++shows; }
     void inappButtonClicked(const InappButton& button) override { onClick(button); }
     void destroyShakeDetector() override { ++detectorsStopped; }

@@ -20,6 +20,7 @@ class Neighbours final : public InappLogging,
                          public InappShakeDetector {
 public:
     void addInappLog(std::int32_t type) override { asked.push_back("log " + std::to_string(type)); }
+    void addControlGroupLog(const Dictionary&) override {}
     void addClickLog(const Dictionary&) override {}
     void logBlockedInAppMessage(const Dictionary& inapp) override {
         asked.push_back("blocked " + inappFieldText(inapp, "inapp_id"));
@@ -30,11 +31,15 @@ public:
         asked.push_back("button " + std::to_string(button.tag));
     }
     void openUrl(const std::string& url, std::function<void()>) override { asked.push_back("open " + url); }
-    void destroyShakeDetector() override { ++detectorsDestroyed; }
-    bool isObserving() const noexcept override { return false; }
+    void destroyShakeDetector() override {
+        ++detectorsDestroyed;
+        observing = false;
+    }
+    bool isObserving() const noexcept override { return observing; }
 
     std::vector<std::string> asked;
     int detectorsDestroyed = 0;
+    bool observing = false;
 };
 
 class Presenting : public LibraryTest {
@@ -56,9 +61,13 @@ protected:
     }
     void build(Dictionary record, InappLayout layout = {}) {
         layout.delay = static_cast<std::int32_t>(record["delay"].integer().value_or(0));
-        presented.present(std::make_shared<const Dictionary>(std::move(record)));
-        presentation.createInappAfterAppropriateDelaysWithType(layout);
+        handOver(std::move(record), layout);
         host.settle();
+    }
+    void handOver(Dictionary record, const InappLayout& layout = {}) {
+        const auto handedOver = std::make_shared<const Dictionary>(std::move(record));
+        presented.present(handedOver);
+        presentation.createInappAfterAppropriateDelaysWithType(handedOver, layout);
     }
     void buildAndShow(Dictionary layout) {
         build(campaign(1, std::move(layout)));
@@ -158,7 +167,9 @@ TEST_F(Presenting, WhatTheMomentForbidsIsNotShown) {
     host.advance(1);
     EXPECT_EQ(alpha(), 1);
     EXPECT_EQ(alpha(kPUSHBROWSERVIEWTAG), -1);
+    EXPECT_TRUE(presented.shouldAddInappLog());
     presentation.removeInappSilently();
+    EXPECT_FALSE(presented.shouldAddInappLog()) << "while it fades";
     host.advance(1);
 
     due([&] { host.application->setState(platform::ApplicationState::background); });
@@ -181,8 +192,14 @@ TEST_F(Presenting, AFailedPageStaysInvisibleAndMakesWayForTheNextMessage) {
     for (const auto& fail : failures) {
         build(campaign(1, {}));
         EXPECT_TRUE(presentation.isInAppOnTheScreen());
+        neighbours.observing = true;
         fail();
+        EXPECT_FALSE(neighbours.observing);
         page()->finish();  // whatever the engine says afterwards
+        for (const auto* asked : {"orbinelurl://%7B%7D", "https://shop.test/"}) {
+            EXPECT_EQ(page()->navigate(asked, true), NavigationPolicy::cancel);
+        }
+        EXPECT_THAT(neighbours.asked, IsEmpty()) << "nobody sees the page";
         host.advance(1);
         EXPECT_EQ(alpha(), 0);
         EXPECT_FALSE(presentation.isInAppOnTheScreen());
@@ -212,8 +229,7 @@ TEST_F(Presenting, APageThatHangsAndAMessageThatWasOvertakenMakeWay) {
     EXPECT_FALSE(presentation.isInAppOnTheScreen());
     EXPECT_EQ(sinks.count("Template request failed"), 1u);
 
-    presented.present(std::make_shared<const Dictionary>(campaign(2, {})));
-    presentation.createInappAfterAppropriateDelaysWithType({});
+    handOver(campaign(2, {}));
     build(campaign(3, {}));  // in the same turn
     EXPECT_EQ(sinks.count("Waiting other orbinel webview"), 1u);
     page()->respond(200);
@@ -221,6 +237,15 @@ TEST_F(Presenting, APageThatHangsAndAMessageThatWasOvertakenMakeWay) {
     host.advance(1);
     EXPECT_EQ(alpha(), 1);
     EXPECT_EQ((*presented.activeInapp())["inapp_id"], Value(3));
+
+    presentation.removeInapp({});
+    host.advance(1);
+    const auto first = std::make_shared<const Dictionary>(campaign(4, {}));
+    presented.present(first);
+    presented.present(std::make_shared<const Dictionary>(campaign(5, {})));  // by another thread meanwhile
+    presentation.createInappAfterAppropriateDelaysWithType(first, {});
+    host.settle();
+    EXPECT_FALSE(presentation.isInAppOnTheScreen()) << "no message has the layout of another";
 }
 
 TEST_F(Presenting, AddressesThatCannotBeUsedAreToldApart) {
@@ -303,6 +328,9 @@ TEST_F(Presenting, OnlyThePageItselfSpeaksAndLinksOpenOutside) {
         EXPECT_EQ(page()->navigate(other), NavigationPolicy::cancel) << other;
     }
     EXPECT_EQ(sinks.count("A frame of another origin is refused."), 6u);
+    EXPECT_EQ(page()->navigate({"orbinelurl://%7B%7D", false, true}), NavigationPolicy::cancel);
+    EXPECT_EQ(sinks.count("A frame of another origin is refused."), 7u);
+    EXPECT_THAT(neighbours.asked, IsEmpty()) << "what a redirect says";
 
     presented.present(std::make_shared<const Dictionary>(Dictionary{{"content", Dictionary{{"type", 2}}}}));
     (void)page()->navigate("https://shop.test/", true);
@@ -337,8 +365,7 @@ TEST_F(Presenting, HiddenTemplatesAndProductPagesRemoveWhatTheyAreMeantTo) {
     EXPECT_EQ(alpha(), -1);
     build(campaign(1, {}, 5));
     page()->finish();
-    presented.present(std::make_shared<const Dictionary>(campaign(2, {})));
-    presentation.createInappAfterAppropriateDelaysWithType({});
+    handOver(campaign(2, {}));
     presentation.cancelScheduledInapps();  // both what waits for its delay and what is not built yet
     host.advance(10);
     EXPECT_EQ(host.views->tree().size(), 1u);

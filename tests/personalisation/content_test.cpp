@@ -1,12 +1,7 @@
 #include <atomic>
-#include <cmath>
-#include <limits>
-#include <optional>
 #include <thread>
 
-#include "base/value_text.hpp"
 #include "personalisation/content_optimizer.hpp"
-#include "personalisation/content_value.hpp"
 #include "session/stored_keys.hpp"
 #include "support/library_test.hpp"
 
@@ -119,32 +114,6 @@ TEST_F(ContentTest, AClosedGateGivesTheDefaultAndNothingElse) {
     EXPECT_EQ(optimizer().getIntFromSessionVariablesWithName("title", 4, content), 4);
     EXPECT_THAT(record().content_logs, IsEmpty());
     EXPECT_THAT(sinks.feeds("getStringWithName"), IsEmpty());
-}
-
-TEST(ContentValueTest, ReadsNumbersAndTruthsOfAnything) {
-    using content_value::boolValue;
-    using content_value::intValue;
-    constexpr auto highest = std::numeric_limits<std::int32_t>::max();
-    constexpr auto lowest = std::numeric_limits<std::int32_t>::min();
-    const std::vector<std::pair<std::optional<std::int32_t>, Array>> integers{
-        {42, {"42"}},
-        {-7, {" \n-7 apples"}},
-        {8, {"+8"}},
-        {12, {"12.9"}},
-        {-3, {-3.9}},
-        {1, {"1e3", true}},
-        {0, {"+-8", "", "apples", std::nan("")}},
-        {highest, {"99999999999999999999", 1e300, std::int64_t{1} << 40}},
-        {lowest, {"-99999999999", -1e300}},
-        {std::nullopt, {Null{}, Array{}, Value()}}};
-    for (const auto& [expected, values] : integers) {
-        for (const auto& value : values) EXPECT_EQ(intValue(value), expected) << textOf(value);
-    }
-    for (const Value& yes : Array{"yes", "True", " 001", "-9", 0.1}) EXPECT_EQ(boolValue(yes), true) << textOf(yes);
-    for (const Value& no : Array{"0.5", "no", "", "+", 0, std::nan(""), false}) {
-        EXPECT_EQ(boolValue(no), false) << textOf(no);
-    }
-    EXPECT_EQ(boolValue(Dictionary{}), std::nullopt);
 }
 
 // Whatever readers remember meanwhile, the last delivery or removal counts once it is over.

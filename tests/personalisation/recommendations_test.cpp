@@ -104,17 +104,6 @@ TEST(RecommendationUrlTest, ExpandsExactlyTheFilterSegments) {
     EXPECT_THROW(static_cast<void>(checkCategoryFilter(growing, {std::string(5000, 'x')})), std::length_error);
 }
 
-TEST(RecommendationUrlTest, TellsUrlsFromOtherTexts) {
-    using recommendation_url::isUrl;
-    for (const auto* url : {"http://r", "HTTPS://r:8080/a?b=[c]&d=%20#e", "http://[::1]/x", "http://u:p@r/"}) {
-        EXPECT_TRUE(isUrl(url)) << url;
-    }
-    for (const auto* text : {"", "r/x", "ftp://r/", "http://", "http:///x", "http://?x", "http://:80/", "http://u@/x",
-                             "http://r/a b", "http://r/%2", "http://r/%zz", "http://r/\xC3\xA9", "http://r/{x}"}) {
-        EXPECT_FALSE(isUrl(text)) << text;
-    }
-}
-
 TEST_F(RecommendationTest, ChecksArgumentsBeforeItAsks) {
     recommendation.storeEndpoints({{"1", "http://r/{productID}/{currency}"}});
     const auto never = [](const Dictionary&) { ADD_FAILURE(); };

@@ -163,8 +163,23 @@ TEST_F(InterceptionTest, APayloadOfAMessageReachesTheDelegateAndTheLibrary) {
     Handlers own({operations::didReceiveRemoteNotificationFetching, operations::didReceiveRemoteNotification});
     host.application->setDelegate(own.delegate);
     world().inappButtons.remoteNotifications->setDictionaryToDelegate(aPush(1).userInfo);
-    EXPECT_THAT(own.called, SizeIs(1));
+    EXPECT_THAT(own.called, ElementsAre(operations::didReceiveRemoteNotificationFetching));
     EXPECT_EQ(pushesHandled(), 1u);
+}
+
+TEST_F(InterceptionTest, APayloadOfAMessageFindsTheOlderHandlerAndTheLibraryWithoutAny) {
+    Handlers older({operations::didReceiveRemoteNotification});
+    host.application->setDelegate(older.delegate);
+    initialise();
+    world().payloadDelivery.setDictionaryToDelegate(aPush(1).userInfo);
+    EXPECT_THAT(older.called, ElementsAre(operations::didReceiveRemoteNotification));
+    EXPECT_EQ(pushesHandled(), 1u);
+
+    relaunch();
+    host.application->setDelegate(application.delegate);
+    initialise();
+    world().payloadDelivery.setDictionaryToDelegate(aPush(1).userInfo);
+    EXPECT_EQ(pushesHandled(), 2u);
 }
 
 TEST_F(InterceptionTest, WithoutAutomaticIntegrationOperationsAreOnlyReported) {

@@ -16,10 +16,11 @@ class View;
 
 enum class NavigationPolicy { allow, cancel };
 
-/// A navigation that is about to begin, in any frame of the page.
+/// A navigation that is about to begin, or to go on elsewhere by a redirect, in any frame of the page.
 struct NavigationAction {
     std::string url;             // absolute; with a scheme of the application's own, byte for byte as the page wrote it
     bool linkActivated = false;  // the person followed a link
+    bool redirected = false;     // a server led here (HTTP 3xx): nothing tells that the page itself wants this
 };
 
 /// The answer to a navigation, before anything of it is shown.
@@ -45,7 +46,8 @@ struct LoadFailure {
 /// What happens in a web view.
 ///
 /// Threads: the main thread. Never called inside a method of the web view.
-/// Order: a page is asked for (action), answered (response) and then finished or failed. What the delegate cancels is
+/// Order: a page is asked for (action), and again with the target of each redirect, also one to another scheme; then it
+/// is answered (response) and finished or failed. What the delegate cancels is
 /// neither: that is no failure, and a page that was there stays.
 class WebViewDelegate {
 public:

@@ -34,6 +34,7 @@ public:
 
     /// Begins a navigation; gives what the delegate decided.
     platform::NavigationPolicy navigate(const std::string& url, bool linkActivated = false);
+    platform::NavigationPolicy navigate(const platform::NavigationAction& action);
 
     /// The answer to a navigation arrives, by default that to the page itself.
     platform::NavigationPolicy respond(std::optional<std::int32_t> status = 200);

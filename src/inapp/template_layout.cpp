@@ -1,20 +1,13 @@
-#include "inapp/inapp_layout.hpp"
+#include "inapp/template_layout.hpp"
 
-#include <algorithm>
-#include <limits>
 #include <utility>
 
+#include "base/number_reading.hpp"
 #include "inapp/layout_builder.hpp"
 
 namespace orbinel {
 
 namespace {
-
-std::int32_t heldInteger(const Value& value) {
-    using Limits = std::numeric_limits<std::int32_t>;
-    return static_cast<std::int32_t>(
-        std::clamp<std::int64_t>(value.integer().value_or(0), Limits::min(), Limits::max()));
-}
 
 /// A part of the parent's height; what is none is all of it.
 double heldHeight(const Value& value) {
@@ -27,7 +20,7 @@ double heldHeight(const Value& value) {
 TemplateLayout::TemplateLayout(Dictionary templateLayout)
     : source_(std::move(templateLayout)),
       height_(heldHeight(source_["height"])),
-      position_(heldInteger(source_["position"])),
+      position_(held<std::int32_t>(source_["position"].integer().value_or(0))),
       ignoreSafeZone_(source_["ignoreSafeZone"].truth()) {
     // Positions are numbered like the keys of a telephone: three in a row, from the top.
     if (position_ >= 1 && position_ <= 3) dock_ = Dock::top;
