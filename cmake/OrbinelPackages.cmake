@@ -20,9 +20,23 @@ endif()
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 
-# orbinel_package(COMPONENT NAME SECTION DESCRIPTION [DEPENDS…]): one package; it depends on this version of its own kind.
+# The functions that are called are older than the options that are set: the oldest libcurl has to be said.
+set(libcurl)
+find_program(DPKG_QUERY dpkg-query)
+if(DPKG_QUERY AND CURL_LINK_LIBRARIES)
+    list(GET CURL_LINK_LIBRARIES 0 libcurl_file)
+    file(REAL_PATH "${libcurl_file}" libcurl_file)
+    execute_process(COMMAND "${DPKG_QUERY}" --search "${libcurl_file}"
+                    OUTPUT_VARIABLE libcurl_owner ERROR_QUIET RESULT_VARIABLE libcurl_unknown)
+    if(NOT libcurl_unknown)
+        string(REGEX REPLACE ":.*" " (>= ${ORBINEL_OLDEST_LIBCURL})" libcurl "${libcurl_owner}")
+    endif()
+endif()
+
+# orbinel_package(COMPONENT NAME SECTION DESCRIPTION [DEPENDS…]): one package. What it depends on is of this
+# version, unless another one is said.
 function(orbinel_package component name section description)
-    list(TRANSFORM ARGN APPEND " (= ${PROJECT_VERSION})" OUTPUT_VARIABLE depends)
+    list(TRANSFORM ARGN REPLACE "^([^ ]+)$" "\\1 (= ${PROJECT_VERSION})" OUTPUT_VARIABLE depends)
     list(JOIN depends ", " depends)
     string(TOUPPER ${component} key)
     set(CPACK_DEBIAN_${key}_PACKAGE_NAME ${name} PARENT_SCOPE)
@@ -30,14 +44,17 @@ function(orbinel_package component name section description)
     set(CPACK_DEBIAN_${key}_PACKAGE_DEPENDS "${depends}" PARENT_SCOPE)
     set(CPACK_COMPONENT_${key}_DESCRIPTION "${description}" PARENT_SCOPE)
     set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${component} PARENT_SCOPE)
+    install(FILES "${PROJECT_SOURCE_DIR}/cmake/copyright" DESTINATION "share/doc/${name}" COMPONENT ${component})
 endfunction()
 
 set(CPACK_COMPONENTS_ALL)
 set(library liborbinel${PROJECT_VERSION_MAJOR})
-orbinel_package(liborbinel ${library} libs "The library, with the services of Linux and those in memory.")
+orbinel_package(liborbinel ${library} libs "The library, with the services of Linux and those in memory."
+                ${libcurl})
 orbinel_package(liborbinel-dev liborbinel-dev libdevel "Headers and what CMake and pkg-config read." ${library})
 if(ORBINEL_BUILD_APPS)
-    orbinel_package(orbinel-tools orbinel-tools devel "The tool: plays scenarios, stands in for the backend, decodes.")
+    orbinel_package(orbinel-tools orbinel-tools devel "The tool: plays scenarios, stands in for the backend, decodes."
+                    ${libcurl})
 endif()
 if(TARGET orbinel-gtk)
     set(gtk_library liborbinel-gtk${PROJECT_VERSION_MAJOR})

@@ -15,6 +15,14 @@ set(CMAKE_VERIFY_INTERFACE_HEADER_SETS ${ORBINEL_BUILD_TESTS})  # by a test: eac
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 
+# What pkg-config has to find: glib-2.0 for PkgConfig::GLIB, and so on. libcurl of that version has the options that keep
+# redirections to http and https, and the network thread from waiting for a name that nobody looks up any more.
+set(ORBINEL_OLDEST_LIBCURL 7.87)
+set(GLIB_MODULES glib-2.0)
+set(CURL_MODULES libcurl>=${ORBINEL_OLDEST_LIBCURL})
+set(SQLITE_MODULES sqlite3>=3.35)
+set(GTK_MODULES gtk4>=4.8 webkitgtk-6.0 gio-unix-2.0)
+
 add_library(orbinel_settings INTERFACE)
 target_include_directories(orbinel_settings INTERFACE "${PROJECT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}/src")
 target_compile_options(orbinel_settings INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Wconversion)

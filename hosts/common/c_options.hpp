@@ -7,13 +7,13 @@
 
 namespace orbinel::hosts {
 
-/// The options with which a program of another language starts a host. Each is taken out by whoever knows it, so that
+/// The options that a program of another language gives, as an object. Each is taken out by whoever knows it, so that
 /// what nobody knows is left over; one that is not there leaves its target as it is. Throws `WrongArgument`.
 class COptions {
 public:
-    /// Null stands for none.
-    COptions(const platform::Json& json, const char* text)
-        : options_(c_interface::readDictionary(json, "options", text)) {}
+    /// `argument`: its name in the function. A null text stands for none.
+    COptions(const platform::Json& json, const char* text, const char* argument = "options")
+        : options_(c_interface::readDictionary(json, argument, text)) {}
 
     template <typename Target>
     void text(const char* name, Target& target) {

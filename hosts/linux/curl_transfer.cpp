@@ -74,8 +74,11 @@ bool CurlTransfer::prepare(CurlEasy easy, const NetworkSettings& settings) {
     const auto timeout = std::clamp<std::int64_t>(request_.timeout.count(), 1, std::numeric_limits<int>::max());
     curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(timeout));
     curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
-    // A cancelled request whose host name is still being looked up must not hold the network thread.
-    curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L);
+    // A cancelled request whose host name is still being looked up must not hold the network thread. The newest option
+    // of all: a libcurl that knows it knows the others, of which two keep redirections to http and https.
+    if (curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L) != CURLE_OK) {
+        return reason_ = std::string("libcurl 7.87 or later is needed, not ") + curl_version(), false;
+    }
     curl_easy_setopt(handle, CURLOPT_TCP_NODELAY, 1L);
     curl_easy_setopt(handle, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
     curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, protocols);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <memory>
 #include <stdexcept>
 #include <string_view>
 
@@ -43,6 +44,16 @@ void run(const char* function, Body&& body) noexcept {
         body();
         return true;
     });
+}
+
+/// The pointer that a callback gets; the last copy calls `destroy`.
+using UserData = std::shared_ptr<void>;
+
+/// Calls `destroy`, which may be null, also where it throws for want of memory.
+[[nodiscard]] inline UserData takeUserData(void* userData, void (*destroy)(void* userData)) {
+    return {userData, [destroy](void* data) {
+                if (destroy != nullptr) destroy(data);
+            }};
 }
 
 /// The JSON text of an argument as a value, by the rules that orbinel.h tells. Throws `WrongArgument`.

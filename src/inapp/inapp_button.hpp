@@ -7,7 +7,7 @@ namespace orbinel {
 
 // Why a message was closed, and what was clicked in it. A button's tag is the reason, except for the close button's.
 inline constexpr std::int32_t kBANNERCLICKED = 6;
-inline constexpr std::int32_t kBANNERDEEPLINKDISMISS = 7;
+inline constexpr std::int32_t kBANNERDEEPLINKDISMISS = 7;  // known to the backend; nothing here closes so
 inline constexpr std::int32_t inappCloseReasonKeyboardDismissType = 7;
 inline constexpr std::int32_t kDISSMISSTYPECONTROL = 8;
 inline constexpr std::int32_t kWEBVIEWCLICKED = 9;

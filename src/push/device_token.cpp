@@ -3,20 +3,9 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/hexadecimal.hpp"
 
 namespace orbinel {
-
-namespace {
-
-std::string lowerCaseHex(std::span<const std::uint8_t> bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    text.reserve(bytes.size() * 2);
-    for (const auto byte : bytes) text += {digits[byte >> 4U], digits[byte & 15U]};
-    return text;
-}
-
-}  // namespace
 
 void DeviceToken::registerDeviceToken(std::span<const std::uint8_t> deviceToken) noexcept {
     guarded(reports_, "+[Orbinel registerDeviceTokenWithApplication:deviceToken:]", [&] {

@@ -22,7 +22,15 @@ TYPES = {
     "orbinel_callback": ctypes.CFUNCTYPE(None, ctypes.c_void_p, ctypes.c_char_p),
     "orbinel_completion": ctypes.CFUNCTYPE(None, ctypes.c_void_p),
     "orbinel_destroy": ctypes.CFUNCTYPE(None, ctypes.c_void_p),
+    "orbinel_delegate_implementation": ctypes.CFUNCTYPE(
+        ctypes.c_bool, ctypes.c_void_p, ctypes.c_char_p, ctypes.c_char_p, ctypes.c_void_p),
 }
+
+
+TOKEN = b"application:didRegisterForRemoteNotificationsWithDeviceToken:"
+OPEN_URL = b"application:openURL:options:"
+HANDLE_OPEN_URL = b"application:handleOpenURL:"
+FETCHING = b"application:didReceiveRemoteNotification:fetchCompletionHandler:"
 
 
 def bind(library, headers):
@@ -121,12 +129,16 @@ class CInterface(unittest.TestCase):
         self.backend.server_close()
         self.directory.cleanup()
 
-    def launch(self):
+    def launch(self, initialise=True):
         host = orbinel["orbinel_start_linux"](self.options)
         self.assertTrue(host, orbinel["orbinel_last_error"]())
+        if initialise:
+            self.initialise()
+        return host
+
+    def initialise(self):
         orbinel["orbinel_init_with_launch_options_custom_endpoint"](
             None, b"acme", b"group.acme", self.backend.origin.encode())
-        return host
 
     def end(self, host):
         orbinel["orbinel_shutdown"]()
@@ -213,6 +225,62 @@ class CInterface(unittest.TestCase):
         self.assertEqual(self.text(orbinel["orbinel_get_orbinel_id"]()), "PERSON-2")
         orbinel["orbinel_identifiers_free"](identifiers)
 
+    def test_a_delegate_hears_and_answers_and_so_does_the_library(self):
+        heard, done, destroyed, kept = [], [], [], []
+
+        def implementation(user_data, operation, arguments, handler):
+            heard.append((user_data, operation, json.loads(arguments)))
+            if operation == FETCHING:
+                kept.append(orbinel["orbinel_completion_handler_copy"](handler))
+            return operation == OPEN_URL
+
+        self.kept += [TYPES["orbinel_delegate_implementation"](implementation), TYPES["orbinel_destroy"](destroyed.append),
+                      TYPES["orbinel_completion"](done.append)]
+        implementation, destroy, completion = self.kept
+        self.assertIsNone(orbinel["orbinel_delegate_create"](7, destroy))
+        self.assertEqual(destroyed, [7])
+        host = self.launch(initialise=False)
+        delegate = orbinel["orbinel_delegate_create"](8, destroy)
+        for operation in (TOKEN, OPEN_URL, FETCHING):
+            self.assertTrue(orbinel["orbinel_delegate_add_operation"](delegate, operation, implementation), self.error())
+        self.assertFalse(orbinel["orbinel_delegate_add_operation"](delegate, b"application:fly:", implementation))
+        self.assertIn('there is no operation "application:fly:"', self.error())
+        orbinel["orbinel_set_application_delegate"](delegate)
+        orbinel["orbinel_set_notification_delegate"](delegate)
+        self.initialise()
+
+        def perform(operation, **arguments):
+            return orbinel["orbinel_delegate_perform"](
+                delegate, operation, json.dumps(arguments).encode(), completion, 9, destroy)
+
+        self.assertFalse(perform(TOKEN, device_token="0aFF"))
+        self.assertTrue(perform(OPEN_URL, url="shop://test_device/T-1", options={"n": 1}))
+        self.assertFalse(perform(HANDLE_OPEN_URL, url="shop://x"), "only the library implements it")
+        self.assertFalse(perform(FETCHING, user_info={"aps": {"alert": "ä"}}))
+        self.assertEqual(heard, [(8, TOKEN, {"device_token": "0aff"}),
+                                 (8, OPEN_URL, {"url": "shop://test_device/T-1", "options": {"n": 1}}),
+                                 (8, FETCHING, {"user_info": {"aps": {"alert": "ä"}}})])
+        self.assertEqual((done, destroyed), ([9], [7, 9, 9, 9]), "what nobody implements is done")
+        for _ in range(2):
+            orbinel["orbinel_completion_handler_call"](kept[0])
+        orbinel["orbinel_completion_handler_free"](kept[0])
+        self.assertEqual((done, destroyed), ([9, 9], [7, 9, 9, 9, 9]))
+        for wrong in ({"device_token": "0"}, {"device_token": 1}, {"url": "x"}):
+            self.assertFalse(perform(TOKEN, **wrong))
+            self.assertIn(next(iter(wrong)), self.error())
+        self.assertEqual(len(heard), 3)
+
+        orbinel["orbinel_linux_did_become_active"](host)
+        self.run_until(host, lambda: [body for _, body in self.backend.arrived if body.get("token") == "T-1"])
+        orbinel["orbinel_linux_did_enter_background"](host)
+        self.run_until(host, self.backend.stops)
+        self.assertIn('"0aff"', json.dumps(self.backend.stops()))
+
+        self.end(host)
+        self.assertTrue(perform(OPEN_URL, url="shop://late"), "the application goes on hearing")
+        orbinel["orbinel_delegate_free"](delegate)
+        self.assertEqual(destroyed[-1], 8)
+
     def test_nothing_is_harmful_at_any_time(self):
         self.call_everything_with_nothing()
         host = self.launch()
@@ -232,7 +300,7 @@ class CInterface(unittest.TestCase):
             zeros = [kind(0) if kind in (ctypes.c_bool, ctypes.c_double, ctypes.c_int32, ctypes.c_int64, ctypes.c_size_t)
                      else kind() for kind in function.argtypes]
             result = function(*zeros)
-            kind = next((kind for kind in ("event", "user", "product", "identifiers", "sender")
+            kind = next((kind for kind in ("event", "user", "product", "identifiers", "sender", "delegate")
                          if name in MAKERS.get(kind, ())), None)
             if kind is not None:
                 orbinel["orbinel_%s_free" % kind](result)
@@ -243,7 +311,7 @@ class CInterface(unittest.TestCase):
 MAKERS = {
     "event": ("orbinel_tag_event", "orbinel_event_create"), "user": ("orbinel_get_current_user",),
     "product": ("orbinel_create_new_product_with_id",), "identifiers": ("orbinel_identifiers_create",),
-    "sender": ("orbinel_sender_create",),
+    "sender": ("orbinel_sender_create",), "delegate": ("orbinel_delegate_create",),
 }
 
 if __name__ == "__main__":

@@ -38,7 +38,7 @@ std::vector<std::string> codeOf(const std::filesystem::path& page) {
     bool inside = false;
     for (std::string line; std::getline(file, line);) {
         if (line.starts_with("```")) {
-            inside = line == "```cpp";
+            inside = line == "```cpp" || line == "```c";
             if (inside) blocks.emplace_back("\n");
         } else if (inside) {
             blocks.back() += withoutIndentation(line) + "\n";
@@ -48,7 +48,7 @@ std::vector<std::string> codeOf(const std::filesystem::path& page) {
 }
 
 TEST(Guide, EveryPieceOfCodeOnThePagesIsPartOfAnExample) {
-    std::string examples;
+    auto examples = linesOf(root / "tests/gtk/c_start_test.c");
     for (const auto* folder : {"examples/guide", "examples/application"}) {
         for (const auto& file : std::filesystem::directory_iterator(root / folder)) examples += linesOf(file.path());
     }

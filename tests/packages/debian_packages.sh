@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the Debian packages and looks into them: debian_packages.sh BUILD_FOLDER SCRATCH_FOLDER
+# Makes the Debian packages, looks into them, and installs them where that can be tried: debian_packages.sh BUILD_FOLDER SCRATCH_FOLDER
 set -euo pipefail
 build=$1 scratch=$2
 for tool in dpkg-deb dpkg-shlibdeps file; do
@@ -29,11 +29,18 @@ diff "$scratch/expected" "$scratch/packaged" || fail "What is installed (<) diff
 
 for name in liborbinel13 liborbinel-gtk13; do
     [[ -n $(package_file $name) ]] || continue
-    ! files_of $name | grep -vE '/liborbinel(-[a-z]+)?\.so\.13(\.9\.0)?$' || fail "$name holds more than libraries"
+    ! files_of $name | grep -vE '/liborbinel(-[a-z]+)?\.so\.13(\.9\.0)?$|^/usr/share/doc/' || fail "$name holds more than libraries"
 done
 files_of liborbinel-dev | grep -q /include/orbinel/orbinel.hpp || fail "liborbinel-dev is without headers"
 [[ $(field_of liborbinel-dev Depends) == *"liborbinel13 (= 13.9.0)"* ]] || fail "liborbinel-dev is without its library"
-[[ $(field_of liborbinel13 Depends) == *libcurl* ]] || fail "liborbinel13 asks for none of the libraries that it needs"
+for name in liborbinel13 orbinel-tools; do
+    [[ $(field_of $name Depends) == *sqlite* ]] || fail "$name asks for none of the libraries that it needs"
+    [[ $(field_of $name Depends) =~ libcurl[^,]*\(\>=\ 7.87\) ]] || fail "$name takes a libcurl without options that it sets"
+done
 for name in liborbinel13 liborbinel-dev orbinel-tools; do
     ! field_of $name Depends | grep -E 'gtk|webkit' || fail "$name asks for a window"
 done
+
+status=0
+"$(dirname "${BASH_SOURCE[0]}")/install_packages.sh" "$scratch" || status=$?
+((status == 77)) || exit $status  # what is skipped has been said

@@ -24,7 +24,8 @@ read -ra flags < <(PKG_CONFIG_PATH=$modules pkg-config --cflags --libs "orbinel-
 "${CXX:-c++}" -std=c++20 "$root/tests/consumer/main.cpp" "${flags[@]}" -o "$scratch/by_modules"
 LD_LIBRARY_PATH=$(dirname "$modules") "$scratch/by_modules"
 
-# The libraries would be built once more: whether they can be added is all that is asked.
+# The libraries would be built once more: what is asked is whether they can be added, and whether what links them
+# compiles. The consumer of this build is linked in the same way.
 echo "== add_subdirectory"
 mkdir "$scratch/parent"
 cat >"$scratch/parent/CMakeLists.txt" <<END
@@ -37,6 +38,8 @@ if(DEFINED CACHE{BUILD_SHARED_LIBS} OR TARGET orbinel_tool)
 endif()
 END
 cmake -S "$scratch/parent" -B "$scratch/parent/build" >"$scratch/parent.log"
+[[ ${CMAKE_GENERATOR:-} != Ninja ]] ||
+    cmake --build "$scratch/parent/build" --target consumer/CMakeFiles/consumer.dir/main.cpp.o
 
 # expect_refusal SENTENCE ARGUMENTS…: find_package(orbinel ARGUMENTS…) fails and says so, in whatever lines.
 expect_refusal() {

@@ -96,15 +96,22 @@ std::string publicHeaderWithoutComments(const std::string& file) {
     return std::regex_replace(text, std::regex(R"(//[^\n]*|/\*[^*]*\*+([^/*][^*]*\*+)*/|^#[^\n]*)"), "");
 }
 
+std::vector<PublicOperation> operationsOfHeader(const std::string& file) {
+    std::vector<PublicOperation> operations;
+    const auto rest = takeClasses(publicHeaderWithoutComments(file), operations);
+    static const std::regex shown(R"(ORBINEL_API [^;{}]*;)");
+    for (std::sregex_iterator it(rest.begin(), rest.end(), shown), end; it != end; ++it) {
+        addOperations(operations, "", it->str());
+    }
+    return operations;
+}
+
 std::vector<PublicOperation> publicOperations() {
     std::vector<PublicOperation> operations;
     for (const auto& entry : fs::directory_iterator(published)) {
         if (entry.path().extension() != ".hpp" || entry.path().filename() == "c_interface.hpp") continue;
-        const auto rest = takeClasses(publicHeaderWithoutComments(entry.path().filename().string()), operations);
-        static const std::regex shown(R"(ORBINEL_API [^;{}]*;)");
-        for (std::sregex_iterator it(rest.begin(), rest.end(), shown), end; it != end; ++it) {
-            addOperations(operations, "", it->str());
-        }
+        const auto ofHeader = operationsOfHeader(entry.path().filename().string());
+        operations.insert(operations.end(), ofHeader.begin(), ofHeader.end());
     }
     return operations;
 }

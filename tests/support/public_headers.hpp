@@ -17,6 +17,9 @@ struct PublicOperation {
     [[nodiscard]] std::string fullName() const;
 };
 
+/// Those of one header, by its path below include/orbinel.
+[[nodiscard]] std::vector<PublicOperation> operationsOfHeader(const std::string& file);
+
 [[nodiscard]] std::vector<PublicOperation> publicOperations();
 
 /// What the facade's header says above each function, by the function's name: the comment of its group, and behind it

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <map>
 #include <regex>
@@ -16,6 +18,8 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+using orbinel::testing::operationsOfHeader;
 using orbinel::testing::publicHeaderWithoutComments;
 using orbinel::testing::publicOperations;
 
@@ -24,25 +28,53 @@ const std::map<std::string, std::string> prefixes{{"", "orbinel_"},
                                                   {"OrbinelEvent", "orbinel_event_"},
                                                   {"OrbinelUser", "orbinel_user_"},
                                                   {"OrbinelProduct", "orbinel_product_"},
-                                                  {"OrbinelIdentifiers", "orbinel_identifiers_"}};
+                                                  {"OrbinelIdentifiers", "orbinel_identifiers_"},
+                                                  {"Delegate", "orbinel_delegate_"},
+                                                  {"DelegateClass", "orbinel_delegate_"},
+                                                  {"CompletionHandler", "orbinel_completion_handler_"}};
 
 // Values are JSON in C.
 const std::set<std::string> classesWithoutC{"Dictionary", "Value"};
 
+// Of the platform's headers, what applications use of them; the others are for ports.
+const std::string delegates = "platform/delegate.hpp";
+
 const std::set<std::string> operationsWithoutC{
+    // A delegate in C is one object with a class of its own, which nobody but the library changes afterwards.
+    "orbinel_delegate_exchange_implementations",
+    "orbinel_delegate_implementation",
+    "orbinel_delegate_implements",
+    "orbinel_delegate_name",
+    "orbinel_delegate_remove_operation",
+    "orbinel_delegate_responds_to",
+    "orbinel_delegate_type",
     "orbinel_start",             // takes services; each host has its own, such as orbinel_start_linux
     "orbinel_is_within_depth",   // of values
     "orbinel_product_internal",  // for the library's own use
 };
 
 // What classes do by themselves, and what C needs beside the operations.
-const std::set<std::string> functionsOfCAlone{"orbinel_last_error",       "orbinel_free",
-                                              "orbinel_sender_create",    "orbinel_sender_free",
-                                              "orbinel_event_create",     "orbinel_event_copy",
-                                              "orbinel_event_free",       "orbinel_user_copy",
-                                              "orbinel_user_free",        "orbinel_product_copy",
-                                              "orbinel_product_free",     "orbinel_identifiers_create",
-                                              "orbinel_identifiers_copy", "orbinel_identifiers_free"};
+const std::set<std::string> functionsOfCAlone{"orbinel_last_error",
+                                              "orbinel_free",
+                                              "orbinel_sender_create",
+                                              "orbinel_sender_free",
+                                              "orbinel_event_create",
+                                              "orbinel_event_copy",
+                                              "orbinel_event_free",
+                                              "orbinel_user_copy",
+                                              "orbinel_user_free",
+                                              "orbinel_product_copy",
+                                              "orbinel_product_free",
+                                              "orbinel_identifiers_create",
+                                              "orbinel_identifiers_copy",
+                                              "orbinel_identifiers_free",
+                                              "orbinel_delegate_create",
+                                              "orbinel_delegate_free",
+                                              "orbinel_completion_handler_call",
+                                              "orbinel_completion_handler_copy",
+                                              "orbinel_completion_handler_free",
+                                              "orbinel_set_application_delegate",
+                                              "orbinel_set_notification_delegate"};
 
 /// In lower case with "_" between the words; an abbreviation is one word, also in the plural ("productIDs").
 std::string inSnakeCase(const std::string& name) {
@@ -65,8 +97,11 @@ void addFunctions(std::set<std::string>& functions, const std::string& prefix, c
 }
 
 std::set<std::string> functionsThatOperationsMake() {
+    auto operations = publicOperations();
+    const auto ofDelegates = operationsOfHeader(delegates);
+    operations.insert(operations.end(), ofDelegates.begin(), ofDelegates.end());
     std::map<std::pair<std::string, std::string>, std::vector<std::vector<std::string>>> lists;
-    for (const auto& operation : publicOperations()) {
+    for (const auto& operation : operations) {
         if (classesWithoutC.count(operation.owner) != 0) continue;
         EXPECT_EQ(prefixes.count(operation.owner), 1U) << "the class has no place in the C interface";
         lists[{prefixes.at(operation.owner), operation.name}].push_back(operation.arguments);
@@ -77,11 +112,24 @@ std::set<std::string> functionsThatOperationsMake() {
 }
 
 std::set<std::string> functionsOfC() {
-    const auto text = publicHeaderWithoutComments("orbinel.h");
+    const auto text = publicHeaderWithoutComments("orbinel.h") + publicHeaderWithoutComments("orbinel_delegate.h");
     static const std::regex declared(R"(ORBINEL_API [^;]*?(orbinel_\w+)\()");
     std::set<std::string> functions;
     for (std::sregex_iterator it(text.begin(), text.end(), declared), end; it != end; ++it) functions.insert((*it)[1]);
     return functions;
+}
+
+/// What stands in quotes, joined with the name before it.
+std::set<std::string> namedTexts(const std::string& file, const std::string& pattern) {
+    std::ifstream stream(fs::path(ORBINEL_SOURCE_DIR) / "include" / "orbinel" / file);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    const std::regex named(pattern);
+    std::set<std::string> found;
+    for (std::sregex_iterator it(text.begin(), text.end(), named), end; it != end; ++it) {
+        auto name = inSnakeCase((*it)[1]);
+        found.insert(name + " " + (*it)[2].str());
+    }
+    return found;
 }
 
 std::set<std::string> without(const std::set<std::string>& all, const std::set<std::string>& some) {
@@ -98,4 +146,11 @@ TEST(CInterface, HasAFunctionForEachOperationAndNoOther) {
     EXPECT_GT(there.size(), 150U);
     EXPECT_THAT(without(wanted, there), ::testing::ElementsAreArray(operationsWithoutC)) << "missing in orbinel.h";
     EXPECT_THAT(without(there, wanted), ::testing::ElementsAreArray(functionsOfCAlone)) << "only in orbinel.h";
+}
+
+TEST(CInterface, NamesTheOperationsOfDelegatesAsTheyAreCalled) {
+    auto wanted = namedTexts(delegates, R"re(string_view (\w+) =\s+"([^"]+)")re");
+    EXPECT_EQ(wanted.erase("open_url_contexts scene:openURLContexts:"), 1U);  // no host of C has scenes
+    EXPECT_EQ(namedTexts("orbinel_delegate.h", R"re(#define ORBINEL_(\w+)[ \\\n]+"([^"]+)")re"), wanted);
+    EXPECT_EQ(wanted.size(), 10U);
 }

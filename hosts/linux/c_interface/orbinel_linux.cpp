@@ -2,17 +2,14 @@
 
 #include <chrono>
 #include <memory>
-#include <string>
 #include <string_view>
 #include <utility>
 
-#include "hosts/common/c_options.hpp"
-#include "hosts/common/rapidjson_json.hpp"
+#include "hosts/linux/c_interface/linux_options.hpp"
 #include "orbinel/c_interface.hpp"
 #include "orbinel/linux/linux_host.hpp"
 
 using orbinel::hosts::LinuxHost;
-using orbinel::hosts::LinuxHostOptions;
 namespace c_interface = orbinel::c_interface;
 namespace notification_names = orbinel::platform::notification_names;
 
@@ -21,20 +18,6 @@ struct orbinel_linux {
 };
 
 namespace {
-
-LinuxHostOptions optionsOf(const char* text) {
-    orbinel::hosts::COptions given(orbinel::hosts::RapidJson(), text);
-    LinuxHostOptions options;
-    given.text("data_directory", options.dataDirectory);
-    given.text("application_version", options.applicationVersion);
-    given.text("application_identifier", options.applicationIdentifier);
-    given.text("localisation", options.localisation);
-    given.texts("url_schemes", options.urlSchemes);
-    given.dictionary("information", options.information);
-    given.boolean("background_may_suspend", options.backgroundMaySuspend);
-    given.expectNoOthers();
-    return options;
-}
 
 template <typename Result, typename Step>
 Result onHost(const char* function, orbinel_linux* host, Result neutral, Step&& step) noexcept {
@@ -56,7 +39,7 @@ void post(const char* function, orbinel_linux* host, std::string_view name) noex
 
 orbinel_linux* orbinel_start_linux(const char* options) {
     return c_interface::run(__func__, static_cast<orbinel_linux*>(nullptr), [&] {
-        std::unique_ptr<orbinel_linux> made(new orbinel_linux{LinuxHost(optionsOf(options))});
+        std::unique_ptr<orbinel_linux> made(new orbinel_linux{LinuxHost(orbinel::hosts::linuxOptionsOf(options))});
         c_interface::start(made->host.services());
         return made.release();
     });

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "core/c_interface/json.hpp"
-#include "orbinel/c_interface.hpp"
 
 struct orbinel_sender {
     std::shared_ptr<orbinel::c_interface::Sender> sender;
@@ -30,12 +29,6 @@ std::function<void(const Container&)> jsonCallback(orbinel_callback callback, Us
 }
 
 }  // namespace
-
-UserData takeUserData(void* userData, orbinel_destroy destroy) {
-    return {userData, [destroy](void* data) {
-                if (destroy != nullptr) destroy(data);
-            }};
-}
 
 std::function<void(const std::string&)> textCallback(orbinel_callback callback, UserData userData) {
     if (callback == nullptr) return {};

@@ -5,17 +5,12 @@
 #include <optional>
 #include <string>
 
+#include "orbinel/c_interface.hpp"
 #include "orbinel/orbinel.h"
 #include "orbinel/value.hpp"
 
 /// What programs of other languages give to be called.
 namespace orbinel::c_interface {
-
-/// The pointer that a callback gets; the last copy calls `destroy`.
-using UserData = std::shared_ptr<void>;
-
-/// Calls `destroy` also where it throws for want of memory.
-[[nodiscard]] UserData takeUserData(void* userData, orbinel_destroy destroy);
 
 /// Empty where there is no function.
 [[nodiscard]] std::function<void(const std::string&)> textCallback(orbinel_callback callback, UserData userData);

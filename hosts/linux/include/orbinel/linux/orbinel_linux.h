@@ -24,6 +24,8 @@ typedef struct orbinel_linux orbinel_linux;
  *     "url_schemes"             array of texts in lower case
  *     "information"             object: what else the application says of itself
  *     "background_may_suspend"  boolean; false
+ *     "proxy"                   text: a URL, or "" for none; without it the environment's
+ *     "certificate_authorities" text: a file or directory; without it the environment's, else the system's
  *
  * NULL where that fails (`orbinel_last_error`); the host is the caller's. */
 ORBINEL_API orbinel_linux* orbinel_start_linux(const char* options);
