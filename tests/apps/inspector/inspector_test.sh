@@ -19,5 +19,7 @@ if ! cmp -s "$here/package-lock.json" "$folder/installed-lock.json"; then
     cp "$here/package-lock.json" "$folder/installed-lock.json"
 fi
 cp "$here"/*.mjs "$folder/"
+rm -rf "$folder/page"
+cp -r "$here/../../../apps/orbinel/backend/inspector" "$folder/page"
 cd "$folder"
-ORBINEL=$tool EXAMPLES=$here/../../../examples exec node --test --test-reporter=tap inspector.test.mjs
+ORBINEL=$tool EXAMPLES=$here/../../../examples exec node --test --test-reporter=tap inspector.test.mjs scenario.test.mjs

@@ -71,7 +71,8 @@ export function conditionHolds(condition, parameters) {
   return !Object.hasOwn(operators, condition.op) || operators[condition.op].holds(actual, condition.value);
 }
 
-function matches(campaign, event) {
+/** Whether an event with {parameters} is one that the campaign asks for. */
+export function meetsConditions(campaign, event) {
   const wanted = campaign.trigger_params;
   if (wanted === undefined || wanted === null) return true;
   if (isObject(wanted)) return Object.keys(wanted).length === 0;
@@ -147,7 +148,7 @@ export function verdictsOf(session) {
   const blocked = listOr(stop.blocked_inapps).filter(isObject);
   return campaigns.map(campaign => {
     const occurred = events.filter(event => event.name === campaign.trigger);
-    const matching = occurred.filter(event => matches(campaign, event));
+    const matching = occurred.filter(event => meetsConditions(campaign, event));
     const facts = {occurred, matching, needed: countOf(campaign)};
     const mine = outcomes.get(campaign);
     const about = {campaign, facts, session, campaigns, outcomes: mine,
