@@ -194,6 +194,50 @@ test('answers that are edited on the page are in force at the next start', () =>
   assert.equal((await play(origin, session('acme'))).status, 1);
 }));
 
+test('what is edited stays until it is saved, and takes nothing from another who saved first', () => withBackend(async (page, {origin}) => {
+  const start = one => one.getByRole('form', {name: 'Session start'});
+  const any = one => one.getByRole('form', {name: 'Any answer'});
+  const putInForce = form => form.getByRole('button', {name: 'Put in force'}).click();
+  const answered = async file => (await (await fetch(origin + '/inspect/answer-files')).json()).find(one => one.file === file).text;
+  await go(page, '#/answers');
+  await start(page).getByLabel('sdk_disabled').check();
+  await any(page).getByLabel('JSON').fill('{"campaigns": {}}');
+  await any(page).getByLabel('File').selectOption('geofences.json');
+  await any(page).getByLabel('JSON').fill('{"geofences": [1]}');
+  await putInForce(any(page));
+  await page.getByText('geofences.json is in force').waitFor();
+  assert.ok(await start(page).getByLabel('sdk_disabled').isChecked());
+  await go(page, '#/sessions');
+  await go(page, '#/answers');
+  await page.getByLabel('Answers for the partner').fill('acme');
+  await page.getByLabel('Answers for the partner').press('Enter');
+  await page.waitForFunction(() => !document.querySelector('form[aria-label="Session start"] input').checked);
+  await page.getByLabel('Answers for the partner').fill('');
+  await page.getByLabel('Answers for the partner').press('Enter');
+  assert.ok(await start(page).getByLabel('sdk_disabled').isChecked());
+  await any(page).getByLabel('File').selectOption('recommendations.json');
+  assert.equal(await any(page).getByLabel('JSON').inputValue(), '{"campaigns": {}}');
+
+  const other = await page.context().newPage();
+  await other.goto(origin + '/#/answers');
+  await start(other).getByLabel('reset_iid').check();
+  await putInForce(start(other));
+  await other.getByText('session_start.json is in force').waitFor();
+  await putInForce(start(page));
+  await start(page).getByText('changed elsewhere meanwhile').waitFor();
+  assert.match(await answered('session_start.json'), /"reset_iid": true/);
+  await start(page).getByRole('button', {name: 'Overwrite the other change'}).click();
+  await start(page).getByText('session_start.json is in force').waitFor();
+  assert.match(await answered('session_start.json'), /"sdk_disabled": true/);
+  await start(other).getByLabel('is_logging_enabled').check();
+  await putInForce(start(other));
+  await start(other).getByRole('button', {name: 'Drop mine, show the other'}).click();
+  await start(other).getByText('This is what is in force').waitFor();
+  assert.ok(await start(other).getByLabel('sdk_disabled').isChecked());
+  page.faults = page.faults.filter(text => !text.includes('409'));
+  await other.close();
+}));
+
 test('markup that a device sends stays text, wherever it is shown', () => withBackend(async (page, {origin, post}) => {
   const evil = '<img src=x onerror="window.hit=1"><script>window.hit=2</script>';
   const inapps = [{inapp_id: evil, trigger: evil, trigger_params: [{key: evil, op: evil, value: evil}], content: {connected_inapps: [{trigger: evil}]}, frequency: evil, delay: evil}];
