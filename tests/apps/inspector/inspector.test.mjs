@@ -131,7 +131,7 @@ test('why a message was not shown: the gate of each campaign', () => withBackend
 test('a session that is copied plays, and the page says what the copy cannot tell', () => withBackend(async (page, {origin}) => {
   await play(origin, await example('attributes'));
   await rows(page, 'Sessions').nth(1).click();
-  const untold = page.getByRole('region', {name: 'What the copy cannot tell'});
+  const untold = page.getByRole('region', {name: 'About the copy'});
   assert.equal(await untold.count(), 0);
   await page.getByRole('button', {name: 'Copy as scenario'}).click();
   await untold.getByText('When the user’s attributes were set does not arrive').waitFor();
@@ -319,6 +319,28 @@ function longByProcessorTime(trace) {
   assert.ok(tasks.length > 100);
   return tasks.map(task => task.tdur / 1000).filter(milliseconds => milliseconds > 50);
 }
+
+test('a page that stays open over the end of its backend follows the next one', async () => {
+  const first = await startBackend();
+  const page = await openPage(browser, first.origin);
+  let second;
+  try {
+    await first.post('/api/v3/session/start', {udid: 'before'});
+    await page.getByText('device before').waitFor();
+    await first.end();
+    await page.getByText('the backend does not answer').waitFor();
+    second = await startBackend(new URL(first.origin).port);
+    await page.getByText('Nothing has arrived yet').waitFor();
+    await second.post('/api/v3/session/start', {udid: 'after'});
+    await page.getByText('device after').waitFor();
+    await go(page, '#/live');
+    await page.getByText('The feed comes from a device that is connected').waitFor();
+    assert.deepEqual(page.faults.filter(text => !text.includes('net::ERR')), []);
+  } finally {
+    await page.context().close();
+    await second?.end();
+  }
+});
 
 test('every view fits a phone, in light and dark', async () => {
   for (const colorScheme of ['light', 'dark']) {

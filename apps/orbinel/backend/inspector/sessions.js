@@ -18,7 +18,7 @@ export function sessionsView(context) {
   const meta = make('p', {class: 'meta'});
   const back = make('a', {class: 'back', href: '#/sessions'}, '‹ Sessions');
   const why = make('a', {class: 'button'}, 'Why not shown?');
-  const untold = make('section', {class: 'untold', 'aria-label': 'What the copy cannot tell', hidden: true});
+  const untold = make('section', {class: 'untold', 'aria-label': 'About the copy', 'aria-live': 'polite', hidden: true});
   const copy = copyButton('Copy as scenario', () => {
     const {scenario, notes} = scenarioOf(session);
     showUntold(untold, notes);
@@ -69,7 +69,7 @@ export function sessionsView(context) {
 
 /** Beside a copied scenario: what the person may have to add to it. */
 function showUntold(node, notes) {
-  node.replaceChildren(make('h3', {}, 'What the copy cannot tell'), make('ul', {}, ...notes.map(note => make('li', {}, note))),
+  node.replaceChildren(make('h3', {}, 'About the copy'), make('ul', {}, ...notes.map(note => make('li', {}, note))),
                        make('button', {type: 'button', onclick: () => { node.hidden = true; }}, 'Hide'));
   node.hidden = notes.length === 0;
 }
