@@ -211,7 +211,7 @@ test('what is edited stays until it is saved, and takes nothing from another who
   await go(page, '#/answers');
   await page.getByLabel('Answers for the partner').fill('acme');
   await page.getByLabel('Answers for the partner').press('Enter');
-  await page.waitForFunction(() => !document.querySelector('form[aria-label="Session start"] input').checked);
+  await page.waitForFunction(() => document.querySelector('form[aria-label="Session start"] input')?.checked === false);
   await page.getByLabel('Answers for the partner').fill('');
   await page.getByLabel('Answers for the partner').press('Enter');
   assert.ok(await start(page).getByLabel('sdk_disabled').isChecked());
@@ -328,7 +328,7 @@ test('a page that stays open over the end of its backend follows the next one', 
     await first.post('/api/v3/session/start', {udid: 'before'});
     await page.getByText('device before').waitFor();
     await first.end();
-    await page.getByText('the backend does not answer').waitFor();
+    await page.getByText('the backend does not answer', {exact: true}).waitFor();
     second = await startBackend(new URL(first.origin).port);
     await page.getByText('Nothing has arrived yet').waitFor();
     await second.post('/api/v3/session/start', {udid: 'after'});
