@@ -144,17 +144,29 @@ test('a session that is copied plays, and the page says what the copy cannot tel
 test('a copied session plays whatever a device sent', () => withBackend(async (page, {origin, post}) => {
   await post('/api/v3/session/start', {udid: 'd'}, {ts: '99999999999999999999'});
   const odd = {a: null, b: {deep: [1]}, c: [1, 'x'], d: 1e300, e: -2147483649, f: '${endpoint}', '': '', g: [], h: '\u0000', i: {$ref: 'none'}};
-  const names = ['ok', '', 7, null, 'item_added_to_cart', 'confirmation_page_view', 'listing_page_view', 'item_removed_from_cart', 'constructor', '__proto__', 'session_start'];
+  const names = ['ok', '', 7, null, 'item_added_to_cart', 'confirmation_page_view', 'listing_page_view', 'item_removed_from_cart', 'constructor', '__proto__', 'session_start',
+    'push_session', 'mobile_recommendation_log', 'inapp_seen', 'sign_up_confirmation'];
   await post('/api/v3/session/stop', {udid: 'd', session_id: 'odd', timestamp: -1, session_duration: 'x',
     custom_events: [...names.map(event_name => ({event_name, timestamp: 1e15, event_params: odd})), null, 'text', {event_name: 'x', event_params: [1]},
+                    {event_name: 'mobile_recommendation_log', event_params: {recommendation_id: 7, action: 'view', request_url: '?%%%'}},
+                    {event_name: 'push_session', event_params: {camp_id: {$ref: 'none'}, via: 'x', aps: 5}},
                     {event_name: 'item_added_to_cart', event_params: {pid: '', na: '', ta: [1], piu: '', cu: '', up: -1, qu: 1e12}}],
     user_attributes: {na: 5, ag: 'x', ge: 'toString', bi: 'never', eo: 'yes', constructor: 1}, custom_attributes: odd,
-    device_attributes: {timezone: 'Nowhere/None', os_version: '', device_language: 7}}, {ts: 'never'});
-  await rows(page, 'Sessions').first().click();
-  await page.getByRole('button', {name: 'Copy as scenario'}).click();
-  await page.waitForFunction(() => navigator.clipboard.readText());
-  const {status, said} = await play(origin, await page.evaluate(() => navigator.clipboard.readText()));
-  assert.equal(status, 0, said);
+    inapp_logs: [odd, 7, {inapp_id: odd}], blocked_inapps: [odd, {inapp_id: 1, timestamp: 1e300}], survey_results: [odd, null], lead_logs: 'x',
+    content_logs: {...odd, '': {}, OrbinelTestContents: {content_id: 'x'}}, content_variables: odd, interactive_logs: [odd, {orbinelCarouselID: {$ref: 'none'}}],
+    removed_attributes: ['', 7, 'x'.repeat(10_000)], universal_link: 'no link', reason: 'login', user_identifiers: odd,
+    device_attributes: {timezone: 'Nowhere/None', os_version: '', device_language: 7, device_token: 'zz', idfa: odd, carrier: 'N/A'}}, {ts: 'never'});
+  await post('/api/message_center/v2/sdk/get', {udid: 'd', limit: 1e12, start_date: 'x', end_date: -1});
+  await post('/api/v1/test_device/add', {udid: 'd', token: odd});
+  await post('/api/identity/v3/get', {partner: 'acme', identifiers: odd});
+  for (const place of [0, 1]) {
+    await rows(page, 'Sessions').nth(place).click();
+    await page.evaluate(() => navigator.clipboard.writeText(''));
+    await page.getByRole('button', {name: /^Cop(ied|y as scenario)$/}).click();
+    await page.waitForFunction(() => navigator.clipboard.readText());
+    const {status, said} = await play(origin, await page.evaluate(() => navigator.clipboard.readText()));
+    assert.equal(status, 0, said);
+  }
 }));
 
 test('answers that are edited on the page are in force at the next start', () => withBackend(async (page, {origin}) => {

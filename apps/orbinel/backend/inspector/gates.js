@@ -1,4 +1,4 @@
-import {brief, isObject, listOr, numberOr, objectOr, textOr} from './format.js';
+import {brief, isObject, listOr, objectOr, textOr} from './format.js';
 
 // Why a campaign was not shown. A message passes these gates in this order; the log says at which one it stopped, and
 // where the log is silent, the events of the session say it.
