@@ -1,110 +1,18 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <httplib.h>
-#include <rapidjson/document.h>
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <algorithm>
-#include <atomic>
-#include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <functional>
 #include <future>
-#include <optional>
 #include <set>
 #include <thread>
 
-#include "tests/apps/tool_process.hpp"
-#include "tests/linux/temporary_directory.hpp"
+#include "tests/apps/backend_fixture.hpp"
 
+namespace orbinel::test {
 namespace {
 
-using orbinel::test::scrambled;
-using orbinel::test::ToolProcess;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::Not;
-
-constexpr const char* stop = "/api/v3/session/stop";
-constexpr const char* start = "/api/v3/session/start";
-constexpr const char* identity = "/api/identity/v3/get";
-constexpr const char* messages = "/api/message_center/v2/sdk/get";
-constexpr const char* consentSet = "/api/v1/privacy/gdpr/consent/set";
-constexpr const char* consentGet = "/api/v1/privacy/gdpr/consent/get";
-constexpr const char* timestamp = "1767225690";
-
-rapidjson::Document parsed(const std::string& text) {
-    rapidjson::Document document;
-    document.Parse(text.data(), text.size());
-    EXPECT_FALSE(document.HasParseError()) << text;
-    return document;
-}
-
-std::string compact(const rapidjson::Value& value) {
-    rapidjson::StringBuffer buffer;
-    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-    value.Accept(writer);
-    return buffer.GetString();
-}
-
-std::string envelope(const std::string& json) { return "{\"payload\":\"" + scrambled(json, timestamp) + "\"}"; }
-
-httplib::Headers usualHeaders() { return {{"ts", timestamp}, {"X-Requested-With", "acme"}}; }
-
-class Backend : public testing::Test {
-protected:
-    Backend() {
-        tool_.emplace(std::vector<std::string>{"backend", "--port", "0", "--answers", answers_.string(), "--templates",
-                                               answers_.string()});
-        const auto line = tool_->firstLine();
-        EXPECT_THAT(line, MatchesRegex("listening on http://127\\.0\\.0\\.1:[0-9]+"));
-        origin_ = line.substr(line.rfind(' ') + 1);
-    }
-
-    httplib::Result post(const std::string& path, const std::string& body, httplib::Headers headers = usualHeaders()) {
-        return httplib::Client(origin_).Post(path, headers, body, "application/json");
-    }
-
-    rapidjson::Document received(const std::string& query = "") {
-        const auto response = httplib::Client(origin_).Get("/inspect/requests" + query);
-        return parsed(response ? response->body : "[]");
-    }
-
-    /// Without the library's own taking apart of what looks like a query.
-    httplib::Result get(const std::string& target, const httplib::Headers& headers = usualHeaders()) {
-        return httplib::Client(origin_).Get(target, headers);
-    }
-
-    rapidjson::Document remembered(const std::string& name) { return parsed(get("/inspect/" + name)->body); }
-
-    std::string lastSummary() {
-        const auto requests = received();
-        return requests[requests.Size() - 1]["summary"].GetString();
-    }
-
-    httplib::Result override(const std::string& json) {
-        return httplib::Client(origin_).Put("/inspect/answer", json, "application/json");
-    }
-
-    void writeAnswer(const std::string& file, const std::string& text) { std::ofstream(answers_ / file) << text; }
-
-    /// Ends the backend and gives all that it printed.
-    std::string end() {
-        tool_->signal(SIGTERM);
-        EXPECT_EQ(tool_->wait(), 0);
-        return tool_->out();
-    }
-
-    orbinel::hosts::TemporaryDirectory directory_;
-    const std::filesystem::path answers_ = directory_.path();
-    std::string origin_;
-    std::optional<ToolProcess> tool_;
-};
 
 TEST_F(Backend, DecodesWhatAClientScrambled) {
     const std::string json =
@@ -515,162 +423,6 @@ TEST_F(Backend, ServesThePagesOfMessagesAndNothingElse) {
     std::filesystem::remove(outside);
 }
 
-// A page of another site that is open in the same browser must read nothing here, also under a name of its own that
-// leads to this machine, and change nothing.
-TEST_F(Backend, ListensToThisMachineAndItsOwnPageAlone) {
-    const auto port = origin_.substr(origin_.rfind(':'));
-    const auto reached = [&](const std::string& host) {
-        const auto status = get("/inspect/requests", {{"Host", host}})->status;
-        const auto api = httplib::Client(origin_).Post(start, {{"Host", host}}, "{}", "application/json")->status;
-        return status == 200 && api == 200;
-    };
-    for (const auto* name : {"127.0.0.1", "localhost", "LOCALHOST", "[::1]"}) EXPECT_TRUE(reached(name + port)) << name;
-    const auto before = received().Size();
-    for (const auto& host : {std::string("attacker.example") + port, std::string("localhost"), "127.0.0.1:1" + port,
-                             "localhost.attacker.example" + port, "localhost" + port + ".example", std::string()}) {
-        EXPECT_FALSE(reached(host)) << host;
-    }
-    EXPECT_EQ(received().Size(), before);
-
-    const auto forget = [&](const httplib::Headers& headers) {
-        return httplib::Client(origin_).Delete("/inspect/requests", headers)->status;
-    };
-    for (const auto* origin : {"http://attacker.example", "null", "https://127.0.0.1", "http://127.0.0.1:1"}) {
-        EXPECT_EQ(forget({{"Origin", origin}}), 403) << origin;
-        EXPECT_EQ(post(start, "{}", {{"Origin", origin}})->status, 403) << origin;
-    }
-    EXPECT_EQ(forget({{"Origin", "http://localhost" + port}}), 403) << "of this machine, but not the page's own";
-    EXPECT_EQ(get("/inspect/requests", {{"Sec-Fetch-Site", "cross-site"}})->status, 403);
-    EXPECT_EQ(get("/inspect/stream", {{"Sec-Fetch-Site", "same-site"}})->status, 403);
-    EXPECT_EQ(received().Size(), before);
-    EXPECT_EQ(forget({{"Origin", origin_}, {"Sec-Fetch-Site", "same-origin"}}), 200);
-}
-
-TEST_F(Backend, ServesAPageThatCanRunNothingButItsOwnFiles) {
-    const auto page = get("/");
-    EXPECT_THAT(page->body, AllOf(HasSubstr("<!DOCTYPE html>"), HasSubstr("</html>"), Not(HasSubstr("<script>")),
-                                  Not(HasSubstr("https://")), Not(HasSubstr("style="))));
-    EXPECT_THAT(page->get_header_value("Content-Security-Policy"),
-                AllOf(HasSubstr("default-src 'none'"), HasSubstr("script-src 'self';"),
-                      HasSubstr("trusted-types 'none'"), Not(HasSubstr("unsafe"))));
-    for (const auto& [path, type] : {std::pair{"/inspector/main.js", "text/javascript; charset=utf-8"},
-                                     {"/inspector/style.css", "text/css; charset=utf-8"},
-                                     {"/inspector/icon.svg", "image/svg+xml"},
-                                     {"/inspect/requests", "application/json"}}) {
-        const auto file = get(path);
-        EXPECT_EQ(file->get_header_value("Content-Type"), type);
-        EXPECT_EQ(file->get_header_value("X-Content-Type-Options"), "nosniff");
-    }
-    EXPECT_EQ(get("/inspector/../server.cpp")->status, 404);
-    EXPECT_EQ(httplib::Client(origin_).Delete("/")->status, 404);
-}
-
-/// The first events of a stream, until one that holds `last`.
-std::vector<std::string> streamed(
-    const std::string& origin, const std::string& last, const httplib::Headers& headers,
-    const std::function<void()>& begun = [] {}) {
-    std::string text;
-    httplib::Client(origin).Get("/inspect/stream", headers, [&](const char* bytes, std::size_t size) {
-        if (text.empty()) begun();
-        text.append(bytes, size);
-        return text.find(last) == std::string::npos || !text.ends_with("\n\n");
-    });
-    std::vector<std::string> events;
-    for (auto end = text.find("\n\n"); end != std::string::npos; end = text.find("\n\n")) {
-        events.push_back(text.substr(0, end));
-        text.erase(0, end + 2);
-    }
-    return events;
-}
-
-TEST_F(Backend, StreamsWhatWasWhatComesAndThatItWasForgotten) {
-    writeAnswer("session_start.json", R"({"session_id": "s-1"})");
-    for (int i = 0; i < 450; ++i) post("/x", "{}");
-    post(start, R"({"udid":"first"})");
-    const auto news = [&] { post(stop, envelope(R"({"udid":"second"})")); };
-    const auto events = streamed(origin_, "second", {}, news);
-    ASSERT_GE(events.size(), 3u) << "in portions";
-    const auto dataOf = [](const std::string& event) { return parsed(event.substr(event.find("data: ") + 6)); };
-    std::uint64_t id = 0;
-    for (const auto& event : events) {
-        const auto data = dataOf(event);
-        for (const auto& request : data["requests"].GetArray()) {
-            EXPECT_EQ(request["id"].GetUint64(), ++id);
-            EXPECT_FALSE(request.HasMember("body"));
-        }
-    }
-    EXPECT_EQ(id, 452u);
-    EXPECT_EQ(received("?since=450&limit=1")[0]["answer"], R"({"session_id": "s-1"})");
-    EXPECT_EQ(received("?since=450&limit=1").Size(), 1u);
-
-    const auto place = events.back().substr(4, events.back().find('\n') - 4);
-    post("/x", R"({"n":"third"})");
-    const auto resumed = streamed(origin_, "\"/x\"", {{"Last-Event-ID", place}});
-    ASSERT_EQ(resumed.size(), 1u);
-    EXPECT_EQ(dataOf(resumed[0])["requests"].Size(), 1u);
-    httplib::Client(origin_).Delete("/inspect/requests");
-    const auto cleared = streamed(origin_, "data", {{"Last-Event-ID", place}});
-    EXPECT_EQ(dataOf(cleared[0])["requests"].Size(), 0u);
-    EXPECT_NE(dataOf(cleared[0])["run"], dataOf(resumed[0])["run"]);
-}
-
-TEST_F(Backend, EndsWhileStreamsAreOpen) {
-    constexpr int most = 8;
-    std::vector<std::future<void>> open;
-    std::atomic<int> begun = 0;
-    for (int i = 0; i < most; ++i) {
-        open.push_back(std::async(std::launch::async, [&] { streamed(origin_, "never", {}, [&] { ++begun; }); }));
-    }
-    while (begun < most) std::this_thread::yield();
-    EXPECT_EQ(get("/inspect/stream")->status, 503);
-    EXPECT_EQ(post(start, "{}")->status, 200);
-    EXPECT_THAT(end(), HasSubstr("ended after 1 request"));
-}
-
-TEST_F(Backend, AnswersAsItIsEditedUntilThatIsTakenBack) {
-    writeAnswer("session_start.json", R"({"by": "file"})");
-    const auto edit = [&](const std::string& json) {
-        return httplib::Client(origin_).Put("/inspect/answer-files", json, "application/json")->status;
-    };
-    const auto answered = [&](const std::string& partner) {
-        return std::string(parsed(post(start, "{}", {{"X-Requested-With", partner}})->body)["by"].GetString());
-    };
-    EXPECT_EQ(edit(R"({"file":"session_start.json","text":"{\"by\": \"${origin}\"}"})"), 200);
-    EXPECT_EQ(edit(R"({"file":"session_start.json","partner":"acme","text":"{\"by\": \"acme\"}"})"), 200);
-    EXPECT_EQ(answered("acme"), "acme");
-    EXPECT_EQ(answered("another"), origin_);
-    std::filesystem::create_directory(answers_ / "own");
-    writeAnswer("own/session_start.json", R"({"by": "own file"})");
-    EXPECT_EQ(answered("own"), "own file");
-
-    const auto files = parsed(get("/inspect/answer-files?partner=acme")->body);
-    EXPECT_EQ(compact(files[0]), R"({"file":"session_start.json","path":"/api/v3/session/start","from":"edited",)"
-                                 R"("text":"{\"by\": \"acme\"}"})");
-    EXPECT_STREQ(files[1]["from"].GetString(), "built in");
-    for (const std::string refused :
-         {"", "[]", "{}", R"({"file":"../x","text":"{}"})", R"({"file":"session_start.json","text":"{"})",
-          R"({"file":"session_start.json","text":{}})", R"({"file":"session_start.json","partner":"../x","text":"{}"})",
-          R"({"file":"session_start.json","partner":5,"text":"{}"})"}) {
-        EXPECT_EQ(edit(refused), 400) << refused;
-    }
-    const auto takeBack = [&](const std::string& query) {
-        return httplib::Client(origin_).Delete("/inspect/answer-files?" + query)->status;
-    };
-    EXPECT_EQ(takeBack("file=session_start.json&partner=acme"), 200);
-    EXPECT_EQ(answered("acme"), origin_);
-    EXPECT_EQ(takeBack("file=session_start.json"), 200);
-    EXPECT_EQ(answered("acme"), "file");
-    EXPECT_EQ(takeBack("file=none"), 400);
-
-    const auto consent = [&](const std::string& json) {
-        return httplib::Client(origin_).Put("/inspect/consents", json, "application/json")->status;
-    };
-    EXPECT_EQ(consent(R"({"udid":"u","gdpr_consent":false})"), 200);
-    EXPECT_EQ(compact(remembered("consents")), R"([{"udid":"u","gdpr_consent":false}])");
-    EXPECT_EQ(consent(R"({"gdpr_consent":false})"), 400);
-    EXPECT_EQ(consent("7"), 400);
-}
-
 TEST_F(Backend, SharesItsPortWithNobody) {
     ToolProcess second({"backend", "--port", origin_.substr(origin_.rfind(':') + 1)});
     EXPECT_EQ(second.wait(), 1);
@@ -678,3 +430,4 @@ TEST_F(Backend, SharesItsPortWithNobody) {
 }
 
 }  // namespace
+}  // namespace orbinel::test

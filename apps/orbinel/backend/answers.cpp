@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t maxEdits = 200;
 constexpr std::size_t maxEdited = 1'000'000;  // bytes
+constexpr std::size_t versionLength = 16;     // hexadecimal digits, enough to tell texts apart
 
 void replaceAll(std::string& text, std::string_view what, std::string_view with) {
     for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size())) {
@@ -85,25 +86,56 @@ std::string Answers::bodyFor(const Endpoint& endpoint, const std::string& partne
     return text;
 }
 
-std::string Answers::edit(const Endpoint& endpoint, const std::string& partner, const std::string& text) {
-    if (!partner.empty() && !isPartnerName(partner)) {
-        return "A partner's name is made of a-z, 0-9 and _, begins with no _ and has 2 to 64 characters.";
-    }
-    if (text.size() > maxEdited) return "An edited answer is at most 1 MB long.";
-    const auto parsed = parseJson(text);
-    if (const auto* fault = std::get_if<JsonFault>(&parsed)) {
-        return "The answer is not JSON, " + describeFault(*fault, text) + ".";
-    }
-    const Place place{partner, endpoint.answerFile};
-    const MutexLock lock(mutex_);
-    if (edited_.size() >= maxEdits && !edited_.contains(place)) return "Too many answers are edited.";
-    edited_[place] = text;
-    return {};
+std::string Answers::Source::version() const {
+    gchar* sum = g_compute_checksum_for_string(G_CHECKSUM_SHA256, text.data(), static_cast<gssize>(text.size()));
+    std::string version(sum, versionLength);
+    g_free(sum);
+    return version;
 }
 
-void Answers::takeBack(const Endpoint& endpoint, const std::string& partner) {
-    const MutexLock lock(mutex_);
-    edited_.erase({partner, std::string(endpoint.answerFile)});
+/// Files are read without the lock: where somebody else made a change meanwhile, all is looked at again.
+template <typename Change>
+Answers::Outcome Answers::change(const Endpoint& endpoint, const std::string& partner, const std::string& basedOn,
+                                 const Change& change) {
+    const auto changesSoFar = [this] {
+        const MutexLock lock(mutex_);
+        return changes_;
+    };
+    while (true) {
+        const auto before = changesSoFar();
+        if (!basedOn.empty() && sourceFor(endpoint, partner).version() != basedOn) {
+            return {std::string(endpoint.answerFile) + " was changed elsewhere meanwhile.", true};
+        }
+        const MutexLock lock(mutex_);
+        if (changes_ != before) continue;
+        ++changes_;
+        return {change(edited_), false};
+    }
+}
+
+Answers::Outcome Answers::edit(const Endpoint& endpoint, const std::string& partner, const std::string& text,
+                               const std::string& basedOn) {
+    if (!partner.empty() && !isPartnerName(partner)) {
+        return {"A partner's name is made of a-z, 0-9 and _, begins with no _ and has 2 to 64 characters.", false};
+    }
+    if (text.size() > maxEdited) return {"An edited answer is at most 1 MB long.", false};
+    const auto parsed = parseJson(text);
+    if (const auto* fault = std::get_if<JsonFault>(&parsed)) {
+        return {"The answer is not JSON, " + describeFault(*fault, text) + ".", false};
+    }
+    return change(endpoint, partner, basedOn, [&](Edits& edited) -> std::string {
+        const Place place{partner, endpoint.answerFile};
+        if (edited.size() >= maxEdits && !edited.contains(place)) return "Too many answers are edited.";
+        edited[place] = text;
+        return {};
+    });
+}
+
+Answers::Outcome Answers::takeBack(const Endpoint& endpoint, const std::string& partner, const std::string& basedOn) {
+    return change(endpoint, partner, basedOn, [&](Edits& edited) -> std::string {
+        edited.erase({partner, std::string(endpoint.answerFile)});
+        return {};
+    });
 }
 
 }  // namespace orbinel::tool

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -32,23 +33,35 @@ public:
     struct Source {
         std::string text;  // valid JSON, its placeholders as they stand
         Origin origin;
+        [[nodiscard]] std::string version() const;  // another one for another text
     };
     [[nodiscard]] Source sourceFor(const Endpoint& endpoint, const std::string& partner) const;
 
-    /// Puts a text in place of a file; `partner` empty: of the one for everybody. Returns why not, a sentence, empty
-    /// when all is well.
-    [[nodiscard]] std::string edit(const Endpoint& endpoint, const std::string& partner, const std::string& text);
-    /// The file counts again.
-    void takeBack(const Endpoint& endpoint, const std::string& partner);
+    struct Outcome {
+        std::string refusal;  // a sentence, empty when all is well
+        bool outdated = false;
+    };
+    /// Puts a text in place of a file; `partner` empty: of the one for everybody. Where `basedOn` is not empty and no
+    /// more the version in force, somebody else has changed it meanwhile: then nothing changes.
+    [[nodiscard]] Outcome edit(const Endpoint& endpoint, const std::string& partner, const std::string& text,
+                               const std::string& basedOn);
+    /// The file counts again; `basedOn` as above.
+    [[nodiscard]] Outcome takeBack(const Endpoint& endpoint, const std::string& partner, const std::string& basedOn);
 
 private:
     using Place = std::pair<std::string, std::string>;  // partner, file
+    using Edits = std::map<Place, std::string>;
+
+    template <typename Change>
+    [[nodiscard]] Outcome change(const Endpoint& endpoint, const std::string& partner, const std::string& basedOn,
+                                 const Change& change);
 
     [[nodiscard]] std::optional<std::string> editedText(const Endpoint& endpoint, const std::string& partner) const;
 
     const std::filesystem::path directory_;
     mutable Mutex mutex_;
-    std::map<Place, std::string> edited_ ORBINEL_GUARDED_BY(mutex_);
+    Edits edited_ ORBINEL_GUARDED_BY(mutex_);
+    std::uint64_t changes_ ORBINEL_GUARDED_BY(mutex_) = 0;  // so many have been made
 };
 
 }  // namespace orbinel::tool

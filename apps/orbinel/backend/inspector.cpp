@@ -84,6 +84,9 @@ struct Inspector::Exchange {
     void answer(const std::string& sentence) {
         sentence.empty() ? answer(200, success) : answer(400, errorBody(sentence));
     }
+    void answer(const Answers::Outcome& outcome) {
+        outcome.outdated ? answer(409, errorBody(outcome.refusal)) : answer(outcome.refusal);
+    }
     /// Nothing where the body is no object, which has been answered then.
     std::optional<rapidjson::Document> object() {
         auto parsed = parseJson(body);
@@ -176,6 +179,7 @@ void Inspector::giveAnswerFiles(Exchange& exchange) {
                             writeMember(writer, "file", endpoint.answerFile);
                             writeMember(writer, "path", endpoint.path);
                             writeMember(writer, "from", nameOf(source.origin));
+                            writeMember(writer, "version", source.version());
                             writeMember(writer, "text", source.text);
                             writer.EndObject();
                         }
@@ -190,17 +194,20 @@ void Inspector::editAnswerFile(Exchange& exchange) {
     const auto file = members.text("file");
     const auto partner = members.text("partner");
     const auto text = members.text("text");
+    const auto basedOn = members.text("version");
     if (!members.problem().empty()) return exchange.answer(members.problem() + '.');
     const auto* endpoint = endpointWithFile(file);
-    exchange.answer(endpoint == nullptr ? unknownFile(file) : needs_.service.answers().edit(*endpoint, partner, text));
+    if (endpoint == nullptr) return exchange.answer(unknownFile(file));
+    exchange.answer(needs_.service.answers().edit(*endpoint, partner, text, basedOn));
 }
 
 void Inspector::takeAnswerFileBack(Exchange& exchange) {
-    const auto file = exchange.request.get_param_value("file");
+    const auto& request = exchange.request;
+    const auto file = request.get_param_value("file");
     const auto* endpoint = endpointWithFile(file);
     if (endpoint == nullptr) return exchange.answer(unknownFile(file));
-    needs_.service.answers().takeBack(*endpoint, exchange.request.get_param_value("partner"));
-    exchange.answer(200, success);
+    exchange.answer(needs_.service.answers().takeBack(*endpoint, request.get_param_value("partner"),
+                                                      request.get_param_value("version")));
 }
 
 void Inspector::setConsent(Exchange& exchange) {

@@ -8,8 +8,8 @@ import {chromium} from 'playwright-core';
 const tool = process.env.ORBINEL;
 export const examples = process.env.EXAMPLES;
 
-export async function startBackend() {
-  const process = spawn(tool, ['backend', '--port', '0', '--quiet', '--answers', examples + '/backend', '--templates', examples + '/templates']);
+export async function startBackend(port = '0') {
+  const process = spawn(tool, ['backend', '--port', port, '--quiet', '--answers', examples + '/backend', '--templates', examples + '/templates']);
   const [line] = await once(process.stdout, 'data');
   const origin = /http:\/\/[^\s]+/.exec(line)[0];
   const post = (path, body, headers = {}) => fetch(origin + path, {method: 'POST', body: typeof body === 'string' ? body : JSON.stringify(body),

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Tests the inspector page in a real browser: inspector_test.sh ORBINEL BUILD_FOLDER. Exit status 77: it cannot run here.
+# Tests the inspector page: inspector_test.sh ORBINEL BUILD_FOLDER TEST…. Exit status 77: it cannot run here.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 tool=$1 folder=$2
+shift 2
 
 skip() {
     echo "skipped: $1"
@@ -19,5 +20,7 @@ if ! cmp -s "$here/package-lock.json" "$folder/installed-lock.json"; then
     cp "$here/package-lock.json" "$folder/installed-lock.json"
 fi
 cp "$here"/*.mjs "$folder/"
+rm -rf "$folder/page"
+cp -r "$here/../../../apps/orbinel/backend/inspector" "$folder/page"
 cd "$folder"
-ORBINEL=$tool EXAMPLES=$here/../../../examples exec node --test --test-reporter=tap inspector.test.mjs
+ORBINEL=$tool EXAMPLES=$here/../../../examples exec node --test --test-reporter=tap "$@"

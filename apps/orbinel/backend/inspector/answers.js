@@ -9,65 +9,182 @@ const consentChoices = {true: 'given', false: 'refused'};
 /** Campaigns, contents, recommendations and switches of the session start; consents; every other answer as text. */
 export function answersView(context) {
   const partners = make('datalist', {id: 'partners'});
-  const partner = make('input', {list: 'partners', autocomplete: 'off', spellcheck: 'false', onchange: () => load()});
+  const partner = make('input', {list: 'partners', autocomplete: 'off', spellcheck: 'false', onchange: () => choosePartner()});
   const told = make('p', {role: 'status', class: 'told'});
-  const start = make('div', {});
-  const files = make('div', {});
+  const forms = make('div', {});
   const consents = make('div', {});
+  const tellConsent = (text, isBad = false) => tellIn(told, text, isBad);
   const node = make('div', {class: 'page'}, partners,
     make('div', {class: 'filters'}, field('Answers for the partner', partner, 'Empty: for every partner without its own')),
-    told, start, make('section', {'aria-label': 'Consents'}, make('h2', {}, 'Consents of devices'), consents), files);
-  let loaded = false;
-  let dirty = false;  // what is being edited stays when the person looks at another view
-  for (const part of [start, files]) part.addEventListener('input', () => { dirty = true; });
+    forms, make('section', {'aria-label': 'Consents'}, make('h2', {}, 'Consents of devices'), consents, told));
+  const sets = new Map();  // partner -> its forms, kept as long as they have edits
+  let loaded = null;       // the run of the backend that is shown
 
-  function tell(text, isBad = false) {
-    told.textContent = text;
-    told.classList.toggle('problem', isBad);
-  }
-
-  async function save(file, text) {
-    const response = await ask('PUT', '/inspect/answer-files', {partner: partner.value.trim(), file, text});
-    if (response.error) return tell(response.error, true);
-    await load();
-    tell(`${file} is in force for ${partner.value.trim() || 'everybody'} from the next request on.`);
-  }
-
-  async function takeBack(file) {
-    const query = new URLSearchParams({file, partner: partner.value.trim()});
-    const response = await ask('DELETE', '/inspect/answer-files?' + query);
-    if (response.error) return tell(response.error, true);
-    await load();
-    tell(`${file} is taken from the directory again.`);
+  function choosePartner() {
+    const name = partner.value.trim();
+    for (const [other, forms] of sets) if (other !== name && !forms.hasEdits()) sets.delete(other);
+    if (!sets.has(name)) sets.set(name, new PartnerForms(name));
+    const chosen = sets.get(name);
+    forms.replaceChildren(chosen.node);
+    chosen.load();
   }
 
   async function load() {
-    const found = await ask('GET', '/inspect/answer-files?' + new URLSearchParams({partner: partner.value.trim()}));
-    if (found.error) return tell(found.error, true);
-    dirty = false;
-    const startAnswer = found.find(one => one.file === startFile);
-    start.replaceChildren(startForm(startAnswer, save, takeBack, tell));
-    files.replaceChildren(fileForm(found, save, takeBack));
+    choosePartner();
     const devices = await ask('GET', '/inspect/consents');
-    consents.replaceChildren(consentTable(listOr(devices), tell));
+    consents.replaceChildren(consentTable(listOr(devices), tellConsent));
   }
+
+  addEventListener('beforeunload', event => {
+    if ([...sets.values()].some(one => one.hasEdits())) event.preventDefault();
+  });
 
   return {
     node,
-    open() { loaded = dirty; },
+    open() { loaded = null; },
     update() {
       const known = [...context.store.partners].slice(-200);
       if (partners.childElementCount !== known.length) partners.replaceChildren(...known.map(value => make('option', {value})));
-      if (!loaded) { loaded = true; load(); }
+      const run = context.store.run ?? 'none yet';
+      if (loaded !== run) { loaded = run; load(); }
     },
   };
+}
+
+function tellIn(node, text, isBad) {
+  node.textContent = text;
+  node.classList.toggle('problem', isBad);
+}
+
+/** The forms of one partner. Each keeps what is being edited in it, whatever becomes of the others. */
+class PartnerForms {
+  constructor(partner) {
+    this.partner = partner;
+    this.start = new EditedForm(this, 'Session start', source => startParts(source));
+    this.any = new EditedForm(this, 'Any answer', source => fileParts(source, this));
+    this.node = make('div', {}, this.start.node, this.any.node);
+    this.chosenFile = 'recommendations.json';
+    this.drafts = new Map();  // of the form for any file -> {text, source}
+    this.asked = 0;
+  }
+
+  hasEdits() { return this.start.dirty || this.any.dirty || this.drafts.size > 0; }
+
+  async load() {
+    const asked = ++this.asked;
+    const found = await ask('GET', '/inspect/answer-files?' + new URLSearchParams({partner: this.partner}));
+    if (asked !== this.asked) return;
+    if (found.error) return this.start.tell(found.error, true);
+    this.found = found;
+    this.start.offer(this.sourceOf(startFile));
+    this.any.offer(this.sourceOf(this.chosenFile));
+  }
+
+  /** Another file in the form for any: what is edited in this one is there again when the person comes back to it. */
+  chooseFile(file) {
+    const {any, drafts} = this;
+    if (any.dirty) drafts.set(this.chosenFile, {text: any.parts.read(), source: any.source});
+    else drafts.delete(this.chosenFile);
+    this.chosenFile = file;
+    const draft = drafts.get(file);
+    any.show(draft?.source ?? this.sourceOf(file));
+    if (draft) { any.parts.write(draft.text); any.setDirty(true); }
+    any.tell('');
+    any.fields.querySelector('select').focus();
+  }
+
+  sourceOf(file) { return this.found.find(one => one.file === file); }
+}
+
+/** A form over one answer: what it was made from, whether it has edits, and what to do where somebody else saved first. */
+class EditedForm {
+  /** `makeParts` gives {nodes, read()} for a source; read() gives the text, or throws a sentence. */
+  constructor(forms, title, makeParts) {
+    Object.assign(this, {forms, title, makeParts, dirty: false});
+    this.tag = make('span', {class: 'tag'});
+    this.unsaved = make('span', {class: 'tag unsaved', hidden: true}, 'not saved');
+    this.told = make('p', {role: 'status', class: 'told'});
+    this.choices = make('div', {class: 'actions'});
+    this.fields = make('div', {});
+    this.fields.addEventListener('input', () => this.setDirty(true));
+    this.node = make('form', {'aria-label': title, onsubmit: event => { event.preventDefault(); this.submit(); }},
+      make('h2', {}, title + ' ', this.tag, ' ', this.unsaved), this.fields, this.told, this.choices);
+  }
+
+  /** What the backend answers now: shown, unless there are edits. */
+  offer(source) { if (!this.dirty) this.show(source); }
+
+  show(source) {
+    this.source = source;
+    this.parts = this.makeParts(source);
+    this.fields.replaceChildren(...this.parts.nodes);
+    this.tag.textContent = source.from;
+    this.setDirty(false);
+    this.offerChoices();
+  }
+
+  setDirty(dirty) {
+    this.dirty = dirty;
+    this.unsaved.hidden = !dirty;
+    if (dirty) tellIn(this.told, '', false);
+  }
+
+  offerChoices() {
+    this.choices.replaceChildren(make('button', {type: 'submit', class: 'first'}, 'Put in force'),
+      this.source.from === 'edited' ? make('button', {type: 'button', onclick: () => this.takeBack(this.source.version)}, 'Take back') : '');
+  }
+
+  tell(text, isBad = false) { tellIn(this.told, text, isBad); }
+
+  submit(basedOn = this.source.version) {
+    try {
+      return this.save(this.parts.read(), basedOn);
+    } catch (wrong) {
+      this.tell(wrong.message, true);
+    }
+  }
+
+  async save(text, version) {
+    const {file} = this.source;
+    const {partner} = this.forms;
+    const response = await ask('PUT', '/inspect/answer-files', {partner, file, text, version});
+    await this.after(response, `${file} is in force for ${partner || 'everybody'} from the next request on.`, () => this.submit(''));
+  }
+
+  async takeBack(version) {
+    const {file} = this.source;
+    const response = await ask('DELETE', '/inspect/answer-files?' + new URLSearchParams({file, partner: this.forms.partner, version}));
+    await this.after(response, `${file} is taken from the directory again.`, () => this.takeBack(''));
+  }
+
+  async after(response, success, allTheSame) {
+    if (response.status === 409) return this.offerTheOther(response.error, allTheSame);
+    if (response.error) return this.tell(response.error, true);
+    this.setDirty(false);
+    this.forms.drafts.delete(this.source.file);
+    await this.forms.load();
+    this.tell(success);
+  }
+
+  /** Nothing was overwritten, and nothing is lost: the person says whose text counts. */
+  offerTheOther(sentence, allTheSame) {
+    this.tell(sentence + ' What you see here has not been saved.', true);
+    this.choices.replaceChildren(make('button', {type: 'button', class: 'first', onclick: allTheSame}, 'Overwrite the other change'),
+      make('button', {type: 'button', onclick: async () => {
+        this.setDirty(false);
+        await this.forms.load();
+        this.tell('This is what is in force.');
+      }}, 'Drop mine, show the other'));
+    this.choices.firstChild.focus();
+  }
 }
 
 /** The answer, or {error: a sentence}. */
 async function ask(method, path, body) {
   try {
     const response = await fetch(path, {method, body: body && JSON.stringify(body), headers: body ? {'Content-Type': 'application/json'} : {}});
-    return await response.json();
+    const answer = await response.json();
+    return response.ok ? answer : {error: answer.error ?? `The backend answered ${response.status}.`, status: response.status};
   } catch {
     return {error: 'The backend does not answer.'};
   }
@@ -75,26 +192,14 @@ async function ask(method, path, body) {
 
 // --- The session start ---
 
-function startForm({text, from}, save, takeBack, tell) {
+function startParts({text}) {
   const answer = objectOr(JSON.parse(text));
   const parts = [switches(answer), campaigns(answer), contents(answer), recommendations(answer)];
-  const form = make('form', {'aria-label': 'Session start', onsubmit: event => {
-    event.preventDefault();
-    try {
-      const edited = {...answer};
-      for (const part of parts) part.write(edited);
-      save(startFile, JSON.stringify(edited, null, 2));
-    } catch (wrong) {
-      tell(wrong.message, true);
-      say(wrong.message);
-    }
-  }}, make('h2', {}, 'Session start ', make('span', {class: 'tag'}, from)), ...parts.map(part => part.node), buttons(startFile, from, takeBack));
-  return form;
-}
-
-function buttons(file, from, takeBack) {
-  return make('div', {class: 'actions'}, make('button', {type: 'submit', class: 'first'}, 'Put in force'),
-    from === 'edited' ? make('button', {type: 'button', onclick: () => takeBack(file)}, 'Take back') : '');
+  return {nodes: parts.map(part => part.node), read() {
+    const edited = {...answer};
+    for (const part of parts) part.write(edited);
+    return JSON.stringify(edited, null, 2);
+  }};
 }
 
 function fieldset(legend, ...children) {
@@ -159,17 +264,26 @@ function editableList(entries, addLabel, blank, makeEntry) {
     const entry = makeEntry(value);
     const item = make('li', {}, entry.node, make('button', {type: 'button', onclick: () => {
       made.splice(made.indexOf(entry), 1);
+      const next = item.nextElementSibling ?? item.previousElementSibling;
       item.remove();
+      tellOfEdit(list);
       say('Removed');
+      (next?.querySelector('summary, input, textarea, select') ?? button).focus();
     }}, 'Remove'));
     made.push(entry);
     list.append(item);
     return item;
   };
   for (const value of entries) add(value);
-  const button = make('button', {type: 'button', onclick: () => add(blank()).querySelector('input, textarea, select')?.focus()}, addLabel);
+  const button = make('button', {type: 'button', onclick: () => {
+    add(blank()).querySelector('input, textarea, select')?.focus();
+    tellOfEdit(list);
+  }}, addLabel);
   return {node: make('div', {}, list, button), read: () => made.map(entry => entry.read())};
 }
+
+/** An entry that comes or goes is an edit too. */
+function tellOfEdit(node) { node.dispatchEvent(new Event('input', {bubbles: true})); }
 
 function campaigns(answer) {
   const newOne = () => ({inapp_id: 1 + Math.max(0, ...listOr(answer.inapps).map(one => Number(objectOr(one).inapp_id) || 0)), variant_id: 1, priority: 10,
@@ -240,21 +354,17 @@ function recommendations(answer) {
 
 // --- Any file ---
 
-function fileForm(found, save, takeBack) {
-  const choice = make('select', {onchange: () => show()}, ...found.map(one => make('option', {value: one.file}, `${one.file} (${one.path})`)));
+/** Each file keeps its own draft while another one is looked at. */
+function fileParts(source, forms) {
+  const choice = make('select', {}, ...forms.found.map(one => make('option', {value: one.file}, `${one.file} (${one.path})`)));
   const text = make('textarea', {rows: 14, spellcheck: 'false'});
-  const tag = make('span', {class: 'tag'});
-  const actions = make('div', {});
-  const show = () => {
-    const file = found.find(one => one.file === choice.value);
-    text.value = file.text;
-    tag.textContent = file.from;
-    actions.replaceChildren(buttons(file.file, file.from, takeBack));
-  };
-  choice.value = 'recommendations.json';
-  show();
-  return make('form', {'aria-label': 'Any answer', onsubmit: event => { event.preventDefault(); save(choice.value, text.value); }},
-    make('h2', {}, 'Any answer ', tag), field('File', choice), field('JSON', text, '${origin} is this address, ${uuid} a fresh identifier'), actions);
+  choice.value = source.file;
+  text.value = source.text;
+  // The choice alone is no edit.
+  choice.addEventListener('input', event => event.stopPropagation());
+  choice.addEventListener('change', () => forms.chooseFile(choice.value));
+  return {nodes: [field('File', choice), field('JSON', text, '${origin} is this address, ${uuid} a fresh identifier')],
+          read: () => text.value, write(draft) { text.value = draft; }};
 }
 
 // --- Consents ---

@@ -8,10 +8,12 @@ const marks = {request: '⇄', event: '●', message: '▣', feed: '»', log: '�
 
 /** A list of timeline entries that a search and a choice of kinds narrow down. */
 export class EntryList {
-  constructor({label, details, newestFirst = false, chosen}) {
+  constructor({label, details, newestFirst = false, chosen, ifNone = 'Nothing has come yet.'}) {
     this.list = new VirtualList({label, rowHeight: 56, fill, newestFirst, chosen: row => { details.show(row); chosen?.(row); }});
     this.count = make('p', {class: 'count'});
-    this.node = make('div', {class: 'entries'}, this.count, this.list.node);
+    this.none = make('p', {class: 'none'});
+    this.ifNone = ifNone;
+    this.node = make('div', {class: 'entries'}, this.count, this.none, this.list.node);
     this.searched = '';
   }
 
@@ -19,6 +21,7 @@ export class EntryList {
     this.cancel?.();
     this.cancel = filterInSlices(rows, row => passes(row) && (!search || textOf(row).includes(search)), found => {
       this.list.set(found);
+      this.none.textContent = found.length > 0 ? '' : rows.length > 0 ? 'None of the entries passes the search and the choice of kinds.' : this.ifNone;
       if (search !== this.searched) say(`${found.length} found`);
       this.searched = search;
       this.count.textContent = found.length === rows.length ? `${rows.length.toLocaleString('en')} entries`

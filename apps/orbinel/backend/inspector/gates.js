@@ -1,4 +1,4 @@
-import {brief, isObject, listOr, numberOr, objectOr, textOr} from './format.js';
+import {brief, isObject, listOr, objectOr, textOr} from './format.js';
 
 // Why a campaign was not shown. A message passes these gates in this order; the log says at which one it stopped, and
 // where the log is silent, the events of the session say it.
@@ -71,7 +71,8 @@ export function conditionHolds(condition, parameters) {
   return !Object.hasOwn(operators, condition.op) || operators[condition.op].holds(actual, condition.value);
 }
 
-function matches(campaign, event) {
+/** Whether an event with {parameters} is one that the campaign asks for. */
+export function meetsConditions(campaign, event) {
   const wanted = campaign.trigger_params;
   if (wanted === undefined || wanted === null) return true;
   if (isObject(wanted)) return Object.keys(wanted).length === 0;
@@ -102,21 +103,51 @@ const byEvent = {
   'Other app template on screen': ['screen', 'Another message was on the screen.'],
   'Orientation is not portrait': ['screen', 'The device was held sideways when its event came.'],
 };
+const ofTheChosen = {
+  'Blocked in-app message removed.': ['allowed', 'The application hides messages (disableInAppMessages).'],
+  "Can't show inapp.": ['group', 'This user is in the control group: nothing is shown, only noted.'],
+  "Webview can't load.": ['page', 'It has no page: its content names neither an address nor a picture.'],
+};
+const notACustomScreen = 'inappPosition is not kCUSTOMSREEN';
 const ofTheOneOnScreen = {
   'Inapp has been shown.': ['shown'],
   'Application state is background.': ['moment', 'The application was in the background when it was to appear.'],
   'InApp already in view.': ['moment', 'A page of a push was open when it was to appear.'],
+  'In-app messages disabled and removed.': ['allowed', 'The application hid messages while it was there (disableInAppMessages).'],
 };
+// How far the message on the screen has come when these lines are written.
+const stages = {
+  'App template load request': 'loading', 'Webview delay received.': 'delayed', 'showInapp has been called.': 'due', 'Inapp has been shown.': 'settled',
+  'Application state is background.': 'settled', 'InApp already in view.': 'settled', 'Template request failed': 'settled',
+  'In-app messages disabled and removed.': 'settled',
+};
+const removedWhile = {
+  loading: ['page', 'It was removed while its page was still loading: by the application, a login, or the application leaving the foreground.'],
+  delayed: ['moment', 'It was removed before its delay had passed: by the application, a login, or the application leaving the foreground.'],
+  due: ['moment', 'The device was held sideways when it was to appear.'],
+};
+
+/** A warning of the web view in plain words. */
+function loadingTrouble({message, attributes}) {
+  const [, kind, code] = /^Webview warning\. (SSL|Other)\. (-?\d+)/.exec(message) ?? [];
+  if (kind) return `Its page could not be loaded: ${kind === 'SSL' ? 'the secure connection failed' : 'the request failed'} (${code}).`;
+  if (message.includes('contentProcessDidTerminate')) return 'The process that draws its page ended.';
+  return `The loading of its page broke off${attributes.errorDescription ? `: ${brief(attributes.errorDescription, 160)}` : '.'}`;
+}
 
 /** Goes through the in-app lines once; each outcome goes to the campaigns that it is about. */
 function outcomesOf(session, campaigns) {
   const outcomes = new Map(campaigns.map(one => [one, []]));
   const withId = id => campaigns.filter(one => idOf(one) === id);
+  let chosen = [];
   let onScreen = [];
+  let stage = 'settled';
   for (const line of session.logs) {
     if (line.type !== 'inapp') continue;
     const id = line.attributes.inapp_id === undefined ? undefined : brief(line.attributes.inapp_id, 80);
     const note = (about, [gate, sentence]) => about.forEach(one => outcomes.get(one).push({gate, sentence, line}));
+    if (Object.hasOwn(stages, line.message)) stage = stages[line.message];
+    if (line.message === 'App Template has been chosen.') chosen = withId(id);
     if (Object.hasOwn(byId, line.message) && id !== undefined) {
       const outcome = [...byId[line.message]];
       if (line.attributes.reason) outcome[1] += ` (${brief(line.attributes.reason)})`;
@@ -126,8 +157,16 @@ function outcomesOf(session, campaigns) {
       note(campaigns.filter(one => one.trigger === line.attributes.event_name), byEvent[line.message]);
     } else if (Object.hasOwn(ofTheOneOnScreen, line.message)) {
       note(onScreen, ofTheOneOnScreen[line.message]);
-    } else if (onScreen.length > 0 && /^Webview warning/.test(line.message)) {
-      note(onScreen, ['page', line.message]);
+    } else if (Object.hasOwn(ofTheChosen, line.message)) {
+      note(chosen, ofTheChosen[line.message]);
+    } else if (line.attributes.reason === notACustomScreen) {
+      note(chosen, ['page', 'Its content is not of the kind that is shown (type 4).']);
+    } else if (/^Webview warning/.test(line.message)) {
+      if (stage !== 'settled') note(onScreen, ['page', loadingTrouble(line)]);
+      if (line.message.includes('Terminate')) stage = 'settled';
+    } else if (line.message === 'Webview has been removed from superview') {
+      if (Object.hasOwn(removedWhile, stage)) note(onScreen, removedWhile[stage]);
+      stage = 'settled';
     } else if (line.message === 'App template selected' || line.message === 'App template not found') {
       note(campaigns.filter(one => one.trigger === line.attributes.event_name), ['heard']);
     }
@@ -147,7 +186,7 @@ export function verdictsOf(session) {
   const blocked = listOr(stop.blocked_inapps).filter(isObject);
   return campaigns.map(campaign => {
     const occurred = events.filter(event => event.name === campaign.trigger);
-    const matching = occurred.filter(event => matches(campaign, event));
+    const matching = occurred.filter(event => meetsConditions(campaign, event));
     const facts = {occurred, matching, needed: countOf(campaign)};
     const mine = outcomes.get(campaign);
     const about = {campaign, facts, session, campaigns, outcomes: mine,
@@ -201,6 +240,9 @@ function fromTheEvents({campaign, facts, session, campaigns, outcomes}) {
   }
   if (matching.length === 0) return stopped('conditions', failedCondition(campaign, occurred.at(-1)), sure);
   if (matching.length < needed) return stopped('count', `Its event has to come ${needed} times, and came ${matching.length === 1 ? 'once' : matching.length + ' times'}.`, sure);
+  if (campaign.trigger === 'session_start' && session.logs.length > 0 && !heard) {
+    return stopped('priority', 'A message of a push came first: the start’s own are not asked for then.', false);
+  }
   const rival = rivalOf(campaign, campaigns);
   if (rival) return stopped('priority', rival, false);
   if (objectOr(campaign.content).type === controlGroup) return stopped('group', 'Its content is for the control group: nothing is shown.', false);

@@ -3,11 +3,12 @@ import {Details} from './details.js';
 import {EntryList} from './entry_list.js';
 
 const otherTypes = 'other types';
+const nothingYet = 'Nothing has come yet. The feed comes from a device that is connected to the wizard, the diagnostic log where the start switches it on (Answers).';
 
 /** What devices tell the wizard and the diagnostic log, newest first, as it comes. */
 export function liveView(context) {
   const details = new Details();
-  const entries = new EntryList({label: 'Feed and log, newest first', details, newestFirst: true});
+  const entries = new EntryList({label: 'Feed and log, newest first', details, newestFirst: true, ifNone: nothingYet});
   const on = new Set(['feed', 'error', 'info']);
   const type = make('select', {'aria-label': 'Log type', onchange: () => view.update()});
   const filter = kindFilter('Kinds', {feed: 'Feed', error: 'Errors', info: 'Infos'}, on, () => view.update());

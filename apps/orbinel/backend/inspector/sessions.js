@@ -18,11 +18,16 @@ export function sessionsView(context) {
   const meta = make('p', {class: 'meta'});
   const back = make('a', {class: 'back', href: '#/sessions'}, '‹ Sessions');
   const why = make('a', {class: 'button'}, 'Why not shown?');
-  const copy = copyButton('Copy as scenario', () => JSON.stringify(scenarioOf(session), null, 1) + '\n');
+  const untold = make('section', {class: 'untold', 'aria-label': 'About the copy', 'aria-live': 'polite', hidden: true});
+  const copy = copyButton('Copy as scenario', () => {
+    const {scenario, notes} = scenarioOf(session);
+    showUntold(untold, notes);
+    return JSON.stringify(scenario, null, 1) + '\n';
+  });
   const node = make('div', {class: 'panes three'},
     make('section', {class: 'pane sessions', 'aria-label': 'Sessions'}, list.node),
     make('section', {class: 'pane timeline', 'aria-label': 'Timeline'},
-      make('div', {class: 'heading'}, back, heading, make('div', {class: 'actions'}, why, copy), meta),
+      make('div', {class: 'heading'}, back, heading, make('div', {class: 'actions'}, why, copy), meta), untold,
       make('div', {class: 'filters'}, filter), entries.node),
     details.node);
 
@@ -49,7 +54,7 @@ export function sessionsView(context) {
 
   return {
     node,
-    open(key) { wanted = key; drawn = ''; details.node.hidden = true; },
+    open(key) { wanted = key; drawn = ''; details.node.hidden = true; untold.hidden = true; },
     update() {
       const {sessions} = context.store;
       const version = sessions.reduce((sum, one) => sum + one.version + 1, 0);
@@ -60,6 +65,13 @@ export function sessionsView(context) {
       if (state !== drawn) { drawn = state; showTimeline(); }
     },
   };
+}
+
+/** Beside a copied scenario: what the person may have to add to it. */
+function showUntold(node, notes) {
+  node.replaceChildren(make('h3', {}, 'About the copy'), make('ul', {}, ...notes.map(note => make('li', {}, note))),
+                       make('button', {type: 'button', onclick: () => { node.hidden = true; }}, 'Hide'));
+  node.hidden = notes.length === 0;
 }
 
 function fillSession(button, session) {

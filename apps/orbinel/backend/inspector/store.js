@@ -6,6 +6,7 @@ import {isObject, listOr, numberOr, objectOr, textOr} from './format.js';
 const paths = {
   start: '/api/v3/session/start',
   stop: '/api/v3/session/stop',
+  identity: '/api/identity/v3/get',
   logs: ['/api//logging/sdk/v2', '/api/logging/sdk/v1'],
   wizardInit: '/api/wizard/v1/init_new_integration',
   wizardFeed: '/api/wizard/v1/feed_data',
@@ -29,6 +30,7 @@ export class Store {
     this.openByDevice = new Map();   // partner and device -> the session that runs
     this.waiting = new Map();        // partner and device -> requests before its first start
     this.deviceByToken = new Map();  // of the wizard
+    this.latestByDevice = new Map(); // partner and device -> its last session
   }
 
   /** Takes a portion of the stream. */
@@ -62,15 +64,28 @@ export class Store {
     session.start = request;
     session.answer = objectOr(answer);
     const device = placeOf(request, deviceOf(request));
+    this.link(session, this.latestByDevice.get(device));
+    this.latestByDevice.set(device, session);
     this.openByDevice.set(device, session);
-    for (const earlier of this.waiting.get(device) ?? []) this.give(session, earlier);
-    this.waiting.delete(device);
+    for (const place of [device, placeOf(request, '')]) {
+      for (const earlier of this.waiting.get(place) ?? []) this.give(session, earlier);
+      this.waiting.delete(place);
+    }
+    session.requests.sort((a, b) => a.id - b.id);
     this.give(session, request);
+  }
+
+  /** To the session before it on the device, which a login or a change of the partner may have ended. */
+  link(session, before) {
+    if (!before) return;
+    session.before = {partner: before.partner};
+    before.after = {partner: session.partner};
+    if (objectOr(session.start.payload).reason === 'login') session.startedBy = before.requests.findLast(request => request.path === paths.identity);
   }
 
   newSession(request, id) {
     const session = {key: 's' + request.id, id, partner: request.partner, device: deviceOf(request),
-                     start: null, stop: null, answer: {}, requests: [], logs: [], feeds: [], version: 0};
+                     start: null, stop: null, before: null, after: null, startedBy: null, answer: {}, requests: [], logs: [], feeds: [], version: 0};
     this.sessions.push(session);
     if (this.sessions.length > most) this.forgetSession(this.sessions.shift());
     if (id) this.bySessionId.set(id, session);
@@ -79,7 +94,9 @@ export class Store {
 
   forgetSession(session) {
     if (this.bySessionId.get(session.id) === session) this.bySessionId.delete(session.id);
-    for (const [place, open] of this.openByDevice) if (open === session) this.openByDevice.delete(place);
+    for (const places of [this.openByDevice, this.latestByDevice]) {
+      for (const [place, known] of places) if (known === session) places.delete(place);
+    }
   }
 
   stop(request) {
