@@ -14,8 +14,8 @@ namespace orbinel::bench {
 
 }  // namespace orbinel::bench
 
-/// Tags events beside so many campaigns that wait for others. For a run under callgrind, which counts the same each time,
-/// whatever else the machine does; see count_instructions.sh.
+/// Tags events beside so many campaigns that wait for others. For a run under callgrind, which counts the same each
+/// time, whatever else the machine does; see count_instructions.sh.
 int main(int count, char** words) {
     char* end = nullptr;
     const long campaigns = count == 2 ? std::strtol(words[1], &end, 10) : -1;
