@@ -62,33 +62,13 @@ void Events10000Hundredth(benchmark::State& state) {
         state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count() / 100);
     }
 }
-/// Events of a name that none of the campaigns waits for, once campaigns have arrived.
-void EventsBesideCampaigns(benchmark::State& state, int campaigns) {
-    Array arrived;
-    for (int i = 0; i < campaigns; ++i) {
-        arrived.emplace_back(Dictionary{{"inapp_id", i}, {"trigger", "event_" + std::to_string(i)}});
-    }
-    RunningLibrary library;
-    library.world().inapps.inappToMemory(arrived);
-    library.world().inapps.setStartRequestCompleted(true);
-    for (auto _ : state) {
-        for (int i = 0; i < 100; ++i) tagTypicalEvent(i);
-        library.world().session.update([](SessionRecord& record) { record.custom_events = {}; });
-    }
-}
-void EventsBesideNoCampaign(benchmark::State& state) { EventsBesideCampaigns(state, 0); }
-void EventsBeside10000Campaigns(benchmark::State& state) { EventsBesideCampaigns(state, 10'000); }
 
-BENCHMARK(EventsBesideNoCampaign);
-BENCHMARK(EventsBeside10000Campaigns);
 BENCHMARK(PlainAppends100)->Arg(100);
 BENCHMARK(Events100)->Arg(100);
 BENCHMARK(Events10000Hundredth)->UseManualTime();
 
 const RatioLine event({"100 events with three parameters / (lock, clock read, append of a plain struct)", "Events100",
                        "PlainAppends100", 6.0});
-const RatioLine besideCampaigns({"an event beside 10,000 campaigns of other events / beside none",
-                                 "EventsBeside10000Campaigns", "EventsBesideNoCampaign", 1.1});
 const RatioLine manyEvents({"an event among 10,000 / among 100", "Events10000Hundredth", "Events100", 1.5});
 
 }  // namespace

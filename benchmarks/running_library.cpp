@@ -78,6 +78,15 @@ void tagTypicalEvent(int number) {
         .build();
 }
 
+void campaignsOfOtherEventsArrive(World& world, int campaigns) {
+    Array arrived;
+    for (int i = 0; i < campaigns; ++i) {
+        arrived.emplace_back(Dictionary{{"inapp_id", i}, {"trigger", "event_" + std::to_string(i)}});
+    }
+    world.inapps.inappToMemory(arrived);
+    world.inapps.setStartRequestCompleted(true);
+}
+
 Dictionary typicalStop(int events) {
     Array custom;
     for (int i = 0; i < events; ++i) {

@@ -56,6 +56,9 @@ private:
 /// Builds an event with a text, a whole number and a double, of a name that is never throttled.
 void tagTypicalEvent(int number);
 
+/// Lets so many campaigns arrive, none of which waits for the typical event.
+void campaignsOfOtherEventsArrive(World& world, int campaigns);
+
 /// The payload of a session stop with that many typical events.
 [[nodiscard]] Dictionary typicalStop(int events);
 

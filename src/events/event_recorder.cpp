@@ -1,6 +1,7 @@
 #include "events/event_recorder.hpp"
 
 #include <algorithm>
+#include <cassert>
 #include <limits>
 
 #include "base/guard.hpp"
@@ -80,7 +81,8 @@ void EventRecorder::build(std::string_view name, const std::shared_ptr<EventPara
             return reports_.note(
                 [&] { return "Dropped the event \"" + std::string(name) + "\": beyond the session's budget."; });
         }
-        if (!parameters->inspect(Validation::areParametersSupported)) return reportInvalid(parameters->snapshot());
+        // Whoever adds a parameter stores what a record may hold, and nothing else: no look at them again.
+        assert(validation_.isParametersValid(parameters->snapshot()));
         EventRecord record{std::string(name), helper_.getNowAsTimestamp(), parameters};
         feedToWizard(record);
         const bool campaignsHaveArrived = campaigns->startRequestCompleted();
@@ -97,17 +99,11 @@ void EventRecorder::recordInternalEvent(std::string_view name, const Dictionary&
     });
 }
 
-void EventRecorder::reportInvalid(const Dictionary& parameters) const noexcept {
-    if (!validation_.isParametersValid(parameters)) {
-        validation_.logInvalidEvent(parameters, "Invalid parameters structure.");
-    }
-}
-
 void EventRecorder::feedToWizard(const EventRecord& record) noexcept {
     constexpr bool isError = false;
     constexpr bool shouldFeed = true;
     if (!reports_.feedsAreTaken(shouldFeed)) return;
-    if (record.event_params->inspect([](const Dictionary& all) { return all.empty(); })) {
+    if (record.event_params->empty()) {
         reports_.feed(
             "tagEvent", [&] { return toDictionary(record); }, isError, shouldFeed);
     } else {
@@ -131,7 +127,7 @@ Dictionary EventRecorder::getEventPayloadForWizard(const EventRecord& record) {
 
 /// Events that come before the campaigns are remembered by name; they are checked when the campaigns arrive.
 void EventRecorder::store(EventRecord record, bool campaignsHaveArrived) {
-    constexpr std::size_t usualEvents = 32;
+    constexpr std::size_t usualEvents = MAX_EVENT_COUNT_PER_SESSION;
     session_.update([&](SessionRecord& session) {
         if (session.custom_events.empty()) session.custom_events.reserve(usualEvents);
         if (!campaignsHaveArrived) {

@@ -54,7 +54,6 @@ public:
 
 private:
     void addDetected(EventParameters& parameters, const std::string& key, const Value& value) const;
-    void reportInvalid(const Dictionary& parameters) const noexcept;
     void feedToWizard(const EventRecord& record) noexcept;
     [[nodiscard]] static Dictionary getEventPayloadForWizard(const EventRecord& record);
     void store(EventRecord record, bool campaignsHaveArrived);

@@ -47,11 +47,8 @@ bool Validation::isNameValid(std::string_view name) const noexcept {
 }
 
 bool Validation::hasFormOfName(std::string_view name) noexcept {
-    if (name.empty() || !isLowerLetter(name.front())) return false;
-    for (const char c : name) {
-        if (!nameCharacters[static_cast<unsigned char>(c)]) return false;
-    }
-    return true;
+    return !name.empty() && isLowerLetter(name.front()) &&
+           std::all_of(name.begin(), name.end(), [](unsigned char c) { return nameCharacters[c]; });
 }
 
 bool Validation::isNameValid(const Value& name) const noexcept {
@@ -65,14 +62,11 @@ bool Validation::isParametersValid(const Value& parameters) const noexcept {
 }
 
 bool Validation::isParametersValid(const Dictionary& parameters) const noexcept {
-    if (areParametersSupported(parameters)) return true;
-    logInvalidEvent(parameters, "Value of parameter is an unsupported type");
-    return false;
-}
-
-bool Validation::areParametersSupported(const Dictionary& parameters) noexcept {
-    return std::all_of(parameters.begin(), parameters.end(),
-                       [](const Dictionary::Entry& entry) { return isSupportedParameter(entry.second); });
+    const bool supported = std::all_of(parameters.begin(), parameters.end(), [](const Dictionary::Entry& entry) {
+        return isSupportedParameter(entry.second);
+    });
+    if (!supported) logInvalidEvent(parameters, "Value of parameter is an unsupported type");
+    return supported;
 }
 
 void Validation::filterInvalidEventParams(Dictionary& payload) const noexcept {

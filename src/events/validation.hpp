@@ -26,9 +26,6 @@ public:
     [[nodiscard]] bool isParametersValid(const Value& parameters) const noexcept;
     [[nodiscard]] bool isParametersValid(const Dictionary& parameters) const noexcept;
 
-    /// The same without a report, for a look under a lock.
-    [[nodiscard]] static bool areParametersSupported(const Dictionary& parameters) noexcept;
-
     /// Drops, with a report each, the records of the payload's "custom_events" that lack a name or a dictionary of
     /// parameters. An absent list stays absent.
     void filterInvalidEventParams(Dictionary& payload) const noexcept;

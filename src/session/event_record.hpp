@@ -1,9 +1,13 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/mutex.hpp"
 #include "base/record_mapping.hpp"
@@ -12,34 +16,54 @@
 namespace orbinel {
 
 /// The parameters of one event: shared by the event that the application holds and by its records in the session, so
-/// that what is added after `build` is sent too, until the session is.
+/// that what is added after `build` is sent too, until the session is. The first few lie in the object itself, so that
+/// an event usually takes one piece of memory.
 ///
 /// Threads: any.
 class EventParameters {
 public:
     EventParameters() = default;
-    explicit EventParameters(Dictionary parameters) : parameters_(std::move(parameters)) {}
+    explicit EventParameters(const Dictionary& parameters) {
+        for (const auto& [key, value] : parameters) set(key, Value(value));
+    }
 
+    /// Replaces the value under the key in its place, or adds the key at the end.
     void set(std::string_view key, Value&& value) {
         const MutexLock lock(mutex_);
-        parameters_.set(key, std::move(value));
+        for (auto& place : first_) {
+            if (place && place->first != key) continue;
+            if (place) {
+                place->second = std::move(value);
+            } else {
+                place.emplace(key, std::move(value));
+            }
+            return;
+        }
+        further_.set(key, std::move(value));
+    }
+
+    [[nodiscard]] bool empty() const {
+        const MutexLock lock(mutex_);
+        return !first_.front().has_value();
     }
 
     [[nodiscard]] Dictionary snapshot() const {
+        Dictionary all;
         const MutexLock lock(mutex_);
-        return parameters_;
-    }
-
-    /// Calls `look` with the parameters, without copying them. It must not call anything that takes a lock.
-    template <typename Look>
-    auto inspect(Look&& look) const {
-        const MutexLock lock(mutex_);
-        return look(static_cast<const Dictionary&>(parameters_));
+        all.reserve(first_.size() + further_.size());
+        for (const auto& entry : first_) {
+            if (entry) all.set(entry->first, entry->second);
+        }
+        for (const auto& [key, value] : further_) all.set(key, value);
+        return all;
     }
 
 private:
+    static constexpr std::size_t usualParameters = 4;
+
     mutable Mutex mutex_;
-    Dictionary parameters_ ORBINEL_GUARDED_BY(mutex_);
+    std::array<std::optional<Dictionary::Entry>, usualParameters> first_ ORBINEL_GUARDED_BY(mutex_);  // without gaps
+    Dictionary further_ ORBINEL_GUARDED_BY(mutex_);  // once there is no place among the first
 };
 
 /// One element of a session's `custom_events`.
