@@ -6,6 +6,7 @@
 
 #include "base/guard.hpp"
 #include "base/number_reading.hpp"
+#include "inapp/inapp_status.hpp"
 #include "inapp/template_values.hpp"
 
 namespace orbinel {
