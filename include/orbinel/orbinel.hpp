@@ -128,7 +128,9 @@ public:
     /// the main queue: with nothing, or with one sentence about what could not be erased, which is reported as an
     /// error, too; calling it again then is sound. While an erasure is under way, another call waits for that one.
     /// Without a library (before `start`, after `shutdown`) nothing happens and no completion runs; after a `shutdown`
-    /// meanwhile, the erasure is finished all the same and the library stays ended. Threads: any. Not gated.
+    /// meanwhile, the erasure is finished all the same and the library stays ended. Without the memory to begin nothing
+    /// is erased, the library stays as it is, and the completion is told so; inside the call where a task cannot be
+    /// made, either. Threads: any. Not gated.
     static void eraseStoredData() noexcept;
     static void eraseStoredDataWithCompletionHandler(
         std::function<void(const std::optional<std::string>& problem)> completion) noexcept;
