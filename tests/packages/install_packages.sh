@@ -10,9 +10,11 @@ if [[ ${2:-} != inside ]]; then
         echo "Skipped: the packages are not installed, because $1." >&2
         exit 77
     }
-    ((EUID == 0)) || skip "that takes root"
-    [[ ${2:-} == alone ]] || unshare --mount --propagation private true 2>/dev/null || skip "mount namespaces are forbidden"
-    [[ ${2:-} == alone ]] || exec unshare --mount --propagation private "${BASH_SOURCE[0]}" "$1" alone
+    if [[ ${2:-} != alone ]]; then
+        ((EUID == 0)) || skip "that takes root"
+        unshare --mount --propagation private true 2>/dev/null || skip "mount namespaces are forbidden"
+        exec unshare --mount --propagation private "${BASH_SOURCE[0]}" "$1" alone
+    fi
 
     memory=$(mktemp -d)
     mount -t tmpfs -o size=1g tmpfs "$memory" || skip "there is no file system in memory"
@@ -34,9 +36,9 @@ fi
 # --- Inside.
 cd "$1"
 unset PKG_CONFIG_PATH CMAKE_PREFIX_PATH LD_LIBRARY_PATH
-export TMPDIR=/packages CCACHE_DISABLE=1 HOME=/packages
 unset CMAKE_CXX_COMPILER_LAUNCHER
-read -ra packages < <(for file in *.deb; do dpkg-deb -f "$file" Package; done | tr '\n' ' ')
+export TMPDIR=/packages HOME=/packages
+mapfile -t packages < <(for file in *.deb; do dpkg-deb -f "$file" Package; done)
 echo "== dpkg --install"
 dpkg --install ./*.deb >install.log 2>&1 || { cat install.log && exit 1; }
 known=$(ldconfig -p)
