@@ -17,6 +17,7 @@ if [[ ${2:-} != inside ]]; then
     fi
 
     memory=$(mktemp -d)
+    trap 'umount --lazy "$memory" 2>/dev/null || true; rmdir "$memory"' EXIT
     mount -t tmpfs -o size=1g tmpfs "$memory" || skip "there is no file system in memory"
     mkdir -p "$memory"/{work,system} "$memory/changes/packages"
     cp "$1"/*.deb "${BASH_SOURCE[0]}" "$memory/changes/packages"
@@ -26,11 +27,8 @@ if [[ ${2:-} != inside ]]; then
     [[ -x $memory/system/usr/bin/dpkg ]] || skip "/usr is a file system of its own"
     mount -t proc proc "$memory/system/proc"
     mount --rbind /dev "$memory/system/dev"
-    status=0
-    chroot "$memory/system" /packages/install_packages.sh /packages inside || status=$?
-    umount --lazy "$memory"
-    rmdir "$memory"
-    exit $status
+    chroot "$memory/system" /packages/install_packages.sh /packages inside
+    exit
 fi
 
 # --- Inside.
