@@ -20,18 +20,30 @@ endif()
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 
-# The functions that are called are older than the options that are set: the oldest libcurl has to be said.
+# Options that are set are newer than the functions that are called, by which dpkg-shlibdeps goes: the oldest libcurl is
+# said here, by the package that has it.
 set(libcurl)
 find_program(DPKG_QUERY dpkg-query)
-if(DPKG_QUERY AND CURL_LINK_LIBRARIES)
-    list(GET CURL_LINK_LIBRARIES 0 libcurl_file)
+if(DPKG_QUERY)
+    get_target_property(libcurl_files PkgConfig::CURL INTERFACE_LINK_LIBRARIES)
+    list(GET libcurl_files 0 libcurl_file)
     file(REAL_PATH "${libcurl_file}" libcurl_file)
     execute_process(COMMAND "${DPKG_QUERY}" --search "${libcurl_file}"
-                    OUTPUT_VARIABLE libcurl_owner ERROR_QUIET RESULT_VARIABLE libcurl_unknown)
-    if(NOT libcurl_unknown)
+                    OUTPUT_VARIABLE libcurl_owner ERROR_QUIET RESULT_VARIABLE libcurl_is_nobodys)
+    if(NOT libcurl_is_nobodys)
         string(REGEX REPLACE ":.*" " (>= ${ORBINEL_OLDEST_LIBCURL})" libcurl "${libcurl_owner}")
     endif()
 endif()
+
+# orbinel_install_package_documents(COMPONENT NAME): what Debian asks of each package.
+function(orbinel_install_package_documents component name)
+    string(TIMESTAMP today "%a, %d %b %Y %H:%M:%S +0000" UTC)
+    set(changelog "${PROJECT_BINARY_DIR}/debian/${name}/changelog")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/debian/changelog.in" "${changelog}" @ONLY)
+    execute_process(COMMAND gzip -9 --no-name --force "${changelog}" COMMAND_ERROR_IS_FATAL ANY)
+    install(FILES "${PROJECT_SOURCE_DIR}/cmake/debian/copyright" "${changelog}.gz"
+            DESTINATION "share/doc/${name}" COMPONENT ${component})
+endfunction()
 
 # orbinel_package(COMPONENT NAME SECTION DESCRIPTION [DEPENDS…]): one package. What it depends on is of this
 # version, unless another one is said.
@@ -39,12 +51,15 @@ function(orbinel_package component name section description)
     list(TRANSFORM ARGN REPLACE "^([^ ]+)$" "\\1 (= ${PROJECT_VERSION})" OUTPUT_VARIABLE depends)
     list(JOIN depends ", " depends)
     string(TOUPPER ${component} key)
+    if(section STREQUAL libs)
+        set(CPACK_DEBIAN_${key}_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/cmake/debian/triggers" PARENT_SCOPE)
+    endif()
     set(CPACK_DEBIAN_${key}_PACKAGE_NAME ${name} PARENT_SCOPE)
     set(CPACK_DEBIAN_${key}_PACKAGE_SECTION ${section} PARENT_SCOPE)
     set(CPACK_DEBIAN_${key}_PACKAGE_DEPENDS "${depends}" PARENT_SCOPE)
     set(CPACK_COMPONENT_${key}_DESCRIPTION "${description}" PARENT_SCOPE)
     set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${component} PARENT_SCOPE)
-    install(FILES "${PROJECT_SOURCE_DIR}/cmake/copyright" DESTINATION "share/doc/${name}" COMPONENT ${component})
+    orbinel_install_package_documents(${component} ${name})
 endfunction()
 
 set(CPACK_COMPONENTS_ALL)

@@ -10,11 +10,14 @@ if [[ ${2:-} != inside ]]; then
         echo "Skipped: the packages are not installed, because $1." >&2
         exit 77
     }
-    ((EUID == 0)) || skip "that takes root"
-    [[ ${2:-} == alone ]] || unshare --mount --propagation private true 2>/dev/null || skip "mount namespaces are forbidden"
-    [[ ${2:-} == alone ]] || exec unshare --mount --propagation private "${BASH_SOURCE[0]}" "$1" alone
+    if [[ ${2:-} != alone ]]; then
+        ((EUID == 0)) || skip "that takes root"
+        unshare --mount --propagation private true 2>/dev/null || skip "mount namespaces are forbidden"
+        exec unshare --mount --propagation private "${BASH_SOURCE[0]}" "$1" alone
+    fi
 
     memory=$(mktemp -d)
+    trap 'umount --lazy "$memory" 2>/dev/null || true; rmdir "$memory"' EXIT
     mount -t tmpfs -o size=1g tmpfs "$memory" || skip "there is no file system in memory"
     mkdir -p "$memory"/{work,system} "$memory/changes/packages"
     cp "$1"/*.deb "${BASH_SOURCE[0]}" "$memory/changes/packages"
@@ -24,19 +27,16 @@ if [[ ${2:-} != inside ]]; then
     [[ -x $memory/system/usr/bin/dpkg ]] || skip "/usr is a file system of its own"
     mount -t proc proc "$memory/system/proc"
     mount --rbind /dev "$memory/system/dev"
-    status=0
-    chroot "$memory/system" /packages/install_packages.sh /packages inside || status=$?
-    umount --lazy "$memory"
-    rmdir "$memory"
-    exit $status
+    chroot "$memory/system" /packages/install_packages.sh /packages inside
+    exit
 fi
 
 # --- Inside.
 cd "$1"
 unset PKG_CONFIG_PATH CMAKE_PREFIX_PATH LD_LIBRARY_PATH
-export TMPDIR=/packages CCACHE_DISABLE=1 HOME=/packages
 unset CMAKE_CXX_COMPILER_LAUNCHER
-read -ra packages < <(for file in *.deb; do dpkg-deb -f "$file" Package; done | tr '\n' ' ')
+export TMPDIR=/packages HOME=/packages
+mapfile -t packages < <(for file in *.deb; do dpkg-deb -f "$file" Package; done)
 echo "== dpkg --install"
 dpkg --install ./*.deb >install.log 2>&1 || { cat install.log && exit 1; }
 known=$(ldconfig -p)
