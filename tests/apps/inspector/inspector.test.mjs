@@ -137,8 +137,9 @@ test('a session that is copied plays, and the page says what the copy cannot tel
   await untold.getByText('When the user’s attributes were set does not arrive').waitFor();
   const {status, said} = await play(origin, await page.evaluate(() => navigator.clipboard.readText()));
   assert.equal(status, 0, said);
-  await untold.getByRole('button', {name: 'Hide'}).click();
+  await untold.getByRole('button', {name: 'Hide'}).press('Enter');
   assert.equal(await untold.count(), 0);
+  assert.match(await page.evaluate(() => document.activeElement.textContent), /^Cop/);
 }));
 
 test('a copied session plays whatever a device sent', () => withBackend(async (page, {origin, post}) => {
@@ -185,6 +186,8 @@ test('answers that are edited on the page are in force at the next start', () =>
   await page.getByLabel('Content, JSON').fill('{"type": 4, "template_url": "${origin}/templates/banner", "inappType": 4, "layoutStyle": 4}');
   await page.getByRole('form', {name: 'Session start'}).getByRole('button', {name: 'Put in force'}).click();
   await page.getByText('session_start.json is in force for everybody').waitFor();
+  assert.ok(await page.getByLabel('Trigger', {exact: true}).isVisible(), 'what was open stays open');
+  assert.notEqual(await page.evaluate(() => document.activeElement.tagName), 'BODY');
   const played = await play(origin, session('acme'));
   assert.equal(played.status, 0, played.said);
 
