@@ -361,7 +361,7 @@ function recommendations(answer) {
   const list = editableList(entries, 'Add a recommendation', () => ['', ''], ([name, value]) => {
     const id = input(name);
     const url = input(value);
-    return {node: make('div', {class: 'fields'}, field('Campaign', id), field('Address', url)), read: () => [id.value.trim(), isObject(value) ? jsonIn(url, 'The address') : url.value]};
+    return {node: make('div', {class: 'fields pair'}, field('Campaign', id), field('Address', url)), read: () => [id.value.trim(), isObject(value) ? jsonIn(url, 'The address') : url.value]};
   });
   return {node: fieldset('Recommendations', list.node, make('p', {class: 'hint'}, 'The products are in recommendations.json, below.')),
           write(edited) { edited.smart_recommendations = Object.fromEntries(list.read().filter(([id]) => id)); }};
