@@ -137,8 +137,9 @@ test('a session that is copied plays, and the page says what the copy cannot tel
   await untold.getByText('When the user’s attributes were set does not arrive').waitFor();
   const {status, said} = await play(origin, await page.evaluate(() => navigator.clipboard.readText()));
   assert.equal(status, 0, said);
-  await untold.getByRole('button', {name: 'Hide'}).click();
+  await untold.getByRole('button', {name: 'Hide'}).press('Enter');
   assert.equal(await untold.count(), 0);
+  assert.match(await page.evaluate(() => document.activeElement.textContent), /^Cop/);
 }));
 
 test('a copied session plays whatever a device sent', () => withBackend(async (page, {origin, post}) => {
@@ -185,6 +186,8 @@ test('answers that are edited on the page are in force at the next start', () =>
   await page.getByLabel('Content, JSON').fill('{"type": 4, "template_url": "${origin}/templates/banner", "inappType": 4, "layoutStyle": 4}');
   await page.getByRole('form', {name: 'Session start'}).getByRole('button', {name: 'Put in force'}).click();
   await page.getByText('session_start.json is in force for everybody').waitFor();
+  assert.ok(await page.getByLabel('Trigger', {exact: true}).isVisible(), 'what was open stays open');
+  assert.notEqual(await page.evaluate(() => document.activeElement.tagName), 'BODY');
   const played = await play(origin, session('acme'));
   assert.equal(played.status, 0, played.said);
 
@@ -354,7 +357,24 @@ test('a page that stays open over the end of its backend follows the next one', 
   }
 });
 
-test('every view fits a phone, in light and dark', async () => {
+/** Runs in the page: the texts with less than 4.5 times the luminance of their background, or the other way round. */
+function faintTexts() {
+  const channels = color => color.match(/[\d.]+/g).map(Number);
+  const luminance = color => channels(color).slice(0, 3).map(one => one / 255).map(one => (one <= 0.03928 ? one / 12.92 : ((one + 0.055) / 1.055) ** 2.4))
+    .reduce((sum, one, i) => sum + one * [0.2126, 0.7152, 0.0722][i], 0);
+  const backgroundOf = node => {
+    while (node.parentElement && channels(getComputedStyle(node).backgroundColor)[3] === 0) node = node.parentElement;
+    return getComputedStyle(node).backgroundColor;
+  };
+  const hasText = node => [...node.childNodes].some(child => child.nodeType === Node.TEXT_NODE && child.data.trim());
+  return [...document.querySelectorAll('body *')].filter(node => hasText(node) && node.checkVisibility() && !node.matches(':disabled')).flatMap(node => {
+    const [dark, light] = [luminance(getComputedStyle(node).color), luminance(backgroundOf(node))].sort((a, b) => a - b);
+    const contrast = (light + 0.05) / (dark + 0.05);
+    return contrast < 4.5 ? [`${node.textContent.slice(0, 40)}: ${contrast.toFixed(2)}`] : [];
+  });
+}
+
+test('every view fits a phone and can be read, in light and dark', async () => {
   for (const colorScheme of ['light', 'dark']) {
     await withBackend(async (page, {origin}) => {
       await play(origin, await example('in-app-conditions'));
@@ -367,6 +387,7 @@ test('every view fits a phone, in light and dark', async () => {
           await page.waitForTimeout(60);
           const overflow = await page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
           assert.ok(overflow <= 0, `${view} at ${width} is ${overflow} too wide`);
+          assert.deepEqual(await page.evaluate(faintTexts), [], `${view}, ${colorScheme}`);
           await shot(`${view}-${width}`);
         }
       }

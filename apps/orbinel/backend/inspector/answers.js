@@ -103,7 +103,7 @@ class EditedForm {
     Object.assign(this, {forms, title, makeParts, dirty: false});
     this.tag = make('span', {class: 'tag'});
     this.unsaved = make('span', {class: 'tag unsaved', hidden: true}, 'not saved');
-    this.told = make('p', {role: 'status', class: 'told'});
+    this.told = make('p', {role: 'status', class: 'told', tabindex: -1});
     this.choices = make('div', {class: 'actions'});
     this.fields = make('div', {});
     this.fields.addEventListener('input', () => this.setDirty(true));
@@ -111,8 +111,15 @@ class EditedForm {
       make('h2', {}, title + ' ', this.tag, ' ', this.unsaved), this.fields, this.told, this.choices);
   }
 
-  /** What the backend answers now: shown, unless there are edits. */
-  offer(source) { if (!this.dirty) this.show(source); }
+  /** What the backend answers now: shown, unless there are edits, or it is what is there already. */
+  offer(source) {
+    if (this.dirty) return;
+    if (this.source?.file !== source.file || this.source.text !== source.text) return this.show(source);
+    const changes = this.source.from !== source.from || this.disputed;
+    this.source = source;
+    this.tag.textContent = source.from;
+    if (changes) this.offerChoices();
+  }
 
   show(source) {
     this.source = source;
@@ -130,6 +137,7 @@ class EditedForm {
   }
 
   offerChoices() {
+    this.disputed = false;
     this.choices.replaceChildren(make('button', {type: 'submit', class: 'first'}, 'Put in force'),
       this.source.from === 'edited' ? make('button', {type: 'button', onclick: () => this.takeBack(this.source.version)}, 'Take back') : '');
   }
@@ -148,7 +156,7 @@ class EditedForm {
     const {file} = this.source;
     const {partner} = this.forms;
     const response = await ask('PUT', '/inspect/answer-files', {partner, file, text, version});
-    await this.after(response, `${file} is in force for ${partner || 'everybody'} from the next request on.`, () => this.submit(''));
+    await this.after(response, `${file} is in force for ${partner || 'everybody'} from the next request on.`, () => this.submit(''), text);
   }
 
   async takeBack(version) {
@@ -157,14 +165,19 @@ class EditedForm {
     await this.after(response, `${file} is taken from the directory again.`, () => this.takeBack(''));
   }
 
-  async after(response, success, allTheSame) {
+  async after(response, success, allTheSame, saved = this.source.text) {
     if (response.status === 409) return this.offerTheOther(response.error, allTheSame);
     if (response.error) return this.tell(response.error, true);
     this.setDirty(false);
+    this.source = {...this.source, text: saved};
     this.forms.drafts.delete(this.source.file);
     await this.forms.load();
     this.tell(success);
+    this.keepFocus();
   }
+
+  /** Where the button that was pressed is gone, the keyboard goes on from the sentence about it. */
+  keepFocus() { if (document.activeElement === document.body) this.told.focus(); }
 
   /** Nothing was overwritten, and nothing is lost: the person says whose text counts. */
   offerTheOther(sentence, allTheSame) {
@@ -174,8 +187,10 @@ class EditedForm {
         this.setDirty(false);
         await this.forms.load();
         this.tell('This is what is in force.');
+        this.keepFocus();
       }}, 'Drop mine, show the other'));
-    this.choices.firstChild.focus();
+    this.disputed = true;
+    this.keepFocus();
   }
 }
 
@@ -346,7 +361,7 @@ function recommendations(answer) {
   const list = editableList(entries, 'Add a recommendation', () => ['', ''], ([name, value]) => {
     const id = input(name);
     const url = input(value);
-    return {node: make('div', {class: 'fields'}, field('Campaign', id), field('Address', url)), read: () => [id.value.trim(), isObject(value) ? jsonIn(url, 'The address') : url.value]};
+    return {node: make('div', {class: 'fields pair'}, field('Campaign', id), field('Address', url)), read: () => [id.value.trim(), isObject(value) ? jsonIn(url, 'The address') : url.value]};
   });
   return {node: fieldset('Recommendations', list.node, make('p', {class: 'hint'}, 'The products are in recommendations.json, below.')),
           write(edited) { edited.smart_recommendations = Object.fromEntries(list.read().filter(([id]) => id)); }};

@@ -21,7 +21,7 @@ export function sessionsView(context) {
   const untold = make('section', {class: 'untold', 'aria-label': 'About the copy', 'aria-live': 'polite', hidden: true});
   const copy = copyButton('Copy as scenario', () => {
     const {scenario, notes} = scenarioOf(session);
-    showUntold(untold, notes);
+    showUntold(untold, notes, () => copy.focus());
     return JSON.stringify(scenario, null, 1) + '\n';
   });
   const node = make('div', {class: 'panes three'},
@@ -68,9 +68,9 @@ export function sessionsView(context) {
 }
 
 /** Beside a copied scenario: what the person may have to add to it. */
-function showUntold(node, notes) {
+function showUntold(node, notes, hidden) {
   node.replaceChildren(make('h3', {}, 'About the copy'), make('ul', {}, ...notes.map(note => make('li', {}, note))),
-                       make('button', {type: 'button', onclick: () => { node.hidden = true; }}, 'Hide'));
+                       make('button', {type: 'button', onclick: () => { node.hidden = true; hidden(); }}, 'Hide'));
   node.hidden = notes.length === 0;
 }
 
