@@ -8,6 +8,7 @@
 #include <random>
 #include <set>
 
+#include "hosts/common/rapidjson_json.hpp"
 #include "platform/forwarding_defaults.hpp"
 #include "session/stored_keys.hpp"
 #include "support/child_process.hpp"

@@ -152,7 +152,7 @@ TEST_F(Pages, ARedirectToTheOwnSchemeIsToldAsOne) {
     show("<iframe src='" + other.url("/redirect") + "'></iframe><iframe src='" + said + "'></iframe>");
     ASSERT_TRUE(turnUntil([&] { return heard->visits(said) == 2; }));
     for (const auto& action : heard->actions) {
-        if (action.url != said) EXPECT_FALSE(action.redirected) << action.url;
+        EXPECT_TRUE(action.url == said || !action.redirected) << action.url;
     }
     EXPECT_EQ(
         std::count_if(heard->actions.begin(), heard->actions.end(), [](const auto& one) { return one.redirected; }), 1);
