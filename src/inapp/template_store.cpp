@@ -190,7 +190,7 @@ void OrbinelTemplateStore::dismissSilently(const Request& request) {
 
 void OrbinelTemplateStore::dismiss(const Request& request) {
     const auto& silent = request.actions["silent_dismiss"];
-    if (isThere(silent) && silent.ifDictionary() == nullptr) return;  // whose parameter this is
+    if (isPresent(silent) && silent.ifDictionary() == nullptr) return;  // whose parameter this is
     configureInappRemoval(parametersOf(request.value, request.actions), Removal::logged);
 }
 
