@@ -42,7 +42,7 @@ ORBINEL_API bool start(platform::Services services) noexcept;
 
 /// Ends the library: cancels what is under way (session stops among it are sent at the next launch), waits at most one
 /// second for what is running on other threads, and leaves nothing running. The application's delegates are as they
-/// were. It may be started again afterwards.
+/// were. It may be started again afterwards; where stored data is being erased, as soon as that is over.
 ORBINEL_API void shutdown() noexcept;
 
 class ORBINEL_API Orbinel {
@@ -98,8 +98,9 @@ public:
     // --- Consent and collection ---
 
     /// Whether the person consents to data processing (GDPR), and to it on this device. Kept across launches and posted
-    /// to the backend; a post that did not reach it is repeated when the application next becomes active. While either
-    /// is false, every gated operation does nothing and no session is started or stopped. Before initialisation the
+    /// to the backend. Set both: where a post did not reach the backend, the first consent is posted when the
+    /// application next becomes active, but the second one only when it is set again (docs/privacy.md). While either is
+    /// false, every gated operation does nothing and no session is started or stopped. Before initialisation the
     /// backend cannot be told: such a consent is in force and kept, but has to be set again afterwards. Not gated.
     static void setGDPRConsent(bool consent) noexcept;
     static void setMobileGDPRConsent(bool consent) noexcept;

@@ -39,10 +39,12 @@ std::shared_ptr<World> get() noexcept {
     return only.world;
 }
 
-bool claim() noexcept {
+Claim claim() noexcept {
     auto& only = place();
     const MutexLock lock(only.mutex);
-    return only.world == nullptr && !std::exchange(only.claimed, true);
+    if (only.erasing && !only.continues) return Claim::erasing;
+    if (only.world != nullptr || std::exchange(only.claimed, true)) return Claim::started;
+    return Claim::granted;
 }
 
 void set(std::shared_ptr<World> world) noexcept {

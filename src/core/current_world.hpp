@@ -20,9 +20,10 @@ namespace current_world {
 /// The world, kept alive for the caller; nothing while the library is not started.
 [[nodiscard]] std::shared_ptr<World> get() noexcept;
 
-/// Claims the place for a world that is about to be made; false where there is one already, or somebody else is making
+/// Claims the place for a world that is about to be made; or why not: there is one already, or somebody else is making
 /// one. Whoever has claimed it has to `set` it, with nothing where the making failed.
-[[nodiscard]] bool claim() noexcept;
+enum class Claim { granted, started, erasing };
+[[nodiscard]] Claim claim() noexcept;
 void set(std::shared_ptr<World> world) noexcept;
 
 /// Takes the world out of its place. Where one is being erased, none comes after it.

@@ -99,7 +99,10 @@ bool startOver(platform::Services services, const std::function<void(std::string
     } catch (const std::exception& exception) {
         return refused(exception.what());
     }
-    if (!current_world::claim()) return refused("orbinel::start: the library is already started.");
+    using current_world::Claim;
+    const auto claim = current_world::claim();
+    if (claim == Claim::started) return refused("orbinel::start: the library is already started.");
+    if (claim == Claim::erasing) return refused("orbinel::start: stored data is still being erased; start again then.");
     try {
         current_world::set(World::create(std::move(services)));
         return true;

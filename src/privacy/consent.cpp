@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/guard.hpp"
+#include "base/number_reading.hpp"
 #include "session/stored_keys.hpp"
 
 namespace orbinel {
@@ -204,8 +205,8 @@ void OrbinelPrivacy::importGDPRPayload() noexcept {
 void OrbinelPrivacy::adoptImported(const Value& answer, std::uint32_t asked) {
     const auto* consents = answer.ifDictionary();
     if (consents == nullptr) return;
-    const bool gdpr = (*consents)[gdprConsentKey].truth();
-    const bool mobile = (*consents)[mobileConsentKey].truth();
+    const bool gdpr = boolValue((*consents)[gdprConsentKey]).value_or(false);
+    const bool mobile = boolValue((*consents)[mobileConsentKey]).value_or(false);
     bool inTime = false;
     {
         const MutexLock lock(settingMutex_);

@@ -169,6 +169,7 @@ TEST_F(Erasure, IsFinishedAlsoWhereTheLibraryIsShutDownMeanwhile) {
     bool over = false;
     Orbinel::eraseStoredDataWithCompletionHandler([&](const auto&) { over = true; });
     shutdown();
+    EXPECT_FALSE(start(library->services));  // it would use what is being erased
     ASSERT_TRUE(library->runUntil([&] { return over; }));
     for (const auto& secret : secrets) EXPECT_THAT(filesWith(secret), IsEmpty()) << secret;
     EXPECT_TRUE(start(library->services));

@@ -96,7 +96,7 @@ TEST_F(ConsentTest, ALaunchAdoptsWhatIsRememberedInItsOrder) {
 }
 
 TEST_F(ConsentTest, ImportsTheBackendsConsentUntilOneIsSetOnTheDevice) {
-    backend.answer(getPath, {.body = R"({"gdpr_consent": true})"});
+    backend.answer(getPath, {.body = R"({"gdpr_consent": "true"})"});
     becomeActiveForConsent();
     ASSERT_THAT(gets(), SizeIs(1));
     EXPECT_FALSE(gets()[0].payload.contains("gdpr_consent"));
