@@ -61,8 +61,12 @@ TEST_F(EventTest, KeepsAndDropsParametersByTheirRules) {
                                                  {"t", "2026-01-01T03:00:00.250Z"},
                                                  {"a", Array{"a", "b"}},
                                                  {"a_empty", Array{}}}));
-    event.addParameterWithString("s", "y");
+    event.addParameterWithString("s", "y").addParameterWithInt("a_empty", 9);
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : event.getParameters()) keys.push_back(key);
+    EXPECT_THAT(keys, ElementsAre("s", "big", "i", "d", "b", "t", "a", "a_empty"));
     EXPECT_EQ(event.getParameters()["s"], "y");
+    EXPECT_EQ(event.getParameters()["a_empty"], 9);
 
     auto mixed = Orbinel::tagEvent("seen").addParameters({{"i", 0},
                                                           {"wide", std::int64_t{7}},
