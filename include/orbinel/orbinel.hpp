@@ -274,7 +274,7 @@ public:
     static void setCustomItalicFont(OptionalText font) noexcept;
 
     /// Shows a message that the vendor's panel sent for a try: its content, and the push that it came with. It takes
-    /// the place of every campaign that counts occurrences. Not gated.
+    /// the place of every campaign that counts occurrences. Gated: while the gate is closed, it does not appear.
     static void showTestInapp(const Dictionary& inapp, const Dictionary& pushInfo) noexcept;
 
     /// Asks for a rating of the application by the platform's own question. Not gated.

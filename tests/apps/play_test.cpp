@@ -482,10 +482,13 @@ TEST_F(Play, LeavesNothingBehindWithoutADataDirectory) {
 }
 
 TEST(PlayScenario, TracesCompletionsWithWhatTheyAreHanded) {
+    const auto called = [](const std::string& name) {
+        return R"({"wait_for": {"in": "callback", "where": {"/callback": ")" + name + R"("}}, "seconds": 20})";
+    };
     const auto played = play(withSteps(joined(
-        {R"({"call": "removeInappWithCompletionHandler:", "args": [{"$callback": "removed"}]})", R"({"settle": 5})",
+        {R"({"call": "removeInappWithCompletionHandler:", "args": [{"$callback": "removed"}]})", called("removed"),
          R"({"call": "eraseStoredDataWithCompletionHandler:", "args": [{"$callback": "erased"}]})",
-         R"({"settle": 5})"})));
+         called("erased")})));
     EXPECT_EQ(played.status, 0) << played.err;
     EXPECT_THAT(played.all("callback"), ElementsAre("\"removed\"", "\"erased\""));
     EXPECT_THAT(played.all("args"), ElementsAre("[]", "[null]"));
