@@ -14,6 +14,10 @@ namespace orbinel {
 /// Lets work that comes late (HTTP completions, timers, main-queue tasks) find out whether its world still runs, and
 /// keeps the world in memory while it is running.
 ///
+/// `Entrance` counts the calls from outside in much the same way. They are two because a caller has no reference to the
+/// world and must cost next to nothing, so its count stands in an object that is never destroyed; late work is made by
+/// the world itself, and its count and the weak reference may go once the last of it has.
+///
 /// Threads: any. A lifetime begins once and ends once.
 class Lifetime {
 public:
