@@ -127,7 +127,7 @@ TEST_F(ConsentTest, AnswersThatAreNoDictionaryChangeNothing) {
     EXPECT_THAT(sets(), IsEmpty());
     EXPECT_TRUE(stored(keys::gdprConsent).isAbsent());
 
-    backend.answerOnce(getPath, {.body = R"({"gdpr_consent": {"deep": []}, "mobile_gdpr_consent": "yes"})"});
+    backend.answerOnce(getPath, {.body = R"({"gdpr_consent": {"deep": []}, "mobile_gdpr_consent": "no"})"});
     becomeActiveForConsent();
     EXPECT_EQ(stored(keys::gdprConsent), false);
     EXPECT_EQ(stored(keys::mobileConsent), false);
