@@ -53,7 +53,7 @@ read -ra flags < <(pkg-config --cflags --libs orbinel-linux orbinel-headless)
 echo "== orbinel backend and play"
 orbinel backend --port 0 >backend.log 2>&1 &
 backend=$!
-trap 'kill $backend 2>/dev/null' EXIT
+trap 'kill $backend 2>/dev/null || true' EXIT
 for _ in {1..100}; do
     grep -q listening backend.log && break
     sleep 0.1
