@@ -173,7 +173,7 @@ TEST_F(TemplatePages, CarryIdentifiersBeyond32Bits) {
     bridge.presented.present(
         std::make_shared<const Dictionary>(Dictionary{{"inapp_id", large}, {"variant_id", std::to_string(large + 1)}}));
     bridge.say(R"({"lead":"a","survey":{"question":"How?","answer":"b"},"event":[{"name":"lead_collected"}]})");
-    for (auto* field : {&SessionRecord::lead_logs, &SessionRecord::survey_results}) {
+    for (auto field : {&SessionRecord::lead_logs, &SessionRecord::survey_results}) {
         ASSERT_THAT(list(field), SizeIs(1));
         const auto answer = *list(field)[0].ifDictionary();
         EXPECT_EQ(answer["inapp_id"].integer(), large);

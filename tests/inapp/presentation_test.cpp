@@ -328,7 +328,8 @@ TEST_F(Presenting, OnlyThePageItselfSpeaksAndLinksOpenOutside) {
         EXPECT_EQ(page()->navigate(other), NavigationPolicy::cancel) << other;
     }
     EXPECT_EQ(sinks.count("A frame of another origin is refused."), 6u);
-    EXPECT_EQ(page()->navigate({"orbinelurl://%7B%7D", false, true}), NavigationPolicy::cancel);
+    EXPECT_EQ(page()->navigate(platform::NavigationAction{"orbinelurl://%7B%7D", false, true}),
+              NavigationPolicy::cancel);
     EXPECT_EQ(sinks.count("A frame of another origin is refused."), 7u);
     EXPECT_THAT(neighbours.asked, IsEmpty()) << "what a redirect says";
 
