@@ -9,8 +9,8 @@
 /* The library's public surface for programs of other languages: C11, and usable through any foreign-function interface.
  *
  * Each function stands for the operation of the same name, which orbinel.hpp, event.hpp, user.hpp, product.hpp and
- * identifiers.hpp describe: what it does, what it refuses, whether it is gated, which threads. A program starts the library by a host's C
- * header (orbinel/linux/orbinel_linux.h, orbinel/headless/orbinel_headless.h).
+ * identifiers.hpp describe: what it does, what it refuses, whether it is gated, which threads. A program starts the
+ * library by a host's C header (orbinel/linux/orbinel_linux.h, orbinel/headless/orbinel_headless.h).
  *
  * NAMES. A function is called as its operation is, in lower case with "_" between the words, where an abbreviation is
  * one word (setGDPRConsent: orbinel_set_gdpr_consent), after the prefix of its class: orbinel_ for Orbinel,
