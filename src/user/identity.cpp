@@ -188,16 +188,16 @@ void OrbinelIdentity::setIdentifiersAsAttributes(const Dictionary& identifiers) 
 }
 
 void OrbinelIdentity::resetOrbinelIdWithCompletionBlock(Completion completion) noexcept {
-    if (getIdentifiers().empty()) return getBrandNewOrbinelIdWithCompletionBlock(std::move(completion));
-    sendIdentityRequestWithCachedIdentifiers(std::move(completion));
+    if (getIdentifiers().empty()) return getBrandNewOrbinelIdWithCompletionBlock(completion);
+    sendIdentityRequestWithCachedIdentifiers(completion);
 }
 
-void OrbinelIdentity::sendIdentityRequestWithCachedIdentifiers(Completion completion) noexcept {
+void OrbinelIdentity::sendIdentityRequestWithCachedIdentifiers(const Completion& completion) noexcept {
     resolveAgain("-[OrbinelIdentity sendIdentityRequestWithCachedIdentifiers]",
                  "Getting correct orbinelId for logged in user.", getIdentifiers(), completion);
 }
 
-void OrbinelIdentity::getBrandNewOrbinelIdWithCompletionBlock(Completion completion) noexcept {
+void OrbinelIdentity::getBrandNewOrbinelIdWithCompletionBlock(const Completion& completion) noexcept {
     resolveAgain("-[OrbinelIdentity getBrandNewOrbinelIdWithCompletionBlock:]",
                  "Getting brand new orbinlId for logged out user.", {}, completion);
 }

@@ -79,8 +79,8 @@ public:
     /// Asks for the ID again, for the stored identifiers or else for nobody in particular. The completion is called
     /// once, whatever the answer, unless the world ends before.
     void resetOrbinelIdWithCompletionBlock(Completion completion) noexcept override;
-    void sendIdentityRequestWithCachedIdentifiers(Completion completion) noexcept;
-    void getBrandNewOrbinelIdWithCompletionBlock(Completion completion) noexcept;
+    void sendIdentityRequestWithCachedIdentifiers(const Completion& completion) noexcept;
+    void getBrandNewOrbinelIdWithCompletionBlock(const Completion& completion) noexcept;
 
     /// Forgets the identifiers and marks the user as logged out. The ID stays until the backend gives another.
     void logoutUser() noexcept;
