@@ -37,6 +37,7 @@ std::string navigationWith(const std::string& message) {
 class CountedClicks final : public InappLogging {
 public:
     void addInappLog(std::int32_t) override {}
+    void addControlGroupLog(const Dictionary&) override {}
     void addClickLog(const Dictionary& click) override { count += click.size(); }
     void logBlockedInAppMessage(const Dictionary&) override {}
     void logInAppMessageAction(std::string_view) override {}
@@ -60,7 +61,7 @@ struct Bridge {
     TemplateEvents events{{world.reports, world.helper, world.eventRecorder, presented, world.ownLifetime,
                            *services.json, *services.scheduler, *services.notificationCentre}};
     TemplateAttributes attributes{{world.reports, world.userAttributes, *services.json, *services.scheduler}};
-    TemplateProducts products{{world.reports, world.productCreation, world.cartReminder, *services.json}};
+    TemplateProducts products{{world.reports, world.productCreation, world.cartReminder, presented, *services.json}};
     TemplateAnswers answers{{world.reports, world.session, presented, *services.json}};
     OrbinelTemplateStore store{{world.reports, events, attributes, products, answers, messages, native, shakes, urls,
                                 presented, world.ownLifetime, *services.json, *services.scheduler,
