@@ -26,22 +26,6 @@ std::string shown(std::string_view text) {
     return std::string(valid.get()) + (kept.size() < text.size() ? " …" : "");
 }
 
-/// GLib hands holders over to the main thread, which the thread sanitizer cannot see: this lock shows it the order.
-std::mutex& handingOver() {
-    static std::mutex& only = *new std::mutex;
-    return only;
-}
-
-Holder* hold(Holder log) {
-    const std::lock_guard order(handingOver());
-    return new Holder(std::move(log));
-}
-
-std::shared_ptr<ActivityLog> held(gpointer holder) {
-    const std::lock_guard order(handingOver());
-    return static_cast<Holder*>(holder)->lock();
-}
-
 }  // namespace
 
 void ActivityLog::add(Activity::Kind kind, std::string_view text) {
@@ -52,10 +36,10 @@ void ActivityLog::add(Activity::Kind kind, std::string_view text) {
     g_idle_add_full(
         G_PRIORITY_DEFAULT_IDLE,
         [](gpointer data) -> gboolean {
-            if (const auto log = held(data)) log->handOver();
+            if (const auto log = static_cast<Holder*>(data)->lock()) log->handOver();
             return G_SOURCE_REMOVE;
         },
-        hold(weak_from_this()), [](gpointer data) { delete static_cast<Holder*>(data); });
+        new Holder(weak_from_this()), [](gpointer data) { delete static_cast<Holder*>(data); });
 }
 
 void ActivityLog::handOver() {

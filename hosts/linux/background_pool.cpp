@@ -18,6 +18,15 @@ struct BackgroundPool::State {
     std::vector<std::thread> threads ORBINEL_GUARDED_BY(mutex);
     std::size_t idle ORBINEL_GUARDED_BY(mutex) = 0;  // threads that wait for a task
     bool closed ORBINEL_GUARDED_BY(mutex) = false;
+
+    /// Where the system has no thread left, the others go on; where there is none, the task waits until the next one is
+    /// posted.
+    void startThread(const std::shared_ptr<State>& self) ORBINEL_REQUIRES(mutex) {
+        try {
+            threads.emplace_back([self] { work(self); });
+        } catch (const std::system_error&) {
+        }
+    }
 };
 
 std::shared_ptr<BackgroundPool::State> BackgroundPool::makeState() { return std::make_shared<State>(); }
@@ -28,20 +37,9 @@ void BackgroundPool::post(platform::Task task) {
         MutexLock lock(state.mutex);
         if (state.closed) return;
         state.tasks.push_back(std::move(task));
-        if (state.tasks.size() > state.idle && state.threads.size() < maximumThreads) {
-            startThread(state_);
-        }
+        if (state.tasks.size() > state.idle && state.threads.size() < maximumThreads) state.startThread(state_);
     }
     state.changed.notifyOne();
-}
-
-/// Where the system has no thread left, the others go on; where there is none, the task waits until the next one is
-/// posted.
-void BackgroundPool::startThread(const std::shared_ptr<State>& state) {
-    try {
-        state->threads.emplace_back([state] { work(state); });
-    } catch (const std::system_error&) {
-    }
 }
 
 void BackgroundPool::work(const std::shared_ptr<State>& state) {

@@ -28,7 +28,6 @@ public:
 private:
     struct State;
 
-    static void startThread(const std::shared_ptr<State>& state);
     static void work(const std::shared_ptr<State>& state);
 
     const std::shared_ptr<State> state_ = makeState();

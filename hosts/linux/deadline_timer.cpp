@@ -18,6 +18,14 @@ struct DeadlineTimer::State {
     std::thread thread ORBINEL_GUARDED_BY(mutex);
     bool closed ORBINEL_GUARDED_BY(mutex) = false;
 
+    /// Where the system has no thread left, the callbacks wait until the next one is added.
+    void startThread(const std::shared_ptr<State>& self) ORBINEL_REQUIRES(mutex) {
+        try {
+            thread = std::thread([self] { work(self); });
+        } catch (const std::system_error&) {
+        }
+    }
+
     /// The next callback once it is due; nothing when the timer has been closed.
     Callbacks::node_type waitForDue() {
         MutexLock lock(mutex);
@@ -46,7 +54,7 @@ DeadlineTimer::Id DeadlineTimer::callAt(TimePoint time, std::function<void()> ca
         if (state.closed) return id;
         state.callbacks.emplace(id, std::move(callback));
         first = state.callbacks.begin()->first == id;
-        if (!state.thread.joinable()) startThread(state_);
+        if (!state.thread.joinable()) state.startThread(state_);
     }
     if (first) state.changed.notifyOne();
     return id;
@@ -56,14 +64,6 @@ void DeadlineTimer::cancel(const Id& id) {
     State::Callbacks::node_type dropped;  // outlives the lock: the callback may own what calls back here
     MutexLock lock(state_->mutex);
     dropped = state_->callbacks.extract(id);
-}
-
-/// Where the system has no thread left, the callbacks wait until the next one is added.
-void DeadlineTimer::startThread(const std::shared_ptr<State>& state) {
-    try {
-        state->thread = std::thread([state] { work(state); });
-    } catch (const std::system_error&) {
-    }
 }
 
 void DeadlineTimer::work(const std::shared_ptr<State>& state) {
