@@ -25,17 +25,18 @@ StorageThread::StorageThread() : state_(std::make_shared<State>()) {
 
 void StorageThread::post(Job job) {
     auto state = state_;  // the job may drop the last reference to this object
+    bool isRunner = false;
     {
         MutexLock lock(state->mutex);
         state->jobs.push_back(std::move(job));
-        if (state->runner == std::thread::id()) {
-            state->runner = std::this_thread::get_id();
-        } else {
-            state->changed.notifyAll();
-            return;
-        }
+        isRunner = state->runner == std::thread::id();
+        if (isRunner) state->runner = std::this_thread::get_id();
     }
-    runAll(*state);
+    if (isRunner) {
+        runAll(*state);
+    } else {
+        state->changed.notifyAll();
+    }
 }
 
 bool StorageThread::isCurrent() const {
@@ -69,8 +70,10 @@ void StorageThread::wait() {
     if (isCurrent()) return;
     const auto done = std::make_shared<Done>();
     post([done] {
-        MutexLock lock(done->mutex);
-        done->value = true;
+        {
+            MutexLock lock(done->mutex);
+            done->value = true;
+        }
         done->changed.notifyAll();
     });
     MutexLock lock(done->mutex);

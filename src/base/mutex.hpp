@@ -27,6 +27,8 @@ public:
     void unlock() ORBINEL_THREAD_ANNOTATION(release_capability()) { mutex_.unlock(); }
 
 private:
+    friend class ConditionVariable;
+
     std::mutex mutex_;
 };
 
@@ -46,21 +48,38 @@ private:
 
 /// Waits for a condition on members that a `Mutex` guards. The caller re-checks its condition in a loop, which keeps
 /// the check where the analysis can see that the mutex is held.
+///
+/// Notify after the mutex has been let go of, where the variable is sure to live that long: a waiter that wakes while
+/// it is held only goes back to sleep.
 class ConditionVariable {
 public:
-    void wait(Mutex& mutex) ORBINEL_REQUIRES(mutex) { condition_.wait(mutex); }
+    void wait(Mutex& mutex) ORBINEL_REQUIRES(mutex) {
+        Held held(mutex.mutex_);
+        condition_.wait(held.lock);
+    }
 
     /// False when the time has passed.
     template <typename Clock, typename Duration>
     bool waitUntil(Mutex& mutex, std::chrono::time_point<Clock, Duration> time) ORBINEL_REQUIRES(mutex) {
-        return condition_.wait_until(mutex, time) == std::cv_status::no_timeout;
+        Held held(mutex.mutex_);
+        return condition_.wait_until(held.lock, time) == std::cv_status::no_timeout;
     }
 
     void notifyOne() noexcept { condition_.notify_one(); }
     void notifyAll() noexcept { condition_.notify_all(); }
 
 private:
-    std::condition_variable_any condition_;
+    /// The caller's hold on the mutex in the form that the standard library wants; it stays the caller's.
+    struct Held {
+        explicit Held(std::mutex& mutex) : lock(mutex, std::adopt_lock) {}
+        ~Held() { lock.release(); }
+        Held(const Held&) = delete;
+        Held& operator=(const Held&) = delete;
+
+        std::unique_lock<std::mutex> lock;
+    };
+
+    std::condition_variable condition_;
 };
 
 }  // namespace orbinel
