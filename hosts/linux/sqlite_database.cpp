@@ -24,7 +24,7 @@ SqliteStatement& SqliteStatement::bind(int index, double number) {
 SqliteStatement& SqliteStatement::bind(int index, std::string_view text) {
     // A null pointer would bind NULL, which is not the empty text.
     const char* bytes = text.data() != nullptr ? text.data() : "";
-    check(sqlite3_bind_text64(statement_, index, bytes, text.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+    check(sqlite3_bind_text64(statement_, index, bytes, text.size(), SQLITE_STATIC, SQLITE_UTF8));
     return *this;
 }
 

@@ -33,6 +33,7 @@ public:
 
     SqliteStatement& bind(int index, std::int64_t number);
     SqliteStatement& bind(int index, double number);
+    /// Without a copy: the text must stay as it is until the use of the statement ends.
     SqliteStatement& bind(int index, std::string_view text);
 
     /// True while there is a row.

@@ -80,11 +80,17 @@ Value SqliteStore::value(std::string_view key) const noexcept {
 void SqliteStore::set(std::string_view key, Value value) noexcept {
     const auto shared = std::make_shared<const Value>(withoutUnstorable(std::move(value)));
     MutexLock lock(mutex_);
+    if (shared->isAbsent() && isKnownToHoldNothing(key)) return;
     unsynchronised_.insert_or_assign(std::string(key), shared);
     if (reader_) unwritten_.insert_or_assign(std::string(key), shared);
     makeChange([key = std::string(key), shared](StoreContents& contents) {
         contents.set(key, shared->isAbsent() ? nullptr : shared);
     });
+}
+
+/// What other processes have written is not known.
+bool SqliteStore::isKnownToHoldNothing(std::string_view key) const {
+    return loaded_ && !reader_ && !unsynchronised_.contains(key) && contents_.isEmpty(key);
 }
 
 std::vector<std::string> SqliteStore::keys() const noexcept {

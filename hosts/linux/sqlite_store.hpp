@@ -90,6 +90,7 @@ private:
     void changeElements(std::string_view key, const PlanPointer& plan, PlainValue plainValue, Change change,
                         Write write);
     static bool forgetUnlessStaying(Waiting& waiting, std::string_view key, PlainValue plainValue);
+    [[nodiscard]] bool isKnownToHoldNothing(std::string_view key) const ORBINEL_REQUIRES(mutex_);
     void makeChange(Change change) ORBINEL_REQUIRES(mutex_);
     void putInLine(Write write) ORBINEL_REQUIRES(mutex_);
     void runNextWrite();

@@ -51,6 +51,11 @@ public:
 
     [[nodiscard]] std::vector<std::string> keys() const;
 
+    /// Whether the key holds neither a value nor a queued element.
+    [[nodiscard]] bool isEmpty(std::string_view key) const {
+        return values_.find(key) == values_.end() && count(key) == 0;
+    }
+
     /// Null removes.
     void set(std::string_view key, SharedValue value);
 

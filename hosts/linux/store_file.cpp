@@ -18,7 +18,7 @@ constexpr const char* schema = R"(
 CREATE TABLE stored_values(key TEXT PRIMARY KEY, kind TEXT NOT NULL, content) WITHOUT ROWID;
 CREATE TABLE elements(id INTEGER PRIMARY KEY, key TEXT NOT NULL, position INTEGER NOT NULL, state INTEGER NOT NULL,
                       json TEXT NOT NULL);
-CREATE INDEX elements_by_key ON elements(key, state);
+CREATE INDEX queued_elements_by_key ON elements(key) WHERE state = 0;
 CREATE TABLE launches(number INTEGER NOT NULL);
 INSERT INTO launches VALUES(0);
 PRAGMA user_version = 1;
