@@ -22,6 +22,7 @@ auto GroupReader::read(Read read) -> std::optional<decltype(read(std::declval<Sq
     try {
         if (!database_) {
             database_ = std::make_unique<SqliteDatabase>(path_, SqliteDatabase::Access::readOnly, busyMilliseconds);
+            known_.clear();
         }
         return read(*database_);
     } catch (const SqliteError&) {
@@ -31,12 +32,22 @@ auto GroupReader::read(Read read) -> std::optional<decltype(read(std::declval<Sq
 }
 
 std::optional<Value> GroupReader::value(std::string_view key) {
-    return read([&](SqliteDatabase& database) {
+    return read([&](SqliteDatabase& database) ORBINEL_REQUIRES(mutex_) {
+        forgetIfWritten(database);
+        if (const auto known = known_.find(key); known != known_.end()) return known->second;
         auto query = database.statement("SELECT kind, content FROM stored_values WHERE key = ?");
         query.bind(1, key);
-        if (!query.step()) return Value();
-        return readValue(query, 0, *json_).value_or(Value());
+        auto value = query.step() ? readValue(query, 0, *json_).value_or(Value()) : Value();
+        known_.emplace(key, value);
+        return value;
     });
+}
+
+/// A write that comes between this look and the reading is seen at the next look: what was read is then read again.
+void GroupReader::forgetIfWritten(SqliteDatabase& database) {
+    auto query = database.statement("PRAGMA data_version");
+    const auto version = query.step() ? query.integer(0) : 0;
+    if (std::exchange(version_, version) != version) known_.clear();
 }
 
 std::optional<std::vector<std::string>> GroupReader::keys() {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,7 +15,8 @@
 
 namespace orbinel::hosts {
 
-/// Reads the values of a store that other processes write, from its file.
+/// Reads the values of a store that other processes write, from its file. What has been read is kept until anybody
+/// writes to the file.
 ///
 /// Threads: callable from any thread; a read waits for the disk, and for another process a moment at most.
 class GroupReader {
@@ -32,10 +35,14 @@ private:
     template <typename Read>
     auto read(Read read) -> std::optional<decltype(read(std::declval<SqliteDatabase&>()))>;
 
+    void forgetIfWritten(SqliteDatabase& database) ORBINEL_REQUIRES(mutex_);
+
     const std::filesystem::path path_;
     const std::shared_ptr<const platform::Json> json_;
 
     Mutex mutex_;
+    std::map<std::string, Value, std::less<>> known_ ORBINEL_GUARDED_BY(mutex_);  // absent ones, too
+    std::int64_t version_ ORBINEL_GUARDED_BY(mutex_) = 0;  // of the file, when they were read over this connection
     std::unique_ptr<SqliteDatabase> database_ ORBINEL_GUARDED_BY(mutex_);
     bool closed_ ORBINEL_GUARDED_BY(mutex_) = false;
 };

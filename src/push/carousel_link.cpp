@@ -19,6 +19,8 @@ namespace {
 constexpr std::int64_t longestAge = 5;  // seconds
 
 void remove(platform::DefaultsStore& store, std::initializer_list<std::string_view> keys) {
+    const auto isThere = [&](std::string_view key) { return !store.value(key).isAbsent(); };
+    if (std::none_of(keys.begin(), keys.end(), isThere)) return;  // as at most times: no work for the disk
     for (const auto key : keys) store.set(key, {});
     store.synchronize();
 }
