@@ -60,6 +60,7 @@ protected:
         const auto starts = library->network->starts.load();
         library->becomeActive();
         ASSERT_TRUE(library->runUntil([&] { return library->network->starts > starts; }));
+        library->host->runMainQueue();  // where the answer is taken in
         Orbinel::getCurrentUser().setEmail(email).setPhoneNumber(phone).login(OrbinelIdentifiers().addEmail(email));
         ASSERT_TRUE(library->runUntil([&] { return library->network->underWay == 0; }));
         Orbinel::tagEvent("seen").addParameterWithInt("number", number).build();
