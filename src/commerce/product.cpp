@@ -27,6 +27,12 @@ Value ofCount(std::int32_t count, std::int32_t largest) {
     return count >= 1 && count <= largest ? Value(count) : Value();
 }
 
+/// For the development log, which does not repeat what was given.
+void noteRefusal(const ProductAccess& access, const char* operation) noexcept {
+    access.reports.note(
+        [&] { return std::string(operation) + " changed nothing: its value is empty or out of range."; });
+}
+
 template <typename Content>
 std::optional<Content> copyOf(const Content* content) {
     return content != nullptr ? std::optional(*content) : std::nullopt;
@@ -80,8 +86,10 @@ void OrbinelProduct::visitValid(const char* operation, Step&& step) noexcept {
 
 template <typename MakeValue>
 void OrbinelProduct::store(const char* operation, std::string_view field, MakeValue&& makeValue) noexcept {
-    visitValid(operation, [&](const ProductAccess&) {
-        if (Value value = makeValue(); !value.isAbsent()) internal_->set(field, std::move(value));
+    visitValid(operation, [&](const ProductAccess& access) {
+        Value value = makeValue();
+        if (value.isAbsent()) return noteRefusal(access, operation);
+        internal_->set(field, std::move(value));
     });
 }
 
@@ -89,7 +97,9 @@ template <typename MakeValue>
 void OrbinelProduct::storeCustom(const char* operation, OptionalText name, MakeValue&& makeValue) noexcept {
     visitValid(operation, [&](const ProductAccess& access) {
         if (!access.validation.isNameValid(name.view())) return;
-        if (Value value = makeValue(access); !value.isAbsent()) internal_->set(name.view(), std::move(value));
+        Value value = makeValue(access);
+        if (value.isAbsent()) return noteRefusal(access, operation);
+        internal_->set(name.view(), std::move(value));
     });
 }
 

@@ -49,7 +49,8 @@ void OrbinelEvent::store(const char* operation, OptionalText key, MakeValue&& ma
         return visit(operation, [&](const EventRecorder& recorder) { recorder.refuseKey(key.view()); });
     }
     try {
-        if (Value value = makeValue(); !value.isAbsent()) parameters_->set(key.view(), std::move(value));
+        if (Value value = makeValue(); !value.isAbsent()) return parameters_->set(key.view(), std::move(value));
+        visit(operation, [&](const EventRecorder& recorder) { recorder.refuseValue(key.view()); });
     } catch (const std::exception& exception) {
         if (const Visit<EventRecorder> recorder(recorder_); recorder) {
             reportException(recorder->reports(), operation, exception.what());

@@ -41,7 +41,9 @@ EventRecorder::EventRecorder(const Needs& needs)
 // --- Parameters ---
 
 void EventRecorder::addDate(EventParameters& parameters, std::string_view key, const std::optional<Date>& date) const {
-    if (validation_.isNameValid(key) && date) parameters.set(key, helper_.getRFCFromNSDate(*date));
+    if (!validation_.isNameValid(key)) return;
+    if (!date) return refuseValue(key);
+    parameters.set(key, helper_.getRFCFromNSDate(*date));
 }
 
 void EventRecorder::addAll(EventParameters& parameters, const Dictionary& added) const {
@@ -52,7 +54,7 @@ void EventRecorder::addAll(EventParameters& parameters, const Dictionary& added)
 
 void EventRecorder::addDetected(EventParameters& parameters, const std::string& key, const Value& value) const {
     if (const auto* text = value.ifString()) {
-        if (!text->empty()) parameters.set(key, *text);
+        text->empty() ? refuseValue(key) : parameters.set(key, *text);
     } else if (value.ifInt32() != nullptr || value.ifBoolean() != nullptr) {
         parameters.set(key, Value(value));
     } else if (const auto number = value.number()) {
@@ -67,6 +69,13 @@ void EventRecorder::addDetected(EventParameters& parameters, const std::string& 
                               {"warning", textOf(value) + " value could not be associated with a suitable data type."}};
         });
     }
+}
+
+void EventRecorder::refuseValue(std::string_view key) const noexcept {
+    reports_.note([&] {
+        return "Left out the parameter \"" + std::string(key) +
+               "\": a text must not be empty, an integer must be above 0, another number finite, a date given.";
+    });
 }
 
 // --- Building ---

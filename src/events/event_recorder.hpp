@@ -46,6 +46,9 @@ public:
     /// Reports a key that is no name.
     void refuseKey(std::string_view key) const noexcept { (void)validation_.isNameValid(key); }
 
+    /// Tells of a value that a parameter cannot have.
+    void refuseValue(std::string_view key) const noexcept;
+
     /// Stores the event in the session's record as it stands now. May be called again, and then stores it again.
     void build(std::string_view name, const std::shared_ptr<EventParameters>& parameters) noexcept;
 

@@ -30,6 +30,11 @@ std::string_view nameOfGender(std::int32_t code) noexcept {
     return "other";
 }
 
+/// For the development log, which does not repeat what was given.
+void noteRefusal(const UserAccess& access, const char* operation, std::string_view rule) noexcept {
+    access.reports.note([&] { return std::string(operation) + " changed nothing: " + std::string(rule) + "."; });
+}
+
 void logRefusal(const UserAccess& access, std::string_view message) noexcept {
     access.reports.log(LogType::attributes, LogLevel::info, message, [] { return Dictionary(); });
 }
@@ -46,8 +51,10 @@ void OrbinelUser::visit(const char* operation, Step&& step) const noexcept {
 }
 
 void OrbinelUser::setText(const char* operation, std::string_view code, OptionalText value) const noexcept {
-    if (value.view().empty()) return;
-    visit(operation, [&](const UserAccess& access) { access.attributes.setUserAttributeWithString(code, value); });
+    visit(operation, [&](const UserAccess& access) {
+        if (value.view().empty()) return noteRefusal(access, operation, "the text is empty");
+        access.attributes.setUserAttributeWithString(code, value);
+    });
 }
 
 void OrbinelUser::setFlag(const char* operation, std::string_view code, bool value) const noexcept {
@@ -102,9 +109,11 @@ OrbinelUser& OrbinelUser::setBirthday(std::optional<Date> birthday) & noexcept {
 }
 
 OrbinelUser& OrbinelUser::setAge(std::int32_t age) & noexcept {
-    if (age < 1 || age > oldestAge) return *this;
-    visit("-[OrbinelUser setAge]",
-          [&](const UserAccess& access) { access.attributes.setUserAttributeWithInt(codes::AGE, age); });
+    constexpr auto operation = "-[OrbinelUser setAge]";
+    visit(operation, [&](const UserAccess& access) {
+        if (age < 1 || age > oldestAge) return noteRefusal(access, operation, "an age is 1 to 999");
+        access.attributes.setUserAttributeWithInt(codes::AGE, age);
+    });
     return *this;
 }
 
@@ -163,16 +172,21 @@ OrbinelUser& OrbinelUser::setCustomAttributeWithString(OptionalText name, Option
 }
 
 OrbinelUser& OrbinelUser::setCustomAttributeWithInt(OptionalText name, std::int32_t value) & noexcept {
-    if (value < 1 || value > largestCustomInt) return *this;
-    visit("-[OrbinelUser setCustomAttributeWithInt]",
-          [&](const UserAccess& access) { access.attributes.setCustomAttributeWithInt(name.view(), value); });
+    constexpr auto operation = "-[OrbinelUser setCustomAttributeWithInt]";
+    visit(operation, [&](const UserAccess& access) {
+        const bool inRange = value >= 1 && value <= largestCustomInt;
+        if (!inRange) return noteRefusal(access, operation, "an integer is 1 to 99999999, a double may be any number");
+        access.attributes.setCustomAttributeWithInt(name.view(), value);
+    });
     return *this;
 }
 
 OrbinelUser& OrbinelUser::setCustomAttributeWithDouble(OptionalText name, double value) & noexcept {
-    if (!std::isfinite(value)) return *this;
-    visit("-[OrbinelUser setCustomAttributeWithDouble]",
-          [&](const UserAccess& access) { access.attributes.setCustomAttributeWithDouble(name.view(), value); });
+    constexpr auto operation = "-[OrbinelUser setCustomAttributeWithDouble]";
+    visit(operation, [&](const UserAccess& access) {
+        if (!std::isfinite(value)) return noteRefusal(access, operation, "the number is not finite");
+        access.attributes.setCustomAttributeWithDouble(name.view(), value);
+    });
     return *this;
 }
 

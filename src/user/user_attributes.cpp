@@ -68,7 +68,11 @@ Array OrbinelUserInternal::getRemovedAttributes() const noexcept {
 
 /// An absent value is ignored, and so is a name that is none.
 void OrbinelUserInternal::store(Collection collection, std::string_view name, Value value, std::string_view type) {
-    if (!validation_.isNameValid(name) || value.isAbsent()) return;
+    if (!validation_.isNameValid(name)) return;
+    if (value.isAbsent()) {
+        return reports_.note(
+            [&] { return "Left the attribute " + std::string(name) + " as it was: no value was given."; });
+    }
     std::optional<Value> fed;
     if (reports_.feedsAreTaken(shouldFeed)) fed = value;
     {

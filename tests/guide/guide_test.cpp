@@ -91,6 +91,20 @@ protected:
     ScriptedBackend backend{host};
 };
 
+TEST_F(GuideExamples, AreToldWhatIsWrongWithAValue) {
+    host.console->clear();
+    Orbinel::tagEvent("search").addParameterWithString("words", "").addParameterWithInt("results", 0).build();
+    Orbinel::getCurrentUser().setAge(0).setName("").setCustomAttributeWithInt("orders", -1).setBirthday(std::nullopt);
+    Orbinel::createNewProductWithID("1", "Mug", {"Kitchen"}, "https://shop.example/1", 5, "EUR").setStock(0);
+    for (const auto* sentence :
+         {"Left out the parameter \"words\": a text must not be empty", "Left out the parameter \"results\"",
+          "setAge] changed nothing: an age is 1 to 999.", "setName] changed nothing: the text is empty.",
+          "an integer is 1 to 99999999", "as it was: no value was given.",
+          "setStock] changed nothing: its value is empty or out of range."}) {
+        EXPECT_THAT(console(), ::testing::HasSubstr(sentence));
+    }
+}
+
 TEST_F(GuideExamples, DropNothingOfWhatTheyReport) {
     host.console->clear();
     guide::reportEvents();
@@ -102,6 +116,21 @@ TEST_F(GuideExamples, DropNothingOfWhatTheyReport) {
     for (const auto* refusal : {"Ignored", "Skipped", "refused", "invalid"}) {
         EXPECT_THAT(console(), ::testing::Not(::testing::HasSubstr(refusal)));
     }
+}
+
+TEST_F(GuideExamples, HearOfLinksBesideTheLibrary) {
+    std::vector<std::string> opened;
+    shutdown();
+    guide::listenForLinks(host.services(), opened);
+    ASSERT_TRUE(start(host.services()));
+    Orbinel::initWithLaunchOptions(std::nullopt, "acme", "group.acme");
+    platform::DelegateArguments link;
+    link.url = "shop://connect_wizard/TOKEN";
+    ASSERT_NE(host.application->delegate(), nullptr);
+    host.application->delegate()->perform(platform::delegate_operations::openUrlWithOptions, link);
+    EXPECT_THAT(opened, ::testing::ElementsAre("shop://connect_wizard/TOKEN"));
+    host.settle();
+    EXPECT_THAT(backend.paths(), Contains("/api/wizard/v1/init_new_integration"));
 }
 
 TEST_F(GuideExamples, RunFromLoginToErasure) {
