@@ -33,6 +33,8 @@ std::vector<std::string> productIdsOf(const orbinel::Dictionary& answer);
 
 void respectPrivacy(bool processing, bool location);
 
+/// To be called before the initialisation. Every link that opens the application is added to `opened`.
+void listenForLinks(const orbinel::platform::Services& services, std::vector<std::string>& opened);
 void askForPushes();
 void handOverPushes(const std::vector<std::uint8_t>& deviceToken, const orbinel::Dictionary& payload);
 void handOverLinks(const std::string& pageAddress);

@@ -64,8 +64,9 @@ public:
     OrbinelEvent&& addParameters(const Dictionary& parameters) && noexcept;
 
     /// Stores the event in the current session, with the current time. Does nothing when the name is not valid or the
-    /// session has used up its budget of 100 events. May be called again, and then stores the event again; parameters
-    /// added after it are still sent, as long as the session is open.
+    /// session has used up its budget of 100 events, to which those that the library makes itself count
+    /// ("session_start", pages, cart, recommendations), but no purchases. May be called again, and then stores the
+    /// event again; parameters added after it are still sent, as long as the session is open.
     void build() noexcept;
 
     [[nodiscard]] std::string getName() const noexcept;

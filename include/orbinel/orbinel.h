@@ -10,7 +10,8 @@
  *
  * Each function stands for the operation of the same name, which orbinel.hpp, event.hpp, user.hpp, product.hpp and
  * identifiers.hpp describe: what it does, what it refuses, whether it is gated, which threads. A program starts the
- * library by a host's C header (orbinel/linux/orbinel_linux.h, orbinel/headless/orbinel_headless.h).
+ * library by a host's C header (orbinel/linux/orbinel_linux.h, orbinel/gtk/orbinel_gtk.h,
+ * orbinel/headless/orbinel_headless.h).
  *
  * NAMES. A function is called as its operation is, in lower case with "_" between the words, where an abbreviation is
  * one word (setGDPRConsent: orbinel_set_gdpr_consent), after the prefix of its class: orbinel_ for Orbinel,
@@ -19,7 +20,8 @@
  * type of an argument only, one function stands for all.
  *
  * ARGUMENTS. Texts are UTF-8 and end with NUL. NULL stands for what is absent: a text, a list, a date, an object; an
- * operation on a NULL object does nothing. Dates are pointers to seconds since 1970 (UTC, with fractions). Lists and
+ * operation on a NULL object does nothing. Absent is not empty: the default origin of the API is the custom endpoint
+ * "", or a call without that argument. Dates are pointers to seconds since 1970 (UTC, with fractions). Lists and
  * dictionaries are JSON texts, in which a whole number of 32 bits is a 32-bit integer, null the null marker, and
  * objects of one key stand for what JSON does not have:
  *

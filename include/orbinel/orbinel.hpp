@@ -56,23 +56,28 @@ public:
     /// `launchOptions`: what the platform handed to the application at launch. `partnerName`: the account's name at the
     /// vendor, of two or more lower-case ASCII letters, digits and underscores, not beginning with an underscore; with
     /// any other name the library stays uninitialised. `appGroup`: the name of the store shared with the application's
-    /// extensions. `customEndpoint`: the origin of the API (RFC 3986 scheme, host and port, without a trailing slash);
-    /// the empty text stands for the default origin. While the backend has switched the library off, it stays
-    /// uninitialised; not gated otherwise.
+    /// extensions; where it is absent or empty there is none, and the one of an earlier launch is forgotten.
+    /// `customEndpoint`: the origin of the API (RFC 3986 scheme, host and port, without a trailing slash); the empty
+    /// text stands for the default origin; where it is absent, nothing can be sent. While the backend has switched the
+    /// library off, it stays uninitialised; not gated otherwise.
     static void initWithLaunchOptions(const std::optional<Dictionary>& launchOptions, OptionalText partnerName,
                                       OptionalText appGroup) noexcept;
     static void initWithLaunchOptions(const std::optional<Dictionary>& launchOptions, OptionalText partnerName,
                                       OptionalText appGroup, OptionalText customEndpoint) noexcept;
 
     /// The common core of both, for cross-platform wrappers, and no more gated than they are: not gated but for a
-    /// library that is switched off.
+    /// library that is switched off. It stores neither app group nor origin and does not switch automatic integration
+    /// on: where neither of the others has, tokens, pushes and links that reach the delegates are left to the
+    /// application.
     static void initSDK(OptionalText partnerName, const std::optional<Dictionary>& launchOptions) noexcept;
 
     /// Switches to another partner name: closes the session under the old one and opens one under the new. Refused
     /// (with a record in the diagnostic log) before initialisation, with the name already in force, with a name that is
-    /// not valid, and while the library is switched off. While a consent is withheld it switches without any request.
-    /// Where the start under the new name gets no answer, the switch ends silently; the new name is in force all the
-    /// same. Not gated otherwise.
+    /// not valid, and while the library is switched off. While a consent is withheld it switches without closing or
+    /// opening a session; only the wizard's disconnect is sent. The Orbinel ID, the caps of messages, variables that
+    /// were delivered as tests and the addresses of recommendations are dropped; once the start under the new name has
+    /// completed, in-app messages are enabled again. Where it gets no answer, the switch ends silently; the new name is
+    /// in force all the same. Not gated otherwise.
     static void reinitWithPartnerName(OptionalText partnerName) noexcept;
 
     /// Whether the value is a text that may be a partner name; false before `start`. Not gated.
@@ -83,7 +88,10 @@ public:
     static void disableAutoIntegration() noexcept;
 
     /// For cross-platform wrappers: their own version, and the notification that the application became active where
-    /// the wrapper delivers it itself. Not gated.
+    /// the wrapper delivers it itself. The version is kept across launches (an absent one removes it) and has to be set
+    /// before initialisation: while there is one, the notification centre's delegate is left alone, and a push waits
+    /// until the application was active once. The notification does nothing without a version, or before
+    /// initialisation. Not gated.
     static void setHybridSDKVersion(OptionalText version) noexcept;
     static void hybridApplicationDidBecomeActive() noexcept;
 
@@ -99,8 +107,9 @@ public:
 
     /// Whether the person consents to data processing (GDPR), and to it on this device. Kept across launches and posted
     /// to the backend. Set both: where a post did not reach the backend, the first consent is posted when the
-    /// application next becomes active, but the second one only when it is set again (docs/privacy.md). While either is
-    /// false, every gated operation does nothing and no session is started or stopped. Before initialisation the
+    /// application next becomes active, but the second one only when it is set again (docs/privacy.md); where only the
+    /// second one was ever set, what the backend answers at the next activation replaces it. While either is false,
+    /// every gated operation does nothing and no session is started or stopped. Before initialisation the
     /// backend cannot be told: such a consent is in force and kept, but has to be set again afterwards. Not gated.
     static void setGDPRConsent(bool consent) noexcept;
     static void setMobileGDPRConsent(bool consent) noexcept;
@@ -121,9 +130,12 @@ public:
     /// and keeps what it was told before. What stays: entries of the application's own in the stores, and what the
     /// platform keeps (permissions, the push token, what the application has done on its own).
     ///
-    /// Afterwards the library is as after its first `start`: initialise it again, set collection, fonts and callbacks
-    /// again; only the development log stays as it is. The next session begins when the application next becomes
-    /// active, under new identifiers. Events, users and products made before do nothing any more.
+    /// Afterwards the library is as after its first `start`; only the development log stays as it is. Where they are in
+    /// use, call `disableAutoIntegration`, `setHybridSDKVersion`, `disableInAppMessages`, `enableTemplateDebugging` and
+    /// `setActiveForegroundPushView` again, initialise it again, set collection, fonts and callbacks again, and hand
+    /// over the push token again (`registerWithQuietPermission` has the platform give it). The next session begins when
+    /// the application next becomes active, under new identifiers. Events, users and products made before do nothing
+    /// any more.
     ///
     /// Returns at once; until the erasure is over every operation is neutral, as before `start`. `completion` runs on
     /// the main queue: with nothing, or with one sentence about what could not be erased, which is reported as an
@@ -142,7 +154,8 @@ public:
     /// with a session yet is dropped. Gated in that: while the gate is closed, the attributes stay as they are.
     [[nodiscard]] static OrbinelUser getCurrentUser() noexcept;
 
-    /// The backend's identifier for the person on this device; nothing while the gate is closed. Gated.
+    /// The Orbinel ID of the person on this device; until the backend has given one, the device's own identifier stands
+    /// for it. Nothing while the gate is closed. Gated.
     [[nodiscard]] static std::optional<std::string> getOrbinelID() noexcept;
 
     /// Performs `selector` (a member function of the sender that takes a `const std::string&`, or a function that takes
@@ -156,14 +169,15 @@ public:
     // --- Products, cart, wishlist and pages. All gated. ---
 
     /// A new product. `productID`, `name`, `imageURL` and `currency` (ISO 4217, not checked) are texts of at least one
-    /// byte, `taxonomy` the texts of its categories, at least one, and `price` the finite price of one unit, zero or
-    /// more. With any other argument, and while the gate is closed, the result is a product that is not valid: calls on
-    /// it and with it do nothing.
+    /// byte, `taxonomy` the texts of its categories, a list that is not empty (what is no text in it is not sent), and
+    /// `price` the finite price of one unit, zero or more. With any other argument, and while the gate is closed, the
+    /// result is a product that is not valid: calls on it and with it do nothing.
     [[nodiscard]] static OrbinelProduct createNewProductWithID(OptionalText productID, OptionalText name,
                                                                const Array& taxonomy, OptionalText imageURL,
                                                                double price, OptionalText currency) noexcept;
 
-    /// Pages that the person saw. An empty list and products that are not valid are skipped.
+    /// Pages that the person saw. An empty list and products that are not valid are skipped. A message that a product's
+    /// page brought about is removed.
     static void visitHomepage() noexcept;
     static void visitListingPageWithTaxonomy(const Array& taxonomy) noexcept;
     static void visitProductDetailPageWithProduct(const OrbinelProduct& product) noexcept;
@@ -175,7 +189,8 @@ public:
     static void itemRemovedFromCartWithProductID(OptionalText productID) noexcept;
     static void cartCleared() noexcept;
 
-    /// One product of a purchase. Stores the sale's ID in the product, as `setSaleID` does.
+    /// One product of a purchase. Stores the sale's ID in the product, as `setSaleID` does. The cart counts as empty
+    /// afterwards.
     static void itemPurchasedWithSaleID(OptionalText saleID, const OrbinelProduct& product) noexcept;
 
     /// The wishlist, by the same rules as the cart.
@@ -237,8 +252,9 @@ public:
 
     /// Asks the backend for the messages sent to this device between two moments, at most `limit` of them. `success`
     /// gets them as they came, on the main queue; an empty list at once, on the caller's thread, where a date is
-    /// missing, the start is not before the end, or the library is not initialised; and is not called at all when the
-    /// backend cannot be reached. Not gated.
+    /// missing, the start is not before the end, or the library is not initialised; an empty list, too, where the
+    /// answer is none; and is not called at all when the backend cannot be reached or reports an error. Moments are
+    /// told to the backend in whole seconds, `limit` as it is. Not gated.
     static void getMessageCenterDataWithLimit(std::int32_t limit, std::optional<Date> startDate,
                                               std::optional<Date> endDate,
                                               std::function<void(const Array&)> success) noexcept;
@@ -249,8 +265,9 @@ public:
     /// message stays on the screen while the gate is closed.
     static void removeInapp() noexcept;
 
-    /// The same, not gated; the completion, which may be empty, is called afterwards on the main queue, also where
-    /// there was nothing to remove; but not while the library is not started.
+    /// The same, not gated; the completion, which may be empty, is called on the main thread when the message is gone;
+    /// where there was nothing to remove, also inside the call if that is made on the main thread; not at all while the
+    /// library is not started.
     static void removeInappWithCompletionHandler(std::function<void()> completion) noexcept;
 
     /// Shows messages again, from the next one on. Not gated.
@@ -326,9 +343,9 @@ public:
     static void trackInteractiveLogWithUserInfo(const std::optional<Dictionary>& userInfo) noexcept;
 
     /// Performs `callback` (a member function of the sender that takes a `const Dictionary&`, or a function that takes
-    /// the sender and that) on the main queue with the payload of each push that comes while the application is in the
-    /// foreground, messages for a try excepted. The sender is held weakly; a registration replaces the one before. Not
-    /// gated.
+    /// the sender and that) on the main queue with the payload of each push that the platform hands to the
+    /// application's delegate while it is in the foreground (not of those that the application hands over itself),
+    /// messages for a try excepted. The sender is held weakly; a registration replaces the one before. Not gated.
     template <typename Callback, typename Sender>
     static void setForegroundPushCallback(Callback callback, std::weak_ptr<Sender> sender) noexcept {
         setForegroundCallback(TargetAction<const Dictionary&>(std::move(sender), std::move(callback)));
@@ -348,8 +365,9 @@ public:
     // --- Testing one's integration ---
 
     /// Takes a link of the vendor's panel that opened the application: "SCHEME://test_device/TOKEN" makes this a test
-    /// device, on which the library writes what it does on the console; "SCHEME://connect_wizard/TOKEN" connects it to
-    /// the panel, which then shows what the application calls. Any other link is ignored. Not gated.
+    /// device when the application next becomes active, on which the library writes what it does on the console;
+    /// "SCHEME://connect_wizard/TOKEN" connects it to the panel, which then shows what the application calls. Any other
+    /// link is ignored. Not gated.
     static void handleUrl(OptionalText url) noexcept;
 
     // --- Callbacks ---
@@ -359,13 +377,12 @@ public:
     ///
     /// | type | when | data |
     /// |---|---|---|
-    /// | 0 | a push was opened, or came in the foreground | what of its payload is not the library's own |
-    /// | 1 | a native button of a message was pressed | what the button carries |
-    /// | 2 | a page of a message reported a purchase | {"purchased_items"} |
-    /// | 3 | a page put something into the cart | {"cart_items"} |
-    /// | 4 | a page has something of its own to say | what it says |
-    /// | 5 | a message was shown | {"inapp_id", "variant_id"}, texts |
-    /// | 6 | a session start completed | none |
+    /// | 0 | a push was opened, or came in the foreground | what of its payload is not the library's own; of an item
+    /// picked in a carousel, the item's entries | | 1 | a native button of a message was pressed | what the button
+    /// carries | | 2 | a page of a message reported a purchase | {"purchased_items"} | | 3 | a page put something into
+    /// the cart | {"cart_items"} | | 4 | a page has something of its own to say | what it says | | 5 | a message was
+    /// shown | {"inapp_id", "variant_id"}, texts | | 6 | a session start was answered, unless a message of its push or
+    /// for a try came instead | none |
     ///
     /// Beside the data of a push stands its "source".
     ///

@@ -51,7 +51,7 @@ public:
 
     OrbinelProduct& setProductID(OptionalText productId) & noexcept;
     OrbinelProduct& setName(OptionalText name) & noexcept;
-    /// The categories, from the widest to the narrowest: at least one text.
+    /// The categories, from the widest to the narrowest: a list that is not empty; what is no text in it is not sent.
     OrbinelProduct& setTaxonomy(const Array& taxonomy) & noexcept;
     OrbinelProduct& setProductImageURL(OptionalText url) & noexcept;
     /// A finite amount of zero or more, in units of the currency.
@@ -88,6 +88,7 @@ public:
 
     /// Text of at least one byte.
     OrbinelProduct& setCustomAttributeWithString(OptionalText name, OptionalText value) & noexcept;
+    /// Any number, zero and negative ones, too.
     OrbinelProduct& setCustomAttributeWithInt(OptionalText name, std::int32_t value) & noexcept;
     OrbinelProduct& setCustomAttributeWithBoolean(OptionalText name, bool value) & noexcept;
     /// A finite number.

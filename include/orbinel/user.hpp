@@ -86,8 +86,10 @@ public:
     OrbinelUser& setWhatsappOptin(bool optin) & noexcept;
     OrbinelUser&& setWhatsappOptin(bool optin) && noexcept;
 
-    /// Whether the user wishes pushes, and to be located. Kept across launches. Ignored while the device itself
-    /// withholds the permission.
+    /// Whether the user wishes pushes, and to be located. Kept across launches. Only while the device grants the
+    /// permission: what it has granted is read at each activation, so that a call before the first one of a launch, or
+    /// where the person has not been asked yet, is ignored, which the development log tells. `LinuxHost` and `GtkHost`
+    /// know of no permission to locate, and `LinuxHost` of none for pushes: there these calls do nothing.
     OrbinelUser& setPushOptin(bool optin) & noexcept;
     OrbinelUser&& setPushOptin(bool optin) && noexcept;
     OrbinelUser& setLocationOptin(bool optin) & noexcept;
@@ -133,7 +135,11 @@ public:
 
     /// The same. `orbinelIDResult` is called at most once with the ID: on the main queue where a new session was opened
     /// (and its start answered), else on whichever thread the answer comes; at once, on the caller's thread, when the
-    /// identifiers are those of the last login. Not when there is no ID.
+    /// identifiers are those of the last login. It is not called where the backend gives no ID (the library then
+    /// repeats the login by itself at the next activation, without a result, and until then a login does nothing);
+    /// where a new session's start is not answered, switches the library off, or brings a message of a push or for a
+    /// try; and where another login or a logout came later. Whoever has to know registers a listener
+    /// (`Orbinel::registerOrbinelIDListenerWithSelector`).
     void login(const OrbinelIdentifiers& identifiers,
                std::function<void(const std::string& orbinelId)> orbinelIDResult) const noexcept;
 

@@ -39,9 +39,9 @@ struct ReclaimedElements {
 /// its completion runs.
 ///
 /// Threads: callable from any thread. Completions run in the order of their calls, on a thread of the service, or
-/// inside the call where the store has nothing to wait for; they may call the store, and may be empty. No method but a
-/// first `value` waits for the disk, and that only until the store has been read into memory. Failure: a store that
-/// cannot be read is set aside (renamed) and started afresh; a write that fails (full disk) is lost on disk but still
+/// inside the call where the store has nothing to wait for; they may call the store, and may be empty. No method but
+/// `value` and `keys` waits for the disk, and these only until the store has been read into memory; of an app group,
+/// also where another process may have written to it since. Failure: a store that cannot be read is set aside (renamed) and started afresh; a write that fails (full disk) is lost on disk but still
 /// holds in memory. Both are told to the handler of `Defaults::setProblemHandler`.
 class DefaultsStore {
 public:
@@ -109,7 +109,8 @@ public:
     /// A further store of the application's own, told apart by its name (any text). The same name, the same store.
     [[nodiscard]] virtual std::shared_ptr<DefaultsStore> suite(std::string_view name) noexcept = 0;
 
-    /// A store that the application shares with its extensions, which are other processes: reads go to the disk.
+    /// A store that the application shares with its extensions, which are other processes: reads see what
+    /// those have written.
     [[nodiscard]] virtual std::shared_ptr<DefaultsStore> appGroup(std::string_view name) noexcept = 0;
 
     /// Takes one sentence for every store that was set aside and every write that failed, also those before the call.

@@ -36,7 +36,8 @@ struct DesktopNotification {
 /// GApplication (there when this object is made) shuts down; `UIDeviceOrientationDidChangeNotification` when the window
 /// turns between upright and lying.
 ///
-/// What the desktop has the default GApplication open (G_APPLICATION_HANDLES_OPEN) reaches the application's delegate:
+/// What the desktop has the default GApplication open (G_APPLICATION_HANDLES_OPEN) reaches the application's delegate,
+/// and so the library; without a delegate (`Application::setDelegate`) it reaches nobody:
 /// web addresses as activities to continue, other URLs with the newest of the operations for them that the delegate
 /// implements. Links that start the application arrive, too, where this object is made in its "startup". What a
 /// delegate implements must not throw, as any handler of GTK's.

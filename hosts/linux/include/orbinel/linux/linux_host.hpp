@@ -15,7 +15,8 @@
 /// The platform's services on Linux, for applications with or without a window.
 namespace orbinel::hosts {
 
-/// How the backend is reached. What is left out is taken from the environment, as it is when the service is made.
+/// How the backend is reached. What is left out is taken from the environment: certificates as it is when the service
+/// is made, proxies as it is at each request.
 struct LinuxNetworkOptions {
     /// The proxy's URL, such as "http://proxy.acme.com:3128", with user and password where it asks for them
     /// ("http://user:password@…"); also https and socks5. The empty text: none. Absent: http_proxy, https_proxy,
