@@ -50,8 +50,11 @@ protected:
         ASSERT_NO_FATAL_FAILURE(useAsAPerson(2));
         ASSERT_TRUE(library->runUntil([&] { return library->network->underWay == 0; }));
         std::ofstream(directory.path() / "standard.sqlite.damaged-1") << email;
-        std::ofstream(directory.path() / "secure" / "ORBINEL_UDID_KEYCHAIN+ORBINEL_UDID_KEYCHAIN.Ab3dEf") << udid();
-        secrets = {udid(), vendorIdentifier(), "person-of-the-test", email, phone, token, "for-ada-only"};
+        library->services.secureItems->store(keys::udidKeychain, keys::udidKeychain, "of-an-earlier-installation");
+        std::ofstream(directory.path() / "secure" / "ORBINEL_UDID_KEYCHAIN+ORBINEL_UDID_KEYCHAIN.Ab3dEf")
+            << "half-written";
+        secrets = {udid(), vendorIdentifier(), "person-of-the-test",         email,         phone,
+                   token,  "for-ada-only",     "of-an-earlier-installation", "half-written"};
         for (const auto& secret : secrets) ASSERT_THAT(filesWith(secret), Not(IsEmpty())) << secret;
     }
 
