@@ -9,6 +9,9 @@
 // The code that the pages of docs/guide quote. The tests compile it and run it over a device in memory.
 namespace guide {
 
+/// Of the README.
+bool useWhatThereIs();
+
 void reportEvents();
 
 void describeUser();

@@ -10,6 +10,7 @@ import itertools
 import json
 import os
 import re
+import subprocess
 import sys
 import tempfile
 import threading
@@ -280,6 +281,16 @@ class CInterface(unittest.TestCase):
         self.assertTrue(perform(OPEN_URL, url="shop://late"), "the application goes on hearing")
         orbinel["orbinel_delegate_free"](delegate)
         self.assertEqual(destroyed[-1], 8)
+
+    def test_the_example_of_the_readme_runs(self):
+        with open(os.path.join(os.path.dirname(header_paths[0]), "../../README.md")) as file:
+            code = re.search(r"```python\n(.*?)```", file.read(), re.S).group(1)
+        code = code.replace("build/demo/hosts/linux/liborbinel-linux.so", library_path)
+        code = code.replace("http://127.0.0.1:8787", self.backend.origin)
+        environment = {**os.environ, "XDG_DATA_HOME": self.directory.name}
+        subprocess.run([sys.executable, "-c", code], env=environment, timeout=30, check=True)
+        names = [event["event_name"] for event in self.backend.stops()[0]["custom_events"]]
+        self.assertEqual(names, ["session_start", "purchase"])
 
     def test_nothing_is_harmful_at_any_time(self):
         self.call_everything_with_nothing()

@@ -10,7 +10,7 @@
 #include "orbinel/headless/headless_host.hpp"
 #include "support/scripted_backend.hpp"
 
-// The pages of docs/guide hold no code but what is compiled here, and that does what they say.
+// README.md and the pages of docs/guide hold no code but what is compiled here, and that does what they say.
 namespace orbinel::testing {
 
 namespace {
@@ -52,12 +52,13 @@ TEST(Guide, EveryPieceOfCodeOnThePagesIsPartOfAnExample) {
     for (const auto* folder : {"examples/guide", "examples/application"}) {
         for (const auto& file : std::filesystem::directory_iterator(root / folder)) examples += linesOf(file.path());
     }
+    std::vector<std::filesystem::path> pages{root / "README.md"};
+    for (const auto& page : std::filesystem::directory_iterator(root / "docs/guide")) pages.push_back(page.path());
     std::size_t blocks = 0;
-    for (const auto& page : std::filesystem::directory_iterator(root / "docs/guide")) {
-        for (const auto& code : codeOf(page.path())) {
+    for (const auto& page : pages) {
+        for (const auto& code : codeOf(page)) {
             ++blocks;
-            EXPECT_NE(examples.find(code), std::string::npos)
-                << page.path() << " quotes what no example holds:" << code;
+            EXPECT_NE(examples.find(code), std::string::npos) << page << " quotes what no example holds:" << code;
         }
     }
     EXPECT_GT(blocks, 10u);
@@ -110,6 +111,7 @@ TEST_F(GuideExamples, DropNothingOfWhatTheyReport) {
     guide::reportEvents();
     guide::describeUser();
     guide::reportShopping();
+    EXPECT_FALSE(guide::useWhatThereIs());
     for (const auto* name : {"article_read", "search", "sign_up_confirmation"}) {
         EXPECT_THAT(console(), ::testing::HasSubstr(name));
     }

@@ -44,6 +44,10 @@ void orbinel_user_set_twitter_id(orbinel_user* user, const char* twitter_id) {
     on(__func__, user, [&](auto& object) { object.setTwitterID(twitter_id); });
 }
 
+static_assert(ORBINEL_GENDER_MALE == static_cast<int>(orbinel::OrbinelGender::male));
+static_assert(ORBINEL_GENDER_FEMALE == static_cast<int>(orbinel::OrbinelGender::female));
+static_assert(ORBINEL_GENDER_OTHER == static_cast<int>(orbinel::OrbinelGender::other));
+
 void orbinel_user_set_gender(orbinel_user* user, int32_t gender) {
     on(__func__, user, [&](auto& object) { object.setGender(gender); });
 }
