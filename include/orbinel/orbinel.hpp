@@ -401,9 +401,9 @@ public:
     [[nodiscard]] static std::string getSDKVersion() noexcept;
 
     /// Writes on the console what the library does, and what it drops and why. Off at every start; never sent. E-mail
-    /// addresses, telephone numbers, identifiers, tokens, values of user attributes and whole requests are shortened to
-    /// their first two characters and their length, so that a log may be passed on; names, event parameters and
-    /// payloads of pushes are not. Not gated.
+    /// addresses, telephone numbers, identifiers, tokens, values of user attributes, texts of pushes and whole requests
+    /// are shortened to their first two characters and their length, so that a log may be passed on; names, event
+    /// parameters and whatever else a push carries are not: look at them before. Not gated.
     static void setDevelopmentLog(bool on) noexcept;
 
 private:

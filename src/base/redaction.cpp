@@ -16,12 +16,14 @@ constexpr std::size_t longestWithoutBeginning = 4;
 constexpr std::size_t shortestHexadecimal = 16;
 constexpr std::size_t shortestTelephone = 7;
 
-/// Keys under which a person, a device, a token or a whole request stands, without underscores and in lower case.
-constexpr std::array<std::string_view, 24> tellingKeys{
+/// Keys under which a person, a device, a token, what a push says to somebody, or a whole request stands, without
+/// underscores and in lower case.
+constexpr std::array<std::string_view, 26> tellingKeys{
     "email",       "em",           "mem",           "phone",       "phonenumber",    "pn",
     "gsm",         "udid",         "orbinelid",     "devicetoken", "pushtoken",      "token",
     "uuid",        "idfv",         "idfa",          "identifiers", "newvalue",       "stopjson",
-    "stoprequest", "startrequest", "stopencrypted", "payload",     "userattributes", "customattributes"};
+    "stoprequest", "startrequest", "stopencrypted", "payload",     "userattributes", "customattributes",
+    "alert",       "userid"};
 
 /// Topics of which every value tells; of the others, those of "value" alone.
 constexpr std::array<std::string_view, 2> tellingTopics{"setUserIdentifier", "deviceLocation"};

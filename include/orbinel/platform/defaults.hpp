@@ -41,8 +41,9 @@ struct ReclaimedElements {
 /// Threads: callable from any thread. Completions run in the order of their calls, on a thread of the service, or
 /// inside the call where the store has nothing to wait for; they may call the store, and may be empty. No method but
 /// `value` and `keys` waits for the disk, and these only until the store has been read into memory; of an app group,
-/// also where another process may have written to it since. Failure: a store that cannot be read is set aside (renamed) and started afresh; a write that fails (full disk) is lost on disk but still
-/// holds in memory. Both are told to the handler of `Defaults::setProblemHandler`.
+/// also where another process may have written to it since. Failure: a store that cannot be read is set aside (renamed)
+/// and started afresh; a write that fails (full disk) is lost on disk but still holds in memory. Both are told to the
+/// handler of `Defaults::setProblemHandler`.
 class DefaultsStore {
 public:
     virtual ~DefaultsStore() = default;
