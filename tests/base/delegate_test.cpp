@@ -1,10 +1,6 @@
 #include "orbinel/platform/delegate.hpp"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 namespace orbinel::platform {
 namespace {

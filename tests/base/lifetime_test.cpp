@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <future>
 #include <stdexcept>
 #include <thread>
@@ -13,8 +12,7 @@
 namespace orbinel::testing {
 namespace {
 
-class LifetimeTest : public ::testing::Test {
-protected:
+struct LifetimeTest : ::testing::Test {
     headless::HeadlessConsole console;
     Reports reports{console};
     Lifetime lifetime{reports};

@@ -1,7 +1,6 @@
 #include "base/reports.hpp"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <stdexcept>
 
@@ -39,8 +38,7 @@ private:
     Reports& reports_;
 };
 
-class ReportsTest : public ::testing::Test {
-protected:
+struct ReportsTest : ::testing::Test {
     headless::HeadlessConsole console;
     Reports reports{console};
     RecordingSinks sinks;

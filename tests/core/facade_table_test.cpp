@@ -167,8 +167,7 @@ TEST(FacadeRows, AreNeutralBeforeTheStartAndAfterTheEndOnAnyThread) {
     EXPECT_THAT(host.console->lines(), IsEmpty());
 }
 
-class FacadeTable : public LibraryTest {
-protected:
+struct FacadeTable : LibraryTest {
     /// A library of its own for each call: the one before may be erased by now.
     void callWithGate(const Row& row, bool open) {
         host.settle();

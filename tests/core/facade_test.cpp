@@ -1,6 +1,5 @@
 #include <thread>
 
-#include "session/stored_keys.hpp"
 #include "support/library_test.hpp"
 
 namespace orbinel::testing {

@@ -1,4 +1,3 @@
-#include "session/stored_keys.hpp"
 #include "support/library_test.hpp"
 
 namespace orbinel::testing {

@@ -1,4 +1,7 @@
-#include "support/late_http.hpp"
+#include <algorithm>
+
+#include "base/mutex.hpp"
+#include "platform/forwarding_http.hpp"
 #include "support/library_test.hpp"
 
 // What comes back late must not touch what has begun since: another session, another partner, another person, or a
@@ -6,8 +9,57 @@
 namespace orbinel::testing {
 namespace {
 
-class LateAnswersTest : public LibraryTest {
-protected:
+/// Keeps back the answers of chosen requests until a test delivers them.
+class LateHttp final : public platform::ForwardingHttp {
+public:
+    using ForwardingHttp::ForwardingHttp;
+
+    /// Keeps back the answer to each of the next `count` requests to a URL that ends in `path`.
+    void keepBack(const std::string& path, int count = 1) {
+        const MutexLock lock(mutex_);
+        paths_.insert(paths_.end(), static_cast<std::size_t>(count), path);
+    }
+
+    /// Delivers one of the answers kept back, counted from the one that came first.
+    void deliver(std::ptrdiff_t place) {
+        auto kept = [&] {
+            const MutexLock lock(mutex_);
+            auto chosen = std::move(kept_.at(static_cast<std::size_t>(place)));
+            kept_.erase(kept_.begin() + place);
+            return chosen;
+        }();
+        kept.completion(std::move(kept.outcome));
+    }
+
+    platform::Ticket send(platform::HttpRequest request, platform::HttpCompletion completion) noexcept override {
+        if (!take(request.url)) return target_->send(std::move(request), std::move(completion));
+        return target_->send(std::move(request), [this, completion](platform::HttpOutcome outcome) {
+            const MutexLock lock(mutex_);
+            kept_.push_back({completion, std::move(outcome)});
+        });
+    }
+
+private:
+    struct Kept {
+        platform::HttpCompletion completion;
+        platform::HttpOutcome outcome;
+    };
+
+    bool take(const std::string& url) {
+        const MutexLock lock(mutex_);
+        const auto path =
+            std::find_if(paths_.begin(), paths_.end(), [&](const auto& one) { return url.ends_with(one); });
+        if (path == paths_.end()) return false;
+        paths_.erase(path);
+        return true;
+    }
+
+    Mutex mutex_;
+    std::vector<std::string> paths_ ORBINEL_GUARDED_BY(mutex_);
+    std::vector<Kept> kept_ ORBINEL_GUARDED_BY(mutex_);
+};
+
+struct LateAnswersTest : LibraryTest {
     LateAnswersTest() {
         relaunch([this](platform::Services& services) {
             late = std::make_shared<LateHttp>(services.http);
@@ -16,8 +68,8 @@ protected:
         host.defaults->standard()->set(keys::orbinelId, "id-1");
         initialise();
     }
-    void deliver() {
-        late->deliver();
+    void deliver(std::ptrdiff_t place = 0) {
+        late->deliver(place);
         host.settle();
     }
     void logIn(const char* userId) {
@@ -175,8 +227,7 @@ TEST_F(LateAnswersTest, ALoginIsNeverUndoneByAnIdThatTheLibraryAskedForItself) {
         logIn("ada");
         becomeActive();  // without an ID, it asks for one for nobody in particular
         ASSERT_THAT(backend.received(identityPath), SizeIs(2));
-        if (!loginIsAnsweredFirst) late->turnAround();
-        deliver();
+        deliver(loginIsAnsweredFirst ? 0 : 1);
         deliver();
         EXPECT_THAT(results, ElementsAre("person"));
         EXPECT_EQ(stored(keys::orbinelId), "person");

@@ -1,14 +1,12 @@
 #include <chrono>
 
 #include "platform/forwarding_notifications.hpp"
-#include "session/stored_keys.hpp"
 #include "support/library_test.hpp"
 
 namespace orbinel::testing {
 namespace {
 
-class LifecycleTest : public LibraryTest {
-protected:
+struct LifecycleTest : LibraryTest {
     LifecycleTest() { initialise(); }
 };
 
@@ -87,8 +85,7 @@ TEST_F(LifecycleTest, HoldsTheMainThreadOnlyWhereTheProcessMayBeSuspendedAndNeve
 }
 
 // A permission that is read only after the application has left must not open a session in the background.
-class LateNotifications : public platform::ForwardingNotifications {
-public:
+struct LateNotifications : platform::ForwardingNotifications {
     using ForwardingNotifications::ForwardingNotifications;
     void readSettings(std::function<void(platform::NotificationSettings)> completion) noexcept override {
         waiting.push_back(std::move(completion));

@@ -13,8 +13,7 @@ namespace {
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 /// The logger of a running world, as the taker of its records.
-class LoggerTest : public LibraryTest {
-protected:
+struct LoggerTest : LibraryTest {
     LoggerTest() {
         initialise();
         reportTo(logger, sinks);

@@ -1,7 +1,6 @@
 #include "orbinel/gtk/gtk_host.hpp"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <filesystem>
@@ -21,8 +20,7 @@ namespace operations = platform::delegate_operations;
 using platform::ApplicationState;
 
 /// Implements the operations by noting what they are given.
-class NotingDelegate : public platform::Delegate {
-public:
+struct NotingDelegate : platform::Delegate {
     using Operations = std::initializer_list<std::string_view>;
 
     explicit NotingDelegate(Operations implemented)
@@ -40,8 +38,7 @@ public:
     std::vector<std::string> told;
 };
 
-class GtkHostOnScreen : public testing::Test {
-protected:
+struct GtkHostOnScreen : testing::Test {
     [[nodiscard]] static LinuxHostOptions optionsIn(const std::filesystem::path& directory) {
         LinuxHostOptions options;
         options.dataDirectory = directory;

@@ -1,6 +1,5 @@
 #include "hosts/gtk/gtk_views.hpp"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/gtk/window_under_test.hpp"
@@ -20,8 +19,7 @@ std::vector<platform::LayoutConstraint> box(double x, double y, double width, do
             fixed(LayoutAttribute::height, height)};
 }
 
-class GtkViewsOnScreen : public testing::Test {
-protected:
+struct GtkViewsOnScreen : testing::Test {
     void SetUp() override { ASSERT_TRUE(window.present()); }
 
     /// Clicks, and gives what the click does the time to happen.
@@ -158,16 +156,6 @@ TEST_F(GtkViewsOnScreen, WithoutTheWindowViewsAreNothingAndWhatIsHeldStaysHarmle
     held->fadeTo(0, 0.01, [] {});
     held->removeFromParent();
     turnFor(std::chrono::milliseconds{50});
-}
-
-TEST_F(GtkViewsOnScreen, NoViewGoesBelowItself) {
-    const auto outer = views->makeView(Backdrop::clear);
-    const auto inner = views->makeView(Backdrop::clear);
-    outer->addChild(inner);
-    inner->addChild(outer);
-    inner->addChild(inner);
-    inner->setTag(7);
-    EXPECT_EQ(outer->findTag(7), inner);
 }
 
 }  // namespace

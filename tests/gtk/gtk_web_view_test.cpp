@@ -2,9 +2,6 @@
 
 #include <gio/gio.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstdlib>
 
 #include "hosts/gtk/gtk_views.hpp"
 #include "tests/gtk/page_server.hpp"
@@ -50,8 +47,7 @@ struct Heard final : platform::WebViewDelegate {
     int terminated = 0;
 };
 
-class Pages : public testing::Test {
-protected:
+struct Pages : testing::Test {
     void SetUp() override {
         ASSERT_TRUE(window.present());
         auto made = views->makeWebView({}, heard);

@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -54,8 +54,7 @@ private:
     }
 };
 
-class DefaultsFiles : public testing::Test {
-protected:
+struct DefaultsFiles : testing::Test {
     void open() { open(directory.path()); }
 
     void open(const std::filesystem::path& where) {
@@ -139,10 +138,26 @@ protected:
     std::shared_ptr<platform::DefaultsStore> store;
 };
 
-TEST_F(DefaultsFiles, RandomBytesAreSetAside) {
-    std::ofstream(file) << std::string(5000, 'r');
-    open();
-    expectAFreshStoreThatLasts();
+TEST_F(DefaultsFiles, WhatIsNoStoreIsSetAside) {
+    const auto truncate = [this] {
+        open();
+        for (int i = 0; i < 200; ++i) store->set("filler " + std::to_string(i), std::string(500, 'f'));
+        store->synchronize();
+        write("old", 1);
+        close();
+        std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
+    };
+    const std::vector<std::function<void()>> damages{
+        truncate, [this] { std::ofstream(file) << std::string(5000, 'r'); },
+        [this] { std::filesystem::create_directory(file); },
+        [this] { std::filesystem::create_symlink(directory.path() / "missing" / "file", file); }};
+    for (const auto& damage : damages) {
+        damage();
+        open();
+        expectAFreshStoreThatLasts();
+        close();
+        for (const auto& entry : std::filesystem::directory_iterator(directory.path())) remove_all(entry.path());
+    }
 }
 
 TEST_F(DefaultsFiles, ADiskThatGoesOnDamagingIsNotFilledWithWhatWasSetAside) {
@@ -155,17 +170,6 @@ TEST_F(DefaultsFiles, ADiskThatGoesOnDamagingIsNotFilledWithWhatWasSetAside) {
         most = std::max(most, filesNamedLike("standard.sqlite.damaged-"));
     }
     EXPECT_THAT(most, testing::AllOf(testing::Ge(3u), testing::Le(10u)));
-}
-
-TEST_F(DefaultsFiles, ATruncatedFileIsSetAside) {
-    open();
-    for (int i = 0; i < 200; ++i) store->set("filler " + std::to_string(i), std::string(500, 'f'));
-    store->synchronize();
-    write("old", 1);
-    close();
-    std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
-    open();
-    expectAFreshStoreThatLasts();
 }
 
 TEST_F(DefaultsFiles, NobodyElseMayReadThem) {
@@ -191,18 +195,6 @@ TEST_F(DefaultsFiles, AnElementBeforeAllPositionsIsDamage) {
         .execute("UPDATE elements SET position = -9223372036854775807 - 1");
     open();
     EXPECT_EQ(reclaim(), 0u);
-    expectAFreshStoreThatLasts();
-}
-
-TEST_F(DefaultsFiles, ADirectoryInItsPlaceIsSetAside) {
-    std::filesystem::create_directory(file);
-    open();
-    expectAFreshStoreThatLasts();
-}
-
-TEST_F(DefaultsFiles, ALinkThatLeadsNowhereIsSetAside) {
-    std::filesystem::create_symlink(directory.path() / "missing" / "file", file);
-    open();
     expectAFreshStoreThatLasts();
 }
 

@@ -1,11 +1,8 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <future>
 #include <memory>
 #include <optional>
 #include <random>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -79,8 +76,7 @@ struct StorageChild : ChildProcess {
     }
 };
 
-class DefaultsProcesses : public testing::Test {
-protected:
+struct DefaultsProcesses : testing::Test {
     [[nodiscard]] std::unique_ptr<SqliteDefaults> open() const {
         return std::make_unique<SqliteDefaults>(directory.path(), std::make_shared<RapidJson>());
     }

@@ -2,7 +2,6 @@
 
 #include <fstream>
 #include <string>
-#include <thread>
 
 #include "hosts/linux/device_facts_reader.hpp"
 #include "hosts/linux/file_secure_items.hpp"
@@ -16,8 +15,7 @@ namespace {
 
 using platform::Connection;
 
-class Facts : public testing::Test {
-protected:
+struct Facts : testing::Test {
     void put(const std::string& file, const std::string& content) const {
         const auto path = root.path() / file;
         std::filesystem::create_directories(path.parent_path());

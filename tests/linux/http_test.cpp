@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <memory>
 #include <set>
@@ -20,8 +18,11 @@ namespace {
 
 using contract::Gathered;
 
-class Http : public testing::Test {
-protected:
+struct Http : testing::Test {
+    ~Http() override {
+        for (const auto* name : {"http_proxy", "no_proxy", "SSL_CERT_FILE"}) ::unsetenv(name);
+    }
+
     [[nodiscard]] platform::HttpRequest request(const std::string& path) const {
         platform::HttpRequest request;
         request.url = server.url(path);
@@ -151,18 +152,6 @@ TEST_F(Http, ACompletionThatCancelsAnotherFinishedRequestIsObeyed) {
     }
 }
 
-/// A variable of the environment for one test.
-class Variable {
-public:
-    Variable(const char* name, const std::string& value) : name_(name) { ::setenv(name, value.c_str(), 1); }
-    ~Variable() { ::unsetenv(name_); }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-
-private:
-    const char* const name_;
-};
-
 TEST_F(Http, GoesThroughTheProxyOfTheOptionsElseOfTheEnvironment) {
     auto elsewhere = request("/answer");
     elsewhere.url = "http://nobody.test/answer";  // a host that only a proxy can answer for
@@ -174,10 +163,10 @@ TEST_F(Http, GoesThroughTheProxyOfTheOptionsElseOfTheEnvironment) {
     EXPECT_FALSE(isAnswered(new CurlHttp()));
     EXPECT_TRUE(isAnswered(new CurlHttp({server.url(""), {}})));
 
-    const Variable proxy("http_proxy", server.url(""));
+    ::setenv("http_proxy", server.url("").c_str(), 1);
     EXPECT_TRUE(isAnswered(new CurlHttp()));
     EXPECT_FALSE(isAnswered(new CurlHttp({"", {}})));
-    const Variable direct("no_proxy", "nobody.test");
+    ::setenv("no_proxy", "nobody.test", 1);
     EXPECT_FALSE(isAnswered(new CurlHttp()));
 }
 
@@ -189,7 +178,7 @@ TEST_F(Http, AuthoritiesThatCannotBeUsedFailWithAReasonThatNamesThem) {
     EXPECT_EQ(failureOf(secure), reason);
     EXPECT_EQ(failureOf(request("/answer")), "");
 
-    const Variable file("SSL_CERT_FILE", "/nowhere/authorities.pem");
+    ::setenv("SSL_CERT_FILE", "/nowhere/authorities.pem", 1);
     http = std::make_unique<CurlHttp>();
     EXPECT_EQ(failureOf(secure), reason);
 }

@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <memory>
 
 #include "hosts/linux/curl_http.hpp"
 #include "hosts/linux/system_scheduler.hpp"

@@ -1,21 +1,16 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "orbinel/platform/base64.hpp"
+#include "tests/port_contract/contract_support.hpp"
 
 namespace orbinel::contract {
 
-using Base64Factory = std::function<std::shared_ptr<platform::Base64>()>;
-
-class Base64Contract : public testing::TestWithParam<Base64Factory> {
-protected:
-    std::shared_ptr<platform::Base64> base64 = GetParam()();
+struct Base64Contract : Contract<std::shared_ptr<platform::Base64>> {
+    std::shared_ptr<platform::Base64>& base64 = made;
 };
 
 TEST_P(Base64Contract, EncodesTheKnownAnswersAndReadsBackEveryLength) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <functional>
 #include <utility>
@@ -27,6 +29,12 @@ inline constexpr std::chrono::seconds limit{20};
     }
     return true;
 }
+
+/// A service under test, made anew by the host's factory for each case.
+template <typename UnderTest>
+struct Contract : testing::TestWithParam<std::function<UnderTest()>> {
+    UnderTest made = this->GetParam()();
+};
 
 /// Gathers what other threads deliver.
 template <typename T>

@@ -1,16 +1,13 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <atomic>
 #include <future>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <string>
 #include <thread>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -25,10 +22,7 @@ struct DefaultsUnderTest {
     std::function<std::shared_ptr<platform::Defaults>()> open;
 };
 
-using DefaultsFactory = std::function<DefaultsUnderTest()>;
-
-class DefaultsContract : public testing::TestWithParam<DefaultsFactory> {
-protected:
+struct DefaultsContract : Contract<DefaultsUnderTest> {
     void relaunch() {
         store.reset();
         defaults.reset();
@@ -70,10 +64,7 @@ protected:
     }
 
     void requeue(platform::ElementId id) const {
-        const auto promise = std::make_shared<std::promise<void>>();
-        auto future = promise->get_future();
-        store->requeue("queue", id, [promise] { promise->set_value(); });
-        EXPECT_EQ(future.wait_for(limit), std::future_status::ready);
+        static_cast<void>(answerOf<bool>([&](auto done) { store->requeue("queue", id, [done] { done(true); }); }));
     }
 
     [[nodiscard]] static std::vector<std::string> jsonOf(const std::vector<platform::StoredElement>& elements) {
@@ -82,7 +73,6 @@ protected:
         return result;
     }
 
-    DefaultsUnderTest made = GetParam()();
     std::shared_ptr<platform::Defaults> defaults = made.open();
     std::shared_ptr<platform::DefaultsStore> store = defaults->standard();
 };

@@ -1,15 +1,14 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "orbinel/platform/application.hpp"
 #include "orbinel/platform/notifications.hpp"
+#include "tests/port_contract/contract_support.hpp"
 
 namespace orbinel::contract {
 
@@ -19,10 +18,7 @@ struct DelegatesUnderTest {
     std::shared_ptr<platform::Notifications> notifications;
 };
 
-using DelegatesFactory = std::function<DelegatesUnderTest()>;
-
-class DelegatesContract : public testing::TestWithParam<DelegatesFactory> {
-protected:
+struct DelegatesContract : Contract<DelegatesUnderTest> {
     using DelegatePointer = std::shared_ptr<platform::Delegate>;
 
     static DelegatePointer makeDelegate(const char* name) {
@@ -32,7 +28,6 @@ protected:
         return [this](const DelegatePointer& delegate) { told.push_back(delegate->type()->name()); };
     }
 
-    DelegatesUnderTest made = GetParam()();
     std::vector<std::string> told;
 };
 

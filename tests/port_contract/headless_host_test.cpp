@@ -1,9 +1,6 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <atomic>
 #include <cmath>
-#include <functional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -21,14 +18,7 @@ using std::chrono::milliseconds;
 using testing::DoubleEq;
 using testing::ElementsAre;
 
-platform::HttpRequest requestTo(std::string url) {
-    platform::HttpRequest request;
-    request.url = std::move(url);
-    return request;
-}
-
-class HeadlessHosts : public testing::Test {
-protected:
+struct HeadlessHosts : testing::Test {
     HeadlessHost host{1'767'225'600.1};
     HeadlessScheduler& scheduler = *host.scheduler;
 };
@@ -92,28 +82,6 @@ TEST_F(HeadlessHosts, WaitingForWorkEndsWhenAnotherThreadBringsSome) {
     poster.join();
 }
 
-TEST_F(HeadlessHosts, SettlingFollowsChainsOfAnswers) {
-    host.http->setHandler([](const platform::HttpRequest&) { return platform::HttpResponse{200, {}, "{}", ""}; });
-    std::vector<std::string> completed;
-    std::function<void(int)> next = [&](int left) {
-        if (left == 0) return;
-        host.http
-            ->send(requestTo("http://backend.example/" + std::to_string(left)),
-                   [&, left](platform::HttpOutcome) {
-                       scheduler.postMain([&, left] {
-                           completed.push_back(std::to_string(left));
-                           next(left - 1);
-                       });
-                   })
-            .detach();
-    };
-    const auto begin = scheduler.postMainAfter(milliseconds{1000}, [&] { next(3); });
-    host.advance(1);
-    EXPECT_THAT(completed, ElementsAre("3", "2", "1"));
-    EXPECT_EQ(host.http->sent().size(), 3u);
-    EXPECT_EQ(host.http->inFlight(), 0u);
-}
-
 TEST_F(HeadlessHosts, RedirectsResolveLocations) {
     host.http->setHandler([](const platform::HttpRequest& request) -> platform::HttpResponse {
         if (request.url == "http://a.example/w/y") return {307, {{"location", "/x/y"}}, "", ""};
@@ -121,7 +89,8 @@ TEST_F(HeadlessHosts, RedirectsResolveLocations) {
         return {200, {}, request.method + request.body, ""};
     });
     platform::HttpOutcome outcome;
-    auto request = requestTo("http://a.example/w/y");
+    platform::HttpRequest request;
+    request.url = "http://a.example/w/y";
     request.body = "b";
     const auto ticket = host.http->send(request, [&](platform::HttpOutcome result) { outcome = std::move(result); });
     host.settle();

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -15,13 +13,11 @@
 #include <vector>
 
 #include "orbinel/platform/json.hpp"
+#include "tests/port_contract/contract_support.hpp"
 
 namespace orbinel::contract {
 
-using JsonFactory = std::function<std::shared_ptr<platform::Json>()>;
-
-class JsonContract : public testing::TestWithParam<JsonFactory> {
-protected:
+struct JsonContract : Contract<std::shared_ptr<platform::Json>> {
     [[nodiscard]] Value parsed(std::string_view text) const {
         auto outcome = json->parse(text);
         if (const auto* failure = std::get_if<platform::JsonFailure>(&outcome)) {
@@ -38,20 +34,12 @@ protected:
     [[nodiscard]] static Value nested(int depth) {
         Value value = Array{};
         for (int i = 1; i < depth; ++i) {
-            if (i % 2 == 0) {
-                Array array;
-                array.push_back(std::move(value));
-                value = std::move(array);
-            } else {
-                Dictionary dictionary;
-                dictionary.set("d", std::move(value));
-                value = std::move(dictionary);
-            }
+            value = i % 2 == 0 ? Value(Array{std::move(value)}) : Value(Dictionary{{"d", std::move(value)}});
         }
         return value;
     }
 
-    std::shared_ptr<platform::Json> json = GetParam()();
+    std::shared_ptr<platform::Json>& json = made;
 };
 
 TEST_P(JsonContract, ReadsEveryKindAndKeepsTheOrderOfKeys) {

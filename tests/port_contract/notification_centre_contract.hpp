@@ -1,28 +1,24 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <atomic>
-#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "orbinel/platform/notification_centre.hpp"
+#include "tests/port_contract/contract_support.hpp"
 
 namespace orbinel::contract {
 
-using NotificationCentreFactory = std::function<std::shared_ptr<platform::NotificationCentre>()>;
-
-class NotificationCentreContract : public testing::TestWithParam<NotificationCentreFactory> {
-protected:
+struct NotificationCentreContract : Contract<std::shared_ptr<platform::NotificationCentre>> {
     [[nodiscard]] platform::Ticket record(const char* name, const std::string& as) {
         return centre->addObserver(name, [this, as](const Dictionary&) { told.push_back(as); });
     }
 
-    std::shared_ptr<platform::NotificationCentre> centre = GetParam()();
+    std::shared_ptr<platform::NotificationCentre>& centre = made;
     std::vector<std::string> told;
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <atomic>
 #include <memory>
@@ -19,13 +18,9 @@ struct SchedulerUnderTest {
     Drive drive;
 };
 
-using SchedulerFactory = std::function<SchedulerUnderTest()>;
-
-class SchedulerContract : public testing::TestWithParam<SchedulerFactory> {
-protected:
+struct SchedulerContract : Contract<SchedulerUnderTest> {
     [[nodiscard]] bool settles(const std::function<bool()>& condition) const { return driveUntil(drive, condition); }
 
-    SchedulerUnderTest made = GetParam()();
     std::shared_ptr<platform::Scheduler>& scheduler = made.scheduler;
     Drive drive = made.drive;
 };

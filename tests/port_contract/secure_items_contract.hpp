@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -9,6 +7,7 @@
 #include <thread>
 
 #include "orbinel/platform/secure_items.hpp"
+#include "tests/port_contract/contract_support.hpp"
 
 namespace orbinel::contract {
 
@@ -17,11 +16,7 @@ struct SecureItemsUnderTest {
     std::function<std::shared_ptr<platform::SecureItems>()> open;
 };
 
-using SecureItemsFactory = std::function<SecureItemsUnderTest()>;
-
-class SecureItemsContract : public testing::TestWithParam<SecureItemsFactory> {
-protected:
-    SecureItemsUnderTest made = GetParam()();
+struct SecureItemsContract : Contract<SecureItemsUnderTest> {
     std::shared_ptr<platform::SecureItems> items = made.open();
 };
 

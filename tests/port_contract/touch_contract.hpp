@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -12,6 +10,7 @@
 #include "orbinel/platform/haptics.hpp"
 #include "orbinel/platform/pasteboard.hpp"
 #include "orbinel/platform/review_prompt.hpp"
+#include "tests/port_contract/contract_support.hpp"
 
 namespace orbinel::contract {
 
@@ -24,12 +23,7 @@ struct TouchUnderTest {
     std::function<void()> move;  // brings a sample about, where it can, and runs the main queue
 };
 
-using TouchFactory = std::function<TouchUnderTest()>;
-
-class TouchContract : public testing::TestWithParam<TouchFactory> {
-protected:
-    TouchUnderTest made = GetParam()();
-};
+struct TouchContract : Contract<TouchUnderTest> {};
 
 TEST_P(TouchContract, SamplesArriveOnTheMainQueueUntilTheTicketIsGone) {
     int samples = 0;

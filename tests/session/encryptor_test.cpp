@@ -7,8 +7,7 @@
 namespace orbinel::testing {
 namespace {
 
-class EncryptorTest : public ::testing::Test {
-protected:
+struct EncryptorTest : ::testing::Test {
     headless::HeadlessHost host;
     Reports reports{*host.console};
     OrbinelEncryptor encryptor{reports, *host.base64};

@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "session/stored_keys.hpp"
 #include "support/library_test.hpp"
 
 namespace orbinel::testing {

@@ -1,15 +1,12 @@
 #include <limits>
 
-#include "orbinel/platform/services.hpp"
-#include "platform/forwarding_defaults.hpp"
-#include "platform/forwarding_json.hpp"
+#include "support/failing_services.hpp"
 #include "support/library_test.hpp"
 
 namespace orbinel::testing {
 namespace {
 
-class RequestSenderTest : public LibraryTest {
-protected:
+struct RequestSenderTest : LibraryTest {
     RequestSenderTest() { initialise(); }
 
     /// Sends and waits; the answers that came.
@@ -19,6 +16,11 @@ protected:
                                           [&](Value answer) { answers.push_back(std::move(answer)); });
         host.settle();
         return answers;
+    }
+    void relaunchWhereFails(const char* method) {
+        const auto faults = std::make_shared<Faults>(method, Faults::always);
+        relaunch([&](platform::Services& services) { services = failing(services, faults); });
+        initialise();
     }
     std::string start() { return world().endpoints.getConfig(); }
     std::string stop() { return world().endpoints.sessionStop(); }
@@ -146,42 +148,15 @@ TEST_F(RequestSenderTest, RemembersAFailedConsentOnlyAfterATransportFailure) {
     }
 }
 
-/// A store that takes nothing.
-class FullStore : public platform::ForwardingDefaultsStore {
-public:
-    using ForwardingDefaultsStore::ForwardingDefaultsStore;
-    void appendInFlight(std::string_view, std::string,
-                        std::function<void(std::optional<platform::ElementId>)> committed) noexcept override {
-        committed(std::nullopt);
-    }
-};
-class FullDefaults : public platform::ForwardingDefaults {
-public:
-    using ForwardingDefaults::ForwardingDefaults;
-    std::shared_ptr<platform::DefaultsStore> standard() noexcept override {
-        return std::make_shared<FullStore>(target_->standard());
-    }
-};
-/// JSON that cannot be written.
-class MuteJson : public platform::ForwardingJson {
-public:
-    using ForwardingJson::ForwardingJson;
-    std::optional<std::string> serialise(const Dictionary&, platform::JsonStyle) const noexcept override {
-        return std::nullopt;
-    }
-};
-
 TEST_F(RequestSenderTest, GoesOnWithAFullStoreAndAnswersWhenJsonCannotBeWritten) {
-    relaunch([&](platform::Services& services) { services.defaults = std::make_shared<FullDefaults>(host.defaults); });
-    initialise();
+    relaunchWhereFails("defaults appendInFlight");
     EXPECT_THAT(send({{"n", 1}}, stop()), ElementsAre(Value()));
     EXPECT_THAT(backend.stops(), SizeIs(1));
     backend.answerOnce("/session/stop", {.status = 500});
     send({{"n", 2}}, stop());
     EXPECT_EQ(queuedStops(), 1U);
 
-    relaunch([&](platform::Services& services) { services.json = std::make_shared<MuteJson>(host.json); });
-    initialise();
+    relaunchWhereFails("json serialise");
     EXPECT_THAT(send({{"n", 1}}, stop()), ElementsAre(Value()));
     EXPECT_THAT(send({{"n", 1}}, start()), ElementsAre(Value()));
 }

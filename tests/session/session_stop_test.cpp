@@ -1,13 +1,11 @@
 #include <limits>
 
-#include "session/stored_keys.hpp"
 #include "support/library_test.hpp"
 
 namespace orbinel::testing {
 namespace {
 
-class SessionStopTest : public LibraryTest {
-protected:
+struct SessionStopTest : LibraryTest {
     SessionStopTest() { initialise(); }
 };
 

@@ -22,17 +22,20 @@
 
 namespace orbinel::testing {
 
-/// Counts the calls of every method that can fail, and says which one does: at most one.
+/// Counts the calls of every method that can fail, and says which one does: at most one, or each of a method.
 ///
 /// Threads: any.
 class Faults {
 public:
+    static constexpr int always = -1;
+
     Faults() = default;
     Faults(std::string method, int call) : method_(std::move(method)), call_(call) {}
 
     bool fails(const std::string& method) {
         const MutexLock lock(mutex_);
-        const bool now = ++calls_[method] == call_ && method == method_;
+        const int call = ++calls_[method];
+        const bool now = method == method_ && (call == call_ || call_ == always);
         struck_ |= now;
         return now;
     }
@@ -74,8 +77,7 @@ protected:
 // Each service fails as its header says that it may; what has no failure, such as making base64 or the clock, has none
 // here. A method without a result does nothing.
 
-class FailingHttp final : public Failing<platform::ForwardingHttp, &platform::Services::http> {
-public:
+struct FailingHttp final : Failing<platform::ForwardingHttp, &platform::Services::http> {
     using Failing::Failing;
 
     platform::Ticket send(platform::HttpRequest request, platform::HttpCompletion completion) noexcept override {
@@ -95,8 +97,7 @@ public:
     }
 };
 
-class FailingJson final : public Failing<platform::ForwardingJson, &platform::Services::json> {
-public:
+struct FailingJson final : Failing<platform::ForwardingJson, &platform::Services::json> {
     using Failing::Failing;
 
     platform::JsonOutcome parse(std::string_view text) const noexcept override {
@@ -111,8 +112,7 @@ public:
     }
 };
 
-class FailingBase64 final : public Failing<platform::ForwardingBase64, &platform::Services::base64> {
-public:
+struct FailingBase64 final : Failing<platform::ForwardingBase64, &platform::Services::base64> {
     using Failing::Failing;
 
     std::optional<std::string> decode(std::string_view text) const noexcept override {
@@ -172,8 +172,7 @@ private:
     const SharedFaults faults_;
 };
 
-class FailingDefaults final : public Failing<platform::ForwardingDefaults, &platform::Services::defaults> {
-public:
+struct FailingDefaults final : Failing<platform::ForwardingDefaults, &platform::Services::defaults> {
     using Failing::Failing;
 
     std::shared_ptr<platform::DefaultsStore> standard() noexcept override { return failing(target_->standard()); }
@@ -190,8 +189,7 @@ private:
     }
 };
 
-class FailingSecureItems final : public Failing<platform::ForwardingSecureItems, &platform::Services::secureItems> {
-public:
+struct FailingSecureItems final : Failing<platform::ForwardingSecureItems, &platform::Services::secureItems> {
     using Failing::Failing;
 
     std::optional<std::string> find(std::string_view service, std::string_view account) const noexcept override {
@@ -202,8 +200,7 @@ public:
     }
 };
 
-class FailingApplication final : public Failing<platform::ForwardingApplication, &platform::Services::application> {
-public:
+struct FailingApplication final : Failing<platform::ForwardingApplication, &platform::Services::application> {
     using Failing::Failing;
 
     platform::ApplicationBundle bundle() const noexcept override {
@@ -220,8 +217,7 @@ public:
     }
 };
 
-class FailingDevice final : public Failing<platform::ForwardingDevice, &platform::Services::device> {
-public:
+struct FailingDevice final : Failing<platform::ForwardingDevice, &platform::Services::device> {
     using Failing::Failing;
 
     std::shared_ptr<const platform::DeviceFacts> facts() const noexcept override {
@@ -229,9 +225,7 @@ public:
     }
 };
 
-class FailingNotifications final
-    : public Failing<platform::ForwardingNotifications, &platform::Services::notifications> {
-public:
+struct FailingNotifications final : Failing<platform::ForwardingNotifications, &platform::Services::notifications> {
     using Failing::Failing;
 
     void readSettings(std::function<void(platform::NotificationSettings)> completion) noexcept override {
@@ -248,8 +242,7 @@ public:
     }
 };
 
-class FailingConsole final : public Failing<platform::ForwardingConsole, &platform::Services::console> {
-public:
+struct FailingConsole final : Failing<platform::ForwardingConsole, &platform::Services::console> {
     using Failing::Failing;
 
     void writeLine(std::string_view line) noexcept override {
@@ -257,8 +250,7 @@ public:
     }
 };
 
-class FailingViews final : public Failing<platform::ForwardingViews, &platform::Services::views> {
-public:
+struct FailingViews final : Failing<platform::ForwardingViews, &platform::Services::views> {
     using Failing::Failing;
 
     std::shared_ptr<platform::View> overlay() noexcept override {
@@ -278,9 +270,7 @@ public:
     }
 };
 
-class FailingAccelerometer final
-    : public Failing<platform::ForwardingAccelerometer, &platform::Services::accelerometer> {
-public:
+struct FailingAccelerometer final : Failing<platform::ForwardingAccelerometer, &platform::Services::accelerometer> {
     using Failing::Failing;
 
     bool isAvailable() const noexcept override { return !fails("accelerometer isAvailable") && target_->isAvailable(); }
@@ -291,8 +281,7 @@ public:
     }
 };
 
-class FailingPasteboard final : public Failing<platform::ForwardingPasteboard, &platform::Services::pasteboard> {
-public:
+struct FailingPasteboard final : Failing<platform::ForwardingPasteboard, &platform::Services::pasteboard> {
     using Failing::Failing;
 
     void setText(const std::string& text) noexcept override {

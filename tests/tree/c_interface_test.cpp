@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -8,6 +7,7 @@
 #include <map>
 #include <regex>
 #include <set>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,27 +54,16 @@ const std::set<std::string> operationsWithoutC{
 };
 
 // What classes do by themselves, and what C needs beside the operations.
-const std::set<std::string> functionsOfCAlone{"orbinel_last_error",
-                                              "orbinel_free",
-                                              "orbinel_sender_create",
-                                              "orbinel_sender_free",
-                                              "orbinel_event_create",
-                                              "orbinel_event_copy",
-                                              "orbinel_event_free",
-                                              "orbinel_user_copy",
-                                              "orbinel_user_free",
-                                              "orbinel_product_copy",
-                                              "orbinel_product_free",
-                                              "orbinel_identifiers_create",
-                                              "orbinel_identifiers_copy",
-                                              "orbinel_identifiers_free",
-                                              "orbinel_delegate_create",
-                                              "orbinel_delegate_free",
-                                              "orbinel_completion_handler_call",
-                                              "orbinel_completion_handler_copy",
-                                              "orbinel_completion_handler_free",
-                                              "orbinel_set_application_delegate",
-                                              "orbinel_set_notification_delegate"};
+std::set<std::string> functionsOfCAlone() {
+    std::istringstream names(
+        "last_error free sender_create sender_free event_create event_copy event_free user_copy user_free product_copy "
+        "product_free identifiers_create identifiers_copy identifiers_free delegate_create delegate_free "
+        "completion_handler_call completion_handler_copy completion_handler_free set_application_delegate "
+        "set_notification_delegate");
+    std::set<std::string> functions;
+    for (std::string name; names >> name;) functions.insert("orbinel_" + name);
+    return functions;
+}
 
 /// In lower case with "_" between the words; an abbreviation is one word, also in the plural ("productIDs").
 std::string inSnakeCase(const std::string& name) {
@@ -145,7 +134,7 @@ TEST(CInterface, HasAFunctionForEachOperationAndNoOther) {
     const auto there = functionsOfC();
     EXPECT_GT(there.size(), 150U);
     EXPECT_THAT(without(wanted, there), ::testing::ElementsAreArray(operationsWithoutC)) << "missing in orbinel.h";
-    EXPECT_THAT(without(there, wanted), ::testing::ElementsAreArray(functionsOfCAlone)) << "only in orbinel.h";
+    EXPECT_THAT(without(there, wanted), ::testing::ElementsAreArray(functionsOfCAlone())) << "only in orbinel.h";
 }
 
 TEST(CInterface, NamesTheOperationsOfDelegatesAsTheyAreCalled) {
