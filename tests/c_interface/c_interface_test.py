@@ -5,6 +5,7 @@ Usage: c_interface_test.py TOOL LIBRARY HEADER…
 
 import ctypes
 import json
+import os
 import re
 import subprocess
 import sys
