@@ -32,7 +32,7 @@ inline constexpr std::chrono::seconds limit{20};
 
 /// A service under test, made anew by the host's factory for each case.
 template <typename UnderTest>
-struct Contract : testing::TestWithParam<std::function<UnderTest()>> {
+struct Contract : ::testing::TestWithParam<std::function<UnderTest()>> {
     UnderTest made = this->GetParam()();
 };
 
