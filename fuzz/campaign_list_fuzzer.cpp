@@ -1,27 +1,11 @@
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
-#include <variant>
-
-#include "hosts/common/rapidjson_json.hpp"
+#include "fuzz/input.hpp"
 #include "inapp/campaign_choice.hpp"
 #include "inapp/condition_matching.hpp"
-#include "orbinel/platform/console.hpp"
 
 namespace {
 
-using orbinel::Array;
 using orbinel::Dictionary;
-using orbinel::Value;
-
-class NoConsole final : public orbinel::platform::Console {
-public:
-    void writeLine(std::string_view) noexcept override {}
-};
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
+using orbinel::fuzz::require;
 
 std::size_t campaignsIn(const Dictionary& lists) {
     std::size_t count = 0;
@@ -50,16 +34,13 @@ void chooseAll(orbinel::OrbinelInapps& inapps, orbinel::CampaignChoice& choice, 
 // Whatever {"inapps": [campaigns], "parameters": {of an event}} holds, it can be stored, and what is chosen is due, and
 // a count-based campaign only once.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const orbinel::hosts::RapidJson json;
-    const auto outcome = json.parse(std::string_view(reinterpret_cast<const char*>(data), size));
-    const auto* value = std::get_if<Value>(&outcome);
-    const auto* input = value != nullptr ? value->ifDictionary() : nullptr;
-    const auto* campaigns = input != nullptr ? (*input)["inapps"].ifArray() : nullptr;
+    const auto input = orbinel::fuzz::dictionaryOf(orbinel::fuzz::textOf(data, size));
+    const auto* campaigns = input ? (*input)["inapps"].ifArray() : nullptr;
     if (campaigns == nullptr) return 0;
     const auto* given = (*input)["parameters"].ifDictionary();
     const auto parameters = given != nullptr ? *given : Dictionary();
 
-    NoConsole console;
+    orbinel::fuzz::NoConsole console;
     orbinel::Reports reports(console);
     orbinel::OrbinelInapps inapps(reports);
     orbinel::CampaignChoice choice({reports, inapps});

@@ -1,27 +1,15 @@
-#include <cstdint>
-#include <cstdlib>
-#include <optional>
 #include <string>
-#include <string_view>
-#include <variant>
 
 #include "apps/orbinel/decode/json_text.hpp"
 #include "apps/orbinel/decode/scrambling.hpp"
 #include "base/utf8.hpp"
+#include "fuzz/input.hpp"
 #include "hosts/common/glib_base64.hpp"
-#include "orbinel/platform/console.hpp"
 #include "session/encryptor.hpp"
 
 namespace {
 
-class NoConsole final : public orbinel::platform::Console {
-public:
-    void writeLine(std::string_view) noexcept override {}
-};
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
+using orbinel::fuzz::require;
 
 /// The text, where it is one that the library would take.
 std::optional<std::string> textByTheTool(std::string_view scrambled, std::string_view timestamp) {
@@ -35,12 +23,12 @@ std::optional<std::string> textByTheTool(std::string_view scrambled, std::string
 // With whatever time stamp (the first line), whatever text (the rest) comes out of its envelope as it went in; read as
 // an envelope itself, it is the same to the library and to the tool, or nothing to both.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::string_view text(reinterpret_cast<const char*>(data), size);
+    auto text = orbinel::fuzz::textOf(data, size);
     const auto timestamp = text.substr(0, text.find('\n'));
     text.remove_prefix(timestamp.size() < text.size() ? timestamp.size() + 1 : text.size());
     if (text.empty()) return 0;
 
-    NoConsole console;
+    orbinel::fuzz::NoConsole console;
     orbinel::Reports reports(console);
     const orbinel::hosts::GlibBase64 base64;
     const orbinel::OrbinelEncryptor encryptor(reports, base64);

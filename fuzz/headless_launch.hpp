@@ -2,23 +2,15 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdint>
-#include <cstdlib>
-#include <optional>
 #include <string>
-#include <string_view>
-#include <variant>
 
 #include "base/reports.hpp"
+#include "fuzz/input.hpp"
 #include "orbinel/headless/headless_host.hpp"
 #include "orbinel/orbinel.hpp"
 #include "session/encryptor.hpp"
 
 namespace orbinel::fuzz {
-
-inline void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 /// An application over a headless host, and the backend that it talks to.
 class HeadlessLaunch {
@@ -71,27 +63,18 @@ private:
 
     /// The plain text of a request's envelope.
     [[nodiscard]] std::string textOf(const platform::HttpRequest& request) const {
-        const auto parsed = host.json->parse(request.body);
-        const auto* body = std::get_if<Value>(&parsed);
-        require(body != nullptr && body->ifDictionary() != nullptr);
+        const auto body = dictionaryOf(request.body);
+        require(body.has_value());
         std::string timestamp;
         for (const auto& [name, value] : request.headers) {
             if (name == "ts") timestamp = value;
         }
         Reports silent(*host.console);
         const OrbinelEncryptor encryptor(silent, *host.base64);
-        return encryptor.decryptPayload((*body->ifDictionary())["payload"].stringOrEmpty(), timestamp).value_or("");
+        return encryptor.decryptPayload((*body)["payload"].stringOrEmpty(), timestamp).value_or("");
     }
 
     const std::string startAnswer_;
 };
-
-/// The input as JSON, where it is a dictionary.
-inline std::optional<Dictionary> dictionaryOf(const platform::Json& json, std::string_view text) {
-    auto outcome = json.parse(text);
-    auto* value = std::get_if<Value>(&outcome);
-    auto* dictionary = value != nullptr ? value->ifDictionary() : nullptr;
-    return dictionary != nullptr ? std::optional(std::move(*dictionary)) : std::nullopt;
-}
 
 }  // namespace orbinel::fuzz

@@ -1,13 +1,9 @@
 #include <algorithm>
 #include <array>
-#include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
-#include <string_view>
-#include <variant>
 
-#include "hosts/common/rapidjson_json.hpp"
+#include "fuzz/input.hpp"
 #include "orbinel/headless/headless_host.hpp"
 #include "orbinel/orbinel.hpp"
 
@@ -15,13 +11,10 @@ namespace {
 
 using orbinel::Dictionary;
 using orbinel::Orbinel;
+using orbinel::fuzz::require;
 
 constexpr int pushesOfOneLaunch = 64;
 constexpr const char* appGroup = "group.acme";
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 /// An application that is told of pushes, and a platform that opens addresses.
 class Launch {
@@ -82,11 +75,8 @@ private:
 // application hears only of the vendor's pushes, without the library's own keys, and only permitted addresses are
 // opened.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const orbinel::hosts::RapidJson json;
-    const auto outcome = json.parse(std::string_view(reinterpret_cast<const char*>(data), size));
-    const auto* value = std::get_if<orbinel::Value>(&outcome);
-    const auto* input = value != nullptr ? value->ifDictionary() : nullptr;
-    const auto* push = input != nullptr ? (*input)["push"].ifDictionary() : nullptr;
+    const auto input = orbinel::fuzz::dictionaryOf(orbinel::fuzz::textOf(data, size));
+    const auto* push = input ? (*input)["push"].ifDictionary() : nullptr;
     if (push == nullptr) return 0;
     const auto* extension = (*input)["extension"].ifDictionary();
 

@@ -1,12 +1,7 @@
 #include <algorithm>
 #include <charconv>
-#include <cstdint>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "fuzz/headless_launch.hpp"
-#include "hosts/common/rapidjson_json.hpp"
 #include "inapp/view_tags.hpp"
 
 namespace {
@@ -78,8 +73,8 @@ void triggerMessages(const Dictionary& answer, const HeadlessLaunch& launch) {
 // Whatever answers a session start, what it brings can be used, the session is delivered where the answer did not
 // switch the library off, and so is that of the next launch.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
-    const auto answer = orbinel::fuzz::dictionaryOf(orbinel::hosts::RapidJson(), text);
+    const auto text = orbinel::fuzz::textOf(data, size);
+    const auto answer = orbinel::fuzz::dictionaryOf(text);
     HeadlessLaunch launch{std::string(text)};
     launch.launch();
     Orbinel::setGDPRConsent(true);

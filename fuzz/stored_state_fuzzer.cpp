@@ -1,10 +1,6 @@
 #include <array>
-#include <cstdint>
-#include <string>
-#include <string_view>
 
 #include "fuzz/headless_launch.hpp"
-#include "hosts/common/rapidjson_json.hpp"
 #include "session/stored_keys.hpp"
 
 namespace {
@@ -76,8 +72,7 @@ void runSession(const HeadlessLaunch& launch, std::string_view event) {
 // "defaults", "app_group", "contents": values by key, "secure": a value}), a launch goes through a session and a stop;
 // and once the person consents, the next session is delivered.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto input = orbinel::fuzz::dictionaryOf(orbinel::hosts::RapidJson(),
-                                                   std::string_view(reinterpret_cast<const char*>(data), size));
+    const auto input = orbinel::fuzz::dictionaryOf(orbinel::fuzz::textOf(data, size));
     if (!input) return 0;
     HeadlessLaunch launch;
     fill(*input, launch.host);

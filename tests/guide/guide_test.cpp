@@ -3,6 +3,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -20,29 +22,19 @@ using ::testing::Contains;
 const std::filesystem::path root = ORBINEL_SOURCE_DIR;
 
 /// Without indentation, so that a page may quote the inside of a function.
-std::string withoutIndentation(const std::string& line) {
-    const auto begin = line.find_first_not_of(' ');
-    return begin == std::string::npos ? "" : line.substr(begin);
-}
-
 std::string linesOf(const std::filesystem::path& path) {
     std::ifstream file(path);
-    std::string lines = "\n";
-    for (std::string line; std::getline(file, line);) lines += withoutIndentation(line) + "\n";
-    return lines;
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    return std::regex_replace("\n" + text, std::regex("\n +"), "\n");
 }
 
 std::vector<std::string> codeOf(const std::filesystem::path& page) {
-    std::ifstream file(page);
     std::vector<std::string> blocks;
-    bool inside = false;
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with("```")) {
-            inside = line == "```cpp" || line == "```c";
-            if (inside) blocks.emplace_back("\n");
-        } else if (inside) {
-            blocks.back() += withoutIndentation(line) + "\n";
-        }
+    const auto text = linesOf(page);
+    for (auto begin = text.find("\n```c"); begin != std::string::npos; begin = text.find("\n```c", begin)) {
+        begin = text.find('\n', begin + 1);
+        blocks.push_back(text.substr(begin, text.find("\n```", begin) + 1 - begin));
+        begin += blocks.back().size();
     }
     return blocks;
 }

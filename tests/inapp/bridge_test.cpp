@@ -1,54 +1,67 @@
-#include <string>
-#include <utility>
-#include <vector>
+#include <array>
+#include <cstdio>
 
-#include "inapp/bridge_fixture.hpp"
+#include "inapp/kept_effects.hpp"
 #include "inapp/script_call.hpp"
 #include "inapp/template_payload.hpp"
-#include "orbinel/headless/headless_host.hpp"
 
 namespace orbinel::testing {
 
 namespace {
 
 using headless::Opened;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::Not;
-using ::testing::SizeIs;
-using ::testing::StartsWith;
 
+/// Keeps what the application's callbacks are told.
+struct KeptCallbacks {
+    void take(const Dictionary& info) { told.push_back(info); }
+    std::vector<Dictionary> told;
+};
+
+/// A message that is presented, and what its page says.
 class TemplatePages : public LibraryTest {
 protected:
     TemplatePages() {
-        bridge.presented.present(
-            std::make_shared<const Dictionary>(Dictionary{{"inapp_id", std::int64_t{42}}, {"variant_id", "7"}}));
-        bridge.store.setTemplateStoreCallback({std::weak_ptr(callbacks), &KeptCallbacks::take});
-        bridge.buttons.setInappButtonClickCallback({std::weak_ptr(callbacks), &KeptCallbacks::take});
+        for (auto* screen : {&w.templateMessages.screen, &w.templateStore.screen, &w.inappButtons.screen}) {
+            rebind(*screen, effects);
+        }
+        for (auto* logging : {&w.templateStore.logging, &w.inappButtons.logging}) rebind(*logging, effects);
+        rebind(w.inappButtons.remoteNotifications, effects);
+        w.templateEvents.addObserverForEventInapps();
+        present({{"inapp_id", std::int64_t{42}}, {"variant_id", "7"}});
+        w.templateStore.setTemplateStoreCallback({std::weak_ptr(callbacks), &KeptCallbacks::take});
+        w.inappButtons.setInappButtonClickCallback({std::weak_ptr(callbacks), &KeptCallbacks::take});
         host.device->change([](platform::DeviceFacts& facts) { facts.osVersion = "16.4"; });
         host.application->setBundle({"1.0.0", "com.acme.shop", "en", {"acme"}, {}});
     }
+    ~TemplatePages() override { shutdown(); }  // while the effects stand
 
+    void present(Dictionary inapp) { w.presentedInapp.present(std::make_shared<const Dictionary>(std::move(inapp))); }
+    /// A navigation of the page with this payload, as "encodeURIComponent" writes it.
+    void say(const std::string& json) {
+        std::string url = "orbinelurl://";
+        for (const char c : json) {
+            std::array<char, 4> escape{};
+            std::snprintf(escape.data(), escape.size(), "%%%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
+            url += escape.data();
+        }
+        w.templateBridge.processCustomScreenClicks(url);
+    }
     std::vector<std::string> effectsOf(const std::string& json) {
-        bridge.say(json);
+        say(json);
         host.settle();
-        return bridge.effects.taken();
+        return effects.taken();
     }
-    Array list(Array SessionRecord::*field) {
-        return world().session.read([&](const SessionRecord& record) { return record.*field; });
-    }
-    std::vector<EventRecord> events() {
-        return world().session.read([](const SessionRecord& record) { return record.custom_events; });
-    }
+    static std::vector<EventRecord> events() { return record().custom_events; }
     std::vector<std::string> opened() {
         std::vector<std::string> urls;
         for (const auto& one : host.application->opened()) urls.push_back(one.url);
         return urls;
     }
 
+    World& w = world();
+    KeptEffects effects;
     std::shared_ptr<KeptCallbacks> callbacks = std::make_shared<KeptCallbacks>();
-    Bridge bridge{world()};
 };
 
 constexpr auto refusal = "Received template datas couldn't be serialized.";
@@ -138,9 +151,9 @@ TEST_F(TemplatePages, OpenNothingButWebPagesPeopleAndTheApplicationItself) {
 // --- Events, attributes, products, answers ---
 
 TEST_F(TemplatePages, TagEventsWithParametersOfTheirTypes) {
-    bridge.events.addObserverForEventInapps();  // a second time: still one event each
+    w.templateEvents.addObserverForEventInapps();  // a second time: still one event each
     host.scheduler->setTimeZone("America/New_York");
-    bridge.say(R"({"event":{"events":[7,{"name":"form_sent","params":[
+    say(R"({"event":{"events":[7,{"name":"form_sent","params":[
         {"type":"date","key":"day","value":"2026-07-01T23:30:00.250Z"},{"type":"date","key":"moment","value":0},
         {"type":"date","key":"none","value":"2026-02-30T00:00:00.000Z"},
         {"type":"array","key":"list","value":["a",1]},{"type":"double","key":"price","value":"9.5"},
@@ -155,46 +168,39 @@ TEST_F(TemplatePages, TagEventsWithParametersOfTheirTypes) {
                                                                 {"yes", true},
                                                                 {"count", 3},
                                                                 {"tone", "12"}}));
-    EXPECT_THAT(bridge.events.returnCurrentEvents(), IsEmpty());
+    EXPECT_THAT(w.templateEvents.returnCurrentEvents(), IsEmpty());
 }
 
-TEST_F(TemplatePages, LeadsCarryTheCampaignWhateverThePageSays) {
-    bridge.say(R"({"event":[{"name":"lead_collected","params":[{"type":"string","key":"campaign_id","value":"x"},
-                                                              {"type":"string","key":"other","value":"y"}]}]})");
-    ASSERT_THAT(events(), SizeIs(1));
-    EXPECT_EQ(events()[0].event_params->snapshot(), (Dictionary{{"campaign_id", 42}, {"variant_id", 7}}));
-    world().helper.setSdkDisabled(true);
-    bridge.say(R"({"event":[{"name":"seen"}]})");
-    EXPECT_THAT(events(), SizeIs(1));
-}
-
-TEST_F(TemplatePages, CarryIdentifiersBeyond32Bits) {
+TEST_F(TemplatePages, LeadsCarryTheCampaignWhateverThePageSaysAlsoBeyond32Bits) {
     const std::int64_t large = 9'007'199'254'740'993;  // no double holds it
-    bridge.presented.present(
-        std::make_shared<const Dictionary>(Dictionary{{"inapp_id", large}, {"variant_id", std::to_string(large + 1)}}));
-    bridge.say(R"({"lead":"a","survey":{"question":"How?","answer":"b"},"event":[{"name":"lead_collected"}]})");
+    present({{"inapp_id", large}, {"variant_id", std::to_string(large + 1)}});
+    say(R"({"lead":"a","survey":{"question":"How?","answer":"b"},"event":[{"name":"lead_collected",
+        "params":[{"type":"string","key":"campaign_id","value":"x"},{"type":"string","key":"other","value":"y"}]}]})");
     for (const auto field : {&SessionRecord::lead_logs, &SessionRecord::survey_results}) {
-        ASSERT_THAT(list(field), SizeIs(1));
-        const auto answer = *list(field)[0].ifDictionary();
+        const auto all = record().*field;
+        ASSERT_THAT(all, SizeIs(1));
+        const auto& answer = *all[0].ifDictionary();
         EXPECT_EQ(answer["inapp_id"].integer(), large);
         EXPECT_EQ(answer["variant_id"].integer(), large + 1);
     }
     ASSERT_THAT(events(), SizeIs(1));
     EXPECT_EQ(events()[0].event_params->snapshot(), (Dictionary{{"campaign_id", large}, {"variant_id", large + 1}}));
+    w.helper.setSdkDisabled(true);
+    say(R"({"event":[{"name":"seen"}]})");
+    EXPECT_THAT(events(), SizeIs(1));
 }
 
 TEST_F(TemplatePages, SetAttributesOfTheUser) {
-    bridge.say(R"({"default_attributes":{"default_attributes":[
+    say(R"({"default_attributes":{"default_attributes":[
         {"type":"string","key":"na","value":"Ada"},{"type":"int","key":"ag","value":36},
         {"type":"double","key":"no","value":1.5},{"type":"boolean","key":"eo","value":1}],
         "attributes":[{"type":"double","key":"score","value":1.5},{"type":"array","key":"sizes","value":["s","m"]},
         {"type":"array","key":"none","value":"s"},{"type":"string","key":"tier","value":"gold"},{"type":"nothing",
         "key":"x","value":1},{"type":"date","key":"since","value":"2026-01-02T03:04:05.006Z"}]}})");
-    bridge.say(R"({"default_attributes":[{"type":"string","key":"su","value":"L"}]})");
-    EXPECT_EQ(world().userAttributes.getUserAttributes(),
-              (Dictionary{{"na", "Ada"}, {"ag", 36}, {"eo", true}, {"su", "L"}}));
+    say(R"({"default_attributes":[{"type":"string","key":"su","value":"L"}]})");
+    EXPECT_EQ(w.userAttributes.getUserAttributes(), (Dictionary{{"na", "Ada"}, {"ag", 36}, {"eo", true}, {"su", "L"}}));
     EXPECT_EQ(
-        world().userAttributes.getCustomAttributes(),
+        w.userAttributes.getCustomAttributes(),
         (Dictionary{
             {"score", 1.5}, {"sizes", Array{"s", "m"}}, {"tier", "gold"}, {"since", "2026-01-02T03:04:05.006Z"}}));
 }
@@ -206,11 +212,11 @@ TEST_F(TemplatePages, BuyAndTellTheApplication) {
         "item_cart":[{"product_id":"p2","product_name":"Hat","product_taxonomy":"b","product_image_url":"https://i",
            "product_price":3,"product_currency":"TRY"}],
         "custom":{"mine":1}})");
-    const auto bought = list(&SessionRecord::purchased_items);
+    const auto bought = record().purchased_items;
     ASSERT_THAT(bought, SizeIs(1));
     EXPECT_EQ((*bought[0].ifDictionary())["sale_id"], Value("s1"));
     EXPECT_EQ((*bought[0].ifDictionary())["price"], Value(9.5));
-    const auto inCart = list(&SessionRecord::abandoned_items);
+    const auto inCart = record().abandoned_items;
     ASSERT_THAT(inCart, SizeIs(1));
     EXPECT_EQ((*inCart[0].ifDictionary())["currency"], Value("TRY"));
     std::vector<Value> types;
@@ -221,21 +227,20 @@ TEST_F(TemplatePages, BuyAndTellTheApplication) {
 }
 
 TEST_F(TemplatePages, KeepAnswersWithTheirMessage) {
-    bridge.say(R"({"lead":{"email":"a@b.test"},"survey":{"question":"How?","answer":[1,"b"]}})");
-    bridge.presented.clear();
-    bridge.say(R"({"lead":{"email":"late@b.test"},"survey":{"question":"Why?","answer":5}})");
-    EXPECT_EQ(list(&SessionRecord::lead_logs),
+    say(R"({"lead":{"email":"a@b.test"},"survey":{"question":"How?","answer":[1,"b"]}})");
+    w.presentedInapp.clear();
+    say(R"({"lead":{"email":"late@b.test"},"survey":{"question":"Why?","answer":5}})");
+    EXPECT_EQ(record().lead_logs,
               (Array{Dictionary{{"inapp_id", 42}, {"variant_id", 7}, {"input", Dictionary{{"email", "a@b.test"}}}}}));
-    EXPECT_EQ(list(&SessionRecord::survey_results),
+    EXPECT_EQ(record().survey_results,
               (Array{Dictionary{{"inapp_id", 42}, {"variant_id", 7}, {"question", "How?"}, {"answer", "[1,\"b\"]"}}}));
 }
 
 TEST_F(TemplatePages, CannotFillTheSession) {
     const std::string much(300'000, 'x');
-    const auto another = [&] { bridge.presented.present(std::make_shared<const Dictionary>()); };
     const auto sayOften = [&](const std::string& json) {
-        another();
-        for (int i = 0; i < 5; ++i) bridge.say(json);
+        present({});
+        for (int i = 0; i < 5; ++i) say(json);
     };
     sayOften(R"({"event":[{"name":"inapp_seen","params":[{"type":"string","key":"k","value":")" + much + R"("}]}]})");
     EXPECT_THAT(events(), SizeIs(3)) << "not counted among the session's events";
@@ -243,23 +248,23 @@ TEST_F(TemplatePages, CannotFillTheSession) {
     const std::string item = R"({"product_id":"p","product_name":"Hat","product_taxonomy":"b","price":1,
         "product_price":1,"product_image_url":"https://i","currency":"TRY","product_currency":"TRY"})";
     sayOften(R"({"item_purchase":{"unique_sale_id":")" + much + R"(","purchased_items":[)" + item + "," + item + "]}}");
-    EXPECT_THAT(list(&SessionRecord::purchased_items), SizeIs(3)) << "each has the shared ID";
+    EXPECT_THAT(record().purchased_items, SizeIs(3)) << "each has the shared ID";
 
-    another();
+    present({});
     for (int i = 0; i < 5; ++i) {
         auto one = item;
         one.replace(one.find(R"("p")"), 3, "\"p" + std::to_string(i) + much + '"');
-        bridge.say(R"({"item_cart":[)" + one + "]}");
+        say(R"({"item_cart":[)" + one + "]}");
     }
-    EXPECT_THAT(list(&SessionRecord::abandoned_items), SizeIs(3));
+    EXPECT_THAT(record().abandoned_items, SizeIs(3));
 
-    another();
+    present({});
     for (int i = 0; i < 5; ++i) {
         const auto key = "a" + std::to_string(i);
-        bridge.say(R"({"default_attributes":{"attributes":[{"type":"array","key":")" + key + R"(","value":[")" + much +
-                   R"("]}]}})");
+        say(R"({"default_attributes":{"attributes":[{"type":"array","key":")" + key + R"(","value":[")" + much +
+            R"("]}]}})");
     }
-    EXPECT_THAT(world().userAttributes.getCustomAttributes(), SizeIs(3));
+    EXPECT_THAT(w.userAttributes.getCustomAttributes(), SizeIs(3));
 }
 
 // --- The device ---
@@ -289,7 +294,7 @@ TEST_F(TemplatePages, EndEditingWhenTheKeyboardHides) {
     (void)effectsOf(R"({"input_begin":{"id":2}})");
     post(platform::notification_names::keyboardWillHide);
     post(platform::notification_names::keyboardWillHide);
-    EXPECT_THAT(bridge.effects.taken(), ElementsAre("end editing"));
+    EXPECT_THAT(effects.taken(), ElementsAre("end editing"));
 }
 
 TEST_F(TemplatePages, LearnTheSessionWithoutTakingAnythingFromIt) {
@@ -308,9 +313,9 @@ TEST_F(TemplatePages, LearnTheSessionWithoutTakingAnythingFromIt) {
     EXPECT_EQ(record["session_duration"], Value(30));
     EXPECT_EQ(record["custom_attributes"], Value(Dictionary{{"motto", "</script><script>alert(1)"}}));
     EXPECT_FALSE(record.contains("push_logs"));  // empty ones are left out
-    EXPECT_THAT(world().userAttributes.getCustomAttributes(), SizeIs(1));
-    bridge.messages.sendDataToTemplate(2);
-    EXPECT_THAT(bridge.effects.taken(), IsEmpty());
+    EXPECT_THAT(w.userAttributes.getCustomAttributes(), SizeIs(1));
+    w.templateMessages.sendDataToTemplate(2);
+    EXPECT_THAT(effects.taken(), IsEmpty());
 }
 
 TEST_F(TemplatePages, HearOfShakesOnceASecond) {
@@ -319,7 +324,7 @@ TEST_F(TemplatePages, HearOfShakesOnceASecond) {
         host.advance(seconds);
         sensor.sample(x, y, z);
         host.settle();
-        return bridge.effects.taken().size();
+        return effects.taken().size();
     };
     (void)effectsOf(R"({"init_shake_detector":{}})");
     EXPECT_EQ(sensor.interval(), std::chrono::milliseconds(100));
@@ -330,14 +335,14 @@ TEST_F(TemplatePages, HearOfShakesOnceASecond) {
     (void)effectsOf(R"({"init_shake_detector":{}})");
     sensor.fail("The sensor is asleep.");
     host.settle();
-    bridge.shakes.destroyShakeDetector();
+    w.shakeDetector.destroyShakeDetector();
     EXPECT_FALSE(sensor.isStarted());
     (void)effectsOf(R"({"init_shake_detector":{}})");
     EXPECT_EQ(shakesAfter(0.5, 3, 0, 0), 0u);  // within a second of the last one, though started anew
-    bridge.shakes.stopObserving();
-    bridge.shakes.stopObserving();
+    w.shakeDetector.stopObserving();
+    w.shakeDetector.stopObserving();
     sensor.setAvailable(false);
-    bridge.shakes.startObservingWithCallback({});
+    w.shakeDetector.startObservingWithCallback({});
     EXPECT_THAT(sinks.messages({"Shake", "App template Shake", "Accelerometer", "The sensor"}),
                 ElementsAre("Shake detector initialized", "App template Shake Detected", "Shake detected",
                             "App template Shake Detected", "Shake detected", "Shake detector already initialized",
@@ -348,11 +353,11 @@ TEST_F(TemplatePages, HearOfShakesOnceASecond) {
 // --- Native buttons ---
 
 TEST_F(TemplatePages, ButtonsCloseByTheirTagAndNativeOnesAct) {
-    auto& attributes = world().userAttributes;
+    auto& attributes = w.userAttributes;
     const auto press = [&](const InappButton& button) {
-        bridge.buttons.inappButtonClicked(button);
+        w.inappButtons.inappButtonClicked(button);
         host.settle();
-        return bridge.effects.taken();
+        return effects.taken();
     };
     const auto tagged = [](std::int32_t tag) {
         InappButton button;
@@ -392,7 +397,7 @@ TEST_F(TemplatePages, PushPermissionIsAskedForAsTheVersionCan) {
     const auto ask = [&](bool quiet, const char* version) {
         host.device->change([&](platform::DeviceFacts& facts) { facts.osVersion = version; });
         const auto before = host.notifications->registrations();
-        bridge.push.registerWithQuietPermission(quiet);
+        w.pushPermission.registerWithQuietPermission(quiet);
         host.settle();
         return host.notifications->registrations() - before;
     };
@@ -411,7 +416,7 @@ TEST_F(TemplatePages, PushPermissionIsAskedForAsTheVersionCan) {
     EXPECT_EQ(feeds[0].data, (Dictionary{{"value", true}}));
     EXPECT_TRUE(feeds[0].shouldFeed && !feeds[0].isError && feeds[2].isError && !feeds[2].shouldFeed);
     EXPECT_EQ(feeds[2].data, (Dictionary{{"error", "No such service."}}));
-    world().helper.setSdkDisabled(true);
+    w.helper.setSdkDisabled(true);
     (void)ask(false, "16.0");
     EXPECT_THAT(sinks.feeds("registerWithQuietPermission"), SizeIs(3));
 }

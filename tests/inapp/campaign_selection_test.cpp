@@ -6,15 +6,10 @@
 namespace orbinel::testing {
 namespace {
 
-using ::testing::Each;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-
 class CampaignSelectionTest : public InappLibraryTest {
 protected:
     bool check(std::string_view event, std::int32_t count = 1, const Dictionary& parameters = {}) {
-        return inapps->selection.checkInapp(event, parameters, count);
+        return world().campaignSelection.checkInapp(event, parameters, count);
     }
     std::vector<std::int64_t> handedOverByTags(const std::string& event, int times) {
         std::vector<std::int64_t> ids;
@@ -76,7 +71,7 @@ TEST_F(CampaignSelectionTest, CountsOccurrencesOfTheEventForEachCampaign) {
 }
 
 TEST_F(CampaignSelectionTest, AStartAnswerBringsCampaignsAndReplaysWhatCameBefore) {
-    inapps->selection.inappToMemory({campaign(1, "session_start_from_push")});  // as a push does
+    world().campaignSelection.inappToMemory({campaign(1, "session_start_from_push")});  // as a push does
     backend.answer("/session/start", {.body = R"({"inapps": [
         {"inapp_id": 2, "trigger": "early", "content": {"connected_inapps": [
             {"inapp_id": 3, "trigger": "session_start",
@@ -93,8 +88,8 @@ TEST_F(CampaignSelectionTest, AStartAnswerBringsCampaignsAndReplaysWhatCameBefor
     EXPECT_EQ(handedOver(), 3);
     EXPECT_THAT(handedOverByTags("late", 1), ElementsAre(0));  // connected to a connected one
 
-    inapps->selection.setTestInAppExistence(true);
     enterBackground();
+    world().campaignSelection.setTestInAppExistence(true);
     becomeActive();
     EXPECT_THAT(screen.built, SizeIs(3));
     EXPECT_THAT(handedOverByTags("early", 1), ElementsAre(2));  // stored all the same
@@ -111,13 +106,13 @@ TEST_F(CampaignSelectionTest, EveryOutcomeLeavesItsStatus) {
     EXPECT_THAT(statuses(), ElementsAre("Orientation is not portrait"));
     screen.portrait = true;
 
-    inapps->presented.setTemplatesAreSetToBeHidden(true);
+    world().presentedInapp.setTemplatesAreSetToBeHidden(true);
     EXPECT_FALSE(check("a"));
     EXPECT_EQ(record().blocked_inapps,
               (Array{Dictionary{{"inapp_id", ""}, {"variant_id", "7"}, {"timestamp", static_cast<int>(begin)}}}));
     EXPECT_EQ(sinks.count("BlockedInAppMessage."), 1U);
     EXPECT_THAT(statuses(), ElementsAre("App Template has been chosen.", "Blocked in-app message removed."));
-    inapps->presented.setTemplatesAreSetToBeHidden(false);
+    world().presentedInapp.setTemplatesAreSetToBeHidden(false);
     EXPECT_FALSE(check("a"));  // chosen, though blocked
     EXPECT_EQ(sinks.records().back().customAttributes, (Dictionary{{"event_name", "a"}}));
     EXPECT_EQ(sinks.records().back().level, LogLevel::error);
@@ -162,7 +157,6 @@ TEST_F(CampaignSelectionTest, TheControlGroupIsLoggedOnceAndNeverAsItsOwnConsequ
     const Array afterAnother{Dictionary{{"key", "inapp_id"}, {"op", "ne"}, {"value", 0}}};
     deliver({campaign(1, "a", {{"content", unseen}}),
              eventBased(2, "inapp_seen", {{"content", unseen}, {"trigger_params", afterAnother}})});
-    screen.onClick = [&](const InappButton& button) { inapps->logs.addInappLog(button.tag); };
     EXPECT_TRUE(check("a"));
     EXPECT_THAT(screen.built, IsEmpty());
     EXPECT_EQ(record().inapp_logs,
@@ -174,28 +168,27 @@ TEST_F(CampaignSelectionTest, TheControlGroupIsLoggedOnceAndNeverAsItsOwnConsequ
 
 TEST_F(CampaignSelectionTest, TheControlGroupLeavesAMessageThatIsStillToBeBuilt) {
     deliver({campaign(1, "a"), campaign(2, "b", {{"content", Dictionary{{"type", -1}}}})});
-    screen.onClick = [&](const InappButton& button) { inapps->logs.addInappLog(button.tag); };
     EXPECT_TRUE(check("a"));
     EXPECT_TRUE(check("b"));
     EXPECT_THAT(record().inapp_logs, SizeIs(1));
-    EXPECT_FALSE(inapps->presented.shouldAddInappLog()) << "of the message";
+    EXPECT_FALSE(world().presentedInapp.shouldAddInappLog()) << "of the message";
     EXPECT_EQ(handedOver(), 1);
 }
 
 TEST_F(CampaignSelectionTest, ATemplateAtHandTakesThePlaceOfCountBasedCampaigns) {
     deliver({campaign(1, "a"), eventBased(2, "b")});
-    inapps->selection.showCustomInapp({{"type", 4}}, "c");
+    world().campaignSelection.showCustomInapp({{"type", 4}}, "c");
     EXPECT_THAT(screen.built, IsEmpty());
     EXPECT_FALSE(check("a"));
     EXPECT_TRUE(check("b"));
-    EXPECT_EQ(inapps->store.nonEventBasedInapps(),
+    EXPECT_EQ(world().inapps.nonEventBasedInapps(),
               (Dictionary{{"c-1", Array{Dictionary{{"inapp_id", 0},
                                                    {"priority", 1},
                                                    {"trigger", "c"},
                                                    {"variant_id", 1},
                                                    {"delay", 0},
                                                    {"content", Dictionary{{"type", 4}}}}}}}));
-    inapps->selection.showCustomInapp({{"type", 4}}, "test_inapp");
+    world().campaignSelection.showCustomInapp({{"type", 4}}, "test_inapp");
     EXPECT_THAT(screen.built, SizeIs(2));
     EXPECT_EQ(screen.shows, 1);
 }
@@ -206,7 +199,7 @@ TEST_F(CampaignSelectionTest, TwoThreadsNeverChooseOneCampaign) {
     deliver(due);
     std::array<int, 2> chosen{};
     const auto chooseAll = [&](int& count) {
-        CampaignChoice choice({world().reports, inapps->store});
+        CampaignChoice choice({world().reports, world().inapps});
         while (choice.getInapp("a", {}, 1) != nullptr) ++count;
     };
     std::thread other(chooseAll, std::ref(chosen[0]));

@@ -1,54 +1,20 @@
 #include "inapp/presentation.hpp"
 
+#include "inapp/kept_effects.hpp"
 #include "inapp/view_tags.hpp"
-#include "support/library_test.hpp"
 
 namespace orbinel::testing {
 namespace {
 
 using platform::NavigationPolicy;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::StartsWith;
-
-/// Everything that a message's presentation asks of others, in one list.
-class Neighbours final : public InappLogging,
-                         public TemplatePage,
-                         public InappButtonClicks,
-                         public UrlOpening,
-                         public InappShakeDetector {
-public:
-    void addInappLog(std::int32_t type) override { asked.push_back("log " + std::to_string(type)); }
-    void addControlGroupLog(const Dictionary&) override {}
-    void addClickLog(const Dictionary&) override {}
-    void logBlockedInAppMessage(const Dictionary& inapp) override {
-        asked.push_back("blocked " + inappFieldText(inapp, "inapp_id"));
-    }
-    void logInAppMessageAction(std::string_view action) override { asked.emplace_back(action); }
-    void processCustomScreenClicks(std::string_view url) override { asked.emplace_back(url); }
-    void inappButtonClicked(const InappButton& button) override {
-        asked.push_back("button " + std::to_string(button.tag));
-    }
-    void openUrl(const std::string& url, std::function<void()>) override { asked.push_back("open " + url); }
-    void destroyShakeDetector() override {
-        ++detectorsDestroyed;
-        observing = false;
-    }
-    bool isObserving() const noexcept override { return observing; }
-
-    std::vector<std::string> asked;
-    int detectorsDestroyed = 0;
-    bool observing = false;
-};
 
 class Presenting : public LibraryTest {
 protected:
     Presenting() {
-        presentation.page.bind(neighbours);
-        presentation.buttonClicks.bind(neighbours);
-        presentation.urlOpening.bind(neighbours);
-        presentation.shakeDetector.bind(neighbours);
+        presentation.page.bind(effects);
+        presentation.buttonClicks.bind(effects);
+        presentation.urlOpening.bind(effects);
+        presentation.shakeDetector.bind(effects);
     }
 
     static Dictionary campaign(int id, Dictionary layout, Value delay = 0) {
@@ -84,9 +50,9 @@ protected:
     }
 
     PresentedInapp presented;
-    Neighbours neighbours;
+    KeptEffects effects;
     InappPresentation presentation{{world().reports, world().helper, world().identity, world().testDevices, presented,
-                                    neighbours, world().ownLifetime, *host.scheduler, *host.json, *host.console,
+                                    effects, world().ownLifetime, *host.scheduler, *host.json, *host.console,
                                     *host.notificationCentre, *host.application, *host.views}};
 };
 
@@ -127,7 +93,7 @@ TEST_F(Presenting, APageLoadsAtOnceAndIsSeenWhenItsDelayIsOver) {
                             "showInapp has been called.", "Inapp has been shown.", "Webview has been drawn"));
 
     ASSERT_TRUE(host.views->tap(kBUTTONVIEWTAG));
-    EXPECT_THAT(neighbours.asked, ElementsAre("button 13"));
+    EXPECT_THAT(effects.taken(), ElementsAre("button 13"));
     int completed = 0;
     presentation.removeInapp([&] { ++completed; });
     presentation.removeInapp([&] { ++completed; });
@@ -140,7 +106,7 @@ TEST_F(Presenting, APageLoadsAtOnceAndIsSeenWhenItsDelayIsOver) {
     EXPECT_FALSE(page()->isAlive());
     EXPECT_FALSE(presentation.isInAppOnTheScreen());
     EXPECT_EQ(presented.activeInapp(), nullptr);
-    EXPECT_EQ(neighbours.detectorsDestroyed, 3);
+    EXPECT_EQ(effects.detectorsDestroyed, 3);
 }
 
 TEST_F(Presenting, WhatTheMomentForbidsIsNotShown) {
@@ -152,12 +118,12 @@ TEST_F(Presenting, WhatTheMomentForbidsIsNotShown) {
     };
     due([&] { host.application->setPortrait(false); });
     EXPECT_EQ(alpha(), -1);
-    EXPECT_THAT(neighbours.asked, IsEmpty());
+    EXPECT_THAT(effects.taken(), IsEmpty());
     host.application->setPortrait(true);
 
     due([&] { host.views->setKeyboardOpen(true); });
     EXPECT_EQ(alpha(), -1);
-    EXPECT_THAT(neighbours.asked, ElementsAre("log 7"));
+    EXPECT_THAT(effects.taken(), ElementsAre("close 7"));
     host.views->setKeyboardOpen(false);
 
     due([&] { presentation.openBrowserUrl("https://shop.test/"); });
@@ -192,14 +158,14 @@ TEST_F(Presenting, AFailedPageStaysInvisibleAndMakesWayForTheNextMessage) {
     for (const auto& fail : failures) {
         build(campaign(1, {}));
         EXPECT_TRUE(presentation.isInAppOnTheScreen());
-        neighbours.observing = true;
+        effects.observing = true;
         fail();
-        EXPECT_FALSE(neighbours.observing);
+        EXPECT_FALSE(effects.observing);
         page()->finish();  // whatever the engine says afterwards
         for (const auto* asked : {"orbinelurl://%7B%7D", "https://shop.test/"}) {
             EXPECT_EQ(page()->navigate(asked, true), NavigationPolicy::cancel);
         }
-        EXPECT_THAT(neighbours.asked, IsEmpty()) << "nobody sees the page";
+        EXPECT_THAT(effects.taken(), IsEmpty()) << "nobody sees the page";
         host.advance(1);
         EXPECT_EQ(alpha(), 0);
         EXPECT_FALSE(presentation.isInAppOnTheScreen());
@@ -316,8 +282,7 @@ TEST_F(Presenting, OnlyThePageItselfSpeaksAndLinksOpenOutside) {
     EXPECT_EQ(page()->navigate("https://pages.test/next"), NavigationPolicy::allow);
     EXPECT_EQ(page()->navigate("about:srcdoc"), NavigationPolicy::allow);  // its text is the page's own
     EXPECT_EQ(page()->navigate("https://shop.test/", true), NavigationPolicy::cancel);
-    EXPECT_THAT(neighbours.asked, ElementsAre("orbinelurl://%7B%7D", "open https://shop.test/"));
-    neighbours.asked.clear();
+    EXPECT_THAT(effects.taken(), ElementsAre("orbinelurl://%7B%7D", "open https://shop.test/"));
 
     EXPECT_EQ(page()->respond({"https://PAGES.test/frame", 200, false}), NavigationPolicy::allow);
     for (const auto* other : {"https://pages.test.evil/", "http://pages.test/", "data:text/html,x"}) {
@@ -331,11 +296,11 @@ TEST_F(Presenting, OnlyThePageItselfSpeaksAndLinksOpenOutside) {
     EXPECT_EQ(page()->navigate(platform::NavigationAction{"orbinelurl://%7B%7D", false, true}),
               NavigationPolicy::cancel);
     EXPECT_EQ(sinks.count("A frame of another origin is refused."), 7u);
-    EXPECT_THAT(neighbours.asked, IsEmpty()) << "what a redirect says";
+    EXPECT_THAT(effects.taken(), IsEmpty()) << "what a redirect says";
 
     presented.present(std::make_shared<const Dictionary>(Dictionary{{"content", Dictionary{{"type", 2}}}}));
     (void)page()->navigate("https://shop.test/", true);
-    EXPECT_THAT(neighbours.asked, ElementsAre("button 6", "open https://shop.test/"));
+    EXPECT_THAT(effects.taken(), ElementsAre("button 6", "open https://shop.test/"));
 }
 
 TEST_F(Presenting, HiddenTemplatesAndProductPagesRemoveWhatTheyAreMeantTo) {
@@ -347,7 +312,7 @@ TEST_F(Presenting, HiddenTemplatesAndProductPagesRemoveWhatTheyAreMeantTo) {
     EXPECT_EQ(alpha(), 1);
     presentation.disableInAppMessages();
     host.advance(1);
-    EXPECT_THAT(neighbours.asked, ElementsAre("disableInAppMessages", "blocked 1"));
+    EXPECT_THAT(effects.taken(), ElementsAre("disableInAppMessages", "blocked 1"));
     EXPECT_EQ(sinks.count("In-app messages disabled and removed."), 1u);
     EXPECT_EQ(alpha(), -1);
     EXPECT_FALSE(host.views->tree().front().visible);

@@ -2,7 +2,6 @@
 #include <thread>
 
 #include "personalisation/content_optimizer.hpp"
-#include "session/stored_keys.hpp"
 #include "support/library_test.hpp"
 
 namespace orbinel::testing {

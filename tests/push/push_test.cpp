@@ -1,7 +1,6 @@
 #include "push/push.hpp"
 
 #include <thread>
-#include <vector>
 
 #include "inapp/view_tags.hpp"
 #include "support/library_test.hpp"

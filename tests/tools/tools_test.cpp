@@ -1,12 +1,6 @@
 #include <limits>
 
-#include "session/stored_keys.hpp"
 #include "support/library_test.hpp"
-#include "tools/auto_integration.hpp"
-#include "tools/integration_wizard.hpp"
-#include "tools/message_center.hpp"
-#include "tools/test_devices.hpp"
-#include "tools/tool_links.hpp"
 
 namespace orbinel::testing {
 namespace {

@@ -1,4 +1,3 @@
-#include "session/stored_keys.hpp"
 #include "user/user_library_test.hpp"
 
 namespace orbinel::testing {
@@ -110,13 +109,9 @@ TEST_F(LoginTest, TheSamePersonKeepsTheSessionAndIsAskedForOnce) {
 
 // Without an ID nothing is lost: the next activation asks again, before its session starts.
 TEST_F(LoginTest, AnAnswerWithoutAnIdIsAskedForAgainAtTheNextActivation) {
-    for (const auto& answer : std::vector<Scripted>{{},
-                                                    {.body = "[1]"},
-                                                    {.body = ""},
-                                                    {.body = "id\xFF"},
-                                                    {.status = 204, .body = std::nullopt},
-                                                    {.status = 500},
-                                                    {.status = std::nullopt}}) {
+    const Scripted none{.status = 204, .body = std::nullopt};
+    for (const auto& answer : {Scripted{}, Scripted{.body = "[1]"}, Scripted{.body = ""}, Scripted{.body = "id\xFF"},
+                               none, Scripted{.status = 500}, Scripted{.status = std::nullopt}}) {
         world().identity.setRetryIdentityRequestStatus(false);
         world().identity.unsetUserIdentifiers();
         answerIdentity(answer);
