@@ -31,10 +31,9 @@ std::string linesOf(const std::filesystem::path& path) {
 std::vector<std::string> codeOf(const std::filesystem::path& page) {
     std::vector<std::string> blocks;
     const auto text = linesOf(page);
-    for (auto begin = text.find("\n```c"); begin != std::string::npos; begin = text.find("\n```c", begin)) {
-        begin = text.find('\n', begin + 1);
-        blocks.push_back(text.substr(begin, text.find("\n```", begin) + 1 - begin));
-        begin += blocks.back().size();
+    const std::regex block("\n```c(pp)?(\n[^`]*)```");
+    for (std::sregex_iterator found(text.begin(), text.end(), block), end; found != end; ++found) {
+        blocks.push_back((*found)[2]);
     }
     return blocks;
 }
