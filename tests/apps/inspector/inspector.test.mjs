@@ -97,6 +97,22 @@ test('a person without a mouse reaches and reads everything', () => withBackend(
   assert.equal(await page.locator('header, nav, main').count(), 3);
 }));
 
+test('a choice in a long list keeps its place and the focus', () => withBackend(async (page, {post}) => {
+  for (let i = 0; i < 40; ++i) await post('/api/v3/session/start', {udid: 'd' + i});
+  const focused = () => page.evaluate(() => [document.activeElement.tagName, document.querySelector('.sessions .scroller').scrollTop]);
+  await rows(page, 'Sessions').first().press('End');
+  const [, end] = await focused();
+  await page.keyboard.press('Enter');
+  await page.getByText('device d0 ').waitFor();
+  assert.deepEqual(await focused(), ['BUTTON', end]);
+  assert.ok(end > 1000);
+  for (const address of ['#/%E0%A4%A', '#/constructor']) {
+    await page.goto('about:blank');
+    await page.goto(page.origin + '/' + address);
+    await page.getByText('40 requests').waitFor();
+  }
+}));
+
 test('why a message was not shown: the gate of each campaign', () => withBackend(async (page, {origin}) => {
   const scenario = await example('in-app-conditions');
   const end = scenario.steps.findIndex(step => step.notify === 'UIApplicationDidEnterBackgroundNotification');
@@ -342,12 +358,24 @@ test('a page that stays open over the end of its backend follows the next one', 
   try {
     await first.post('/api/v3/session/start', {udid: 'before'});
     await page.getByText('device before').waitFor();
+    await rows(page, 'Sessions').first().click();
+    const before = await page.evaluate(() => location.hash);
+    await rows(page, 'Timeline').first().click();
     await first.end();
     await page.getByText('the backend does not answer', {exact: true}).waitFor();
     second = await startBackend(new URL(first.origin).port);
     await page.getByText('Nothing has arrived yet').waitFor();
     await second.post('/api/v3/session/start', {udid: 'after'});
     await page.getByText('device after').waitFor();
+    assert.ok(await page.getByRole('region', {name: 'Details'}).isHidden(), 'a request of the other run');
+    // An address of the first run, whose ids are those of other sessions now.
+    for (const view of ['sessions', 'why']) {
+      await page.goto('about:blank');
+      await page.goto(`${second.origin}/${before.replace('sessions', view)}`);
+      await page.getByText('The session that this address named is gone').waitFor();
+      assert.equal(await page.evaluate(() => location.hash), '#/' + view);
+    }
+    await page.getByText('The start of this session delivered no campaigns.').waitFor();
     await go(page, '#/live');
     await page.getByText('The feed comes from a device that is connected').waitFor();
     assert.deepEqual(page.faults.filter(text => !text.includes('net::ERR')), []);

@@ -1,3 +1,4 @@
+import {ask} from './ask.js';
 import {field, make, say} from './dom.js';
 import {isObject, listOr, objectOr, textOr} from './format.js';
 
@@ -191,17 +192,6 @@ class EditedForm {
       }}, 'Drop mine, show the other'));
     this.disputed = true;
     this.keepFocus();
-  }
-}
-
-/** The answer, or {error: a sentence}. */
-async function ask(method, path, body) {
-  try {
-    const response = await fetch(path, {method, body: body && JSON.stringify(body), headers: body ? {'Content-Type': 'application/json'} : {}});
-    const answer = await response.json();
-    return response.ok ? answer : {error: answer.error ?? `The backend answered ${response.status}.`, status: response.status};
-  } catch {
-    return {error: 'The backend does not answer.'};
   }
 }
 

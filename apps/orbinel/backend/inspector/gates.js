@@ -64,9 +64,14 @@ export function conditionText(condition) {
   return `${brief(key, 40)} ${says} ${brief(JSON.stringify(value) ?? 'nothing', 60)}`;
 }
 
+/** Undefined where there is none of that name. */
+export function parameterOf(parameters, key) {
+  return isObject(parameters) && Object.hasOwn(parameters, key) ? parameters[key] : undefined;
+}
+
 export function conditionHolds(condition, parameters) {
   if (!isObject(condition)) return false;
-  const actual = objectOr(parameters)[condition.key];
+  const actual = parameterOf(parameters, condition.key);
   if (actual === undefined) return false;
   return !Object.hasOwn(operators, condition.op) || operators[condition.op].holds(actual, condition.value);
 }
@@ -253,7 +258,7 @@ function fromTheEvents({campaign, facts, session, campaigns, outcomes}) {
 function failedCondition(campaign, event) {
   const failed = listOr(campaign.trigger_params).find(condition => !conditionHolds(condition, event.parameters));
   const key = objectOr(failed).key;
-  const actual = event.parameters[key];
+  const actual = parameterOf(event.parameters, key);
   return failed === undefined ? 'Its conditions cannot be read.'
     : `Wanted: ${conditionText(failed)}. ${actual === undefined ? 'The event has no such parameter.' : `It was ${brief(JSON.stringify(actual), 60)}.`}`;
 }
