@@ -68,9 +68,9 @@ TEST_F(InspectorServer, ServesAPageThatCanRunNothingButItsOwnFiles) {
 /// The first events of a stream, until one that holds `last`.
 std::vector<std::string> streamed(
     const std::string& origin, const std::string& last, const httplib::Headers& headers,
-    const std::function<void()>& begun = [] {}) {
+    const std::function<void()>& begun = [] {}, const std::string& query = "") {
     std::string text;
-    httplib::Client(origin).Get("/inspect/stream", headers, [&](const char* bytes, std::size_t size) {
+    httplib::Client(origin).Get("/inspect/stream" + query, headers, [&](const char* bytes, std::size_t size) {
         if (text.empty()) begun();
         text.append(bytes, size);
         return text.find(last) == std::string::npos || !text.ends_with("\n\n");
@@ -107,6 +107,10 @@ TEST_F(InspectorServer, StreamsWhatWasWhatComesAndThatItWasForgotten) {
     post("/x", R"({"n":"third"})");
     const auto resumed = streamed(origin_, "\"/x\"", {{"Last-Event-ID", place}});
     ASSERT_EQ(resumed.size(), 1u);
+    EXPECT_EQ(streamed(
+                  origin_, "\"/x\"", {}, [] {}, "?since=" + place),
+              resumed)
+        << "by the address";
     EXPECT_EQ(dataOf(resumed[0])["requests"].Size(), 1u);
     httplib::Client(origin_).Delete("/inspect/requests");
     const auto cleared = streamed(origin_, "data", {{"Last-Event-ID", place}});

@@ -385,6 +385,24 @@ test('a page that stays open over the end of its backend follows the next one', 
   }
 });
 
+test('a page that nobody sees leaves its connection to others, and takes up where it was', () => withBackend(async (page, {origin, post}) => {
+  const cover = covered => page.evaluate(hidden => {
+    Object.defineProperty(document, 'hidden', {value: hidden, configurable: true});
+    document.dispatchEvent(new Event('visibilitychange'));
+  }, covered);
+  await post('/seen', {});
+  await page.getByText('1 request', {exact: true}).waitFor();
+  await cover(true);
+  const others = new AbortController();
+  const open = async () => (await fetch(origin + '/inspect/stream', {signal: others.signal})).status;
+  while (await open() === 200) await post('/unseen', {});
+  await cover(false);
+  await page.getByText('too many pages are open', {exact: true}).waitFor();
+  others.abort();
+  await page.getByText('9 requests', {exact: true}).waitFor();
+  page.faults = page.faults.filter(text => !text.includes('503'));
+}));
+
 /** Runs in the page: the texts with less than 4.5 times the luminance of their background, or the other way round. */
 function faintTexts() {
   const channels = color => color.match(/[\d.]+/g).map(Number);

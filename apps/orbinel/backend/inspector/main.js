@@ -1,3 +1,5 @@
+import {ask} from './ask.js';
+import {followRequests} from './connection.js';
 import {say} from './dom.js';
 import {answersView} from './answers.js';
 import {liveView} from './live.js';
@@ -68,38 +70,28 @@ const updateSoon = coalesced(() => { followRun(); update(); tellState(); });
 
 // --- The connection ---
 
-let lost = true;
-let toldLost = false;
+let trouble = null;  // null: nothing is known yet
+let told = '';
 
 function tellState() {
-  const text = lost ? 'the backend does not answer' : count(store.requests.length, 'request');
+  if (trouble === null) return;
+  const text = trouble || count(store.requests.length, 'request');
   if (el('state').textContent !== text) el('state').textContent = text;
-  el('state').classList.toggle('lost', lost);
-  if (lost !== toldLost) say(lost ? 'The backend does not answer' : 'Connected');
-  toldLost = lost;
+  el('state').classList.toggle('lost', trouble !== '');
+  if (trouble !== told) say(trouble ? trouble[0].toUpperCase() + trouble.slice(1) : 'Connected');
+  told = trouble;
 }
 
-function connect() {
-  const stream = new EventSource('/inspect/stream');
-  stream.onopen = () => { lost = false; tellState(); };
-  stream.onmessage = event => { store.take(JSON.parse(event.data)); };
-  stream.onerror = () => {
-    lost = true;
-    tellState();
-    // A refused stream is not tried again by the browser.
-    if (stream.readyState === EventSource.CLOSED) setTimeout(connect, 2000);
-  };
+async function clear() {
+  const {error} = await ask('DELETE', '/inspect/requests');
+  if (error) el('state').textContent = error;
 }
 
 store.listeners.add(updateSoon);
 for (const node of document.querySelectorAll('.origin')) node.textContent = location.origin;
 el('search').addEventListener('input', coalesced(update, 150));
-el('clear').addEventListener('click', async () => {
-  try {
-    await fetch('/inspect/requests', {method: 'DELETE'});
-  } catch { /* the lost stream says so */ }
-});
+el('clear').addEventListener('click', clear);
 document.querySelector('.skip').addEventListener('click', event => { event.preventDefault(); el('main').focus(); });
 addEventListener('hashchange', route);
 route();
-connect();
+followRequests(store, what => { trouble = what; tellState(); });
