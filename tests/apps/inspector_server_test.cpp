@@ -46,6 +46,25 @@ TEST_F(InspectorServer, ListensToThisMachineAndItsOwnPageAlone) {
     EXPECT_EQ(forget({{"Origin", origin_}, {"Sec-Fetch-Site", "same-origin"}}), 200);
 }
 
+TEST_F(InspectorServer, TakesNoBodyBeyondItsBoundAndNoRequestFromARefusedBody) {
+    const std::string large(17'000'000, ' ');
+    const auto inChunks = [&](std::size_t, httplib::DataSink& sink) {
+        sink.write(large.data(), large.size());
+        sink.done();
+        return true;
+    };
+    EXPECT_EQ(httplib::Client(origin_).Post("/x", inChunks, "text/plain")->status, 413);
+    httplib::Client packing(origin_);
+    packing.set_compress(true);
+    EXPECT_EQ(packing.Post("/x", large, "text/plain")->status, 413);
+
+    const auto form = httplib::Client(origin_).Post("/x", {{"Origin", "http://attacker.example"}}, "no form",
+                                                    "multipart/form-data; boundary=b");
+    EXPECT_EQ(form->status, 403);
+    EXPECT_EQ(form->get_header_value("Connection"), "close") << "what follows would pass for another request";
+    EXPECT_EQ(received().Size(), 0u);
+}
+
 TEST_F(InspectorServer, ServesAPageThatCanRunNothingButItsOwnFiles) {
     const auto page = get("/");
     EXPECT_THAT(page->body, AllOf(HasSubstr("<!DOCTYPE html>"), HasSubstr("</html>"), Not(HasSubstr("<script>")),
