@@ -46,6 +46,25 @@ TEST_F(InspectorServer, ListensToThisMachineAndItsOwnPageAlone) {
     EXPECT_EQ(forget({{"Origin", origin_}, {"Sec-Fetch-Site", "same-origin"}}), 200);
 }
 
+TEST_F(InspectorServer, TakesNoBodyBeyondItsBoundAndNoRequestFromARefusedBody) {
+    const std::string large(17'000'000, ' ');
+    const auto inChunks = [&](std::size_t, httplib::DataSink& sink) {
+        sink.write(large.data(), large.size());
+        sink.done();
+        return true;
+    };
+    EXPECT_EQ(httplib::Client(origin_).Post("/x", inChunks, "text/plain")->status, 413);
+    httplib::Client packing(origin_);
+    packing.set_compress(true);
+    EXPECT_EQ(packing.Post("/x", large, "text/plain")->status, 413);
+
+    const auto form = httplib::Client(origin_).Post("/x", {{"Origin", "http://attacker.example"}}, "no form",
+                                                    "multipart/form-data; boundary=b");
+    EXPECT_EQ(form->status, 403);
+    EXPECT_EQ(form->get_header_value("Connection"), "close") << "what follows would pass for another request";
+    EXPECT_EQ(received().Size(), 0u);
+}
+
 TEST_F(InspectorServer, ServesAPageThatCanRunNothingButItsOwnFiles) {
     const auto page = get("/");
     EXPECT_THAT(page->body, AllOf(HasSubstr("<!DOCTYPE html>"), HasSubstr("</html>"), Not(HasSubstr("<script>")),
@@ -68,9 +87,9 @@ TEST_F(InspectorServer, ServesAPageThatCanRunNothingButItsOwnFiles) {
 /// The first events of a stream, until one that holds `last`.
 std::vector<std::string> streamed(
     const std::string& origin, const std::string& last, const httplib::Headers& headers,
-    const std::function<void()>& begun = [] {}) {
+    const std::function<void()>& begun = [] {}, const std::string& query = "") {
     std::string text;
-    httplib::Client(origin).Get("/inspect/stream", headers, [&](const char* bytes, std::size_t size) {
+    httplib::Client(origin).Get("/inspect/stream" + query, headers, [&](const char* bytes, std::size_t size) {
         if (text.empty()) begun();
         text.append(bytes, size);
         return text.find(last) == std::string::npos || !text.ends_with("\n\n");
@@ -107,6 +126,10 @@ TEST_F(InspectorServer, StreamsWhatWasWhatComesAndThatItWasForgotten) {
     post("/x", R"({"n":"third"})");
     const auto resumed = streamed(origin_, "\"/x\"", {{"Last-Event-ID", place}});
     ASSERT_EQ(resumed.size(), 1u);
+    EXPECT_EQ(streamed(
+                  origin_, "\"/x\"", {}, [] {}, "?since=" + place),
+              resumed)
+        << "by the address";
     EXPECT_EQ(dataOf(resumed[0])["requests"].Size(), 1u);
     httplib::Client(origin_).Delete("/inspect/requests");
     const auto cleared = streamed(origin_, "data", {{"Last-Event-ID", place}});

@@ -312,8 +312,10 @@ TEST_F(Play, DeliversWhatWasQueuedOfflineInLaterPlays) {
     for (const std::string name : {"one", "two", "three"}) {
         auto offline = options;
         offline.insert(offline.begin(), {"--endpoint", "http://127.0.0.1:1"});
-        EXPECT_EQ(play(withSteps(joined({initialise, activate, settle, event(name), leave, settle})), offline).status,
-                  0);
+        const auto played =
+            play(withSteps(joined({initialise, activate, settle, event(name), leave, settle})), offline);
+        EXPECT_EQ(played.status, 0);
+        EXPECT_THAT(played.err, HasSubstr("no request got an answer from http://127.0.0.1:1: is the backend running?"));
     }
     const auto played = playHere({R"({"inspect": "defaults"})", initialise, activate, settle}, options);
     EXPECT_EQ(at(parsed(played.all("value")[0]), "orbinelQueue").ifArray()->size(), 3u);
@@ -504,6 +506,8 @@ TEST(PlayScenario, IsRefusedAsAWholeWithOneLine) {
                                                   {"play", "/nowhere/at/all.json"},
                                                   {"play", "/"},
                                                   {"play", "--ui", "paper", "-"},
+                                                  {"play", "--endpoint", "localhost", "-"},
+                                                  {"play", "--endpoint", "http://localhost/", "-"},
                                                   {"play", "--data-dir", "/dev/null/x", "-"}}) {
         ToolProcess tool(words, R"({"name": "n", "steps": []})");
         EXPECT_EQ(tool.wait(), 2) << words.back();

@@ -59,7 +59,7 @@ for _ in {1..100}; do
     sleep 0.1
 done
 endpoint=$(sed -nE 's/^listening on (.*)/\1/p' backend.log)
-orbinel play --endpoint "$endpoint" /usr/share/orbinel/examples/first-session.json >trace || { tail trace && exit 1; }
+orbinel play --endpoint "$endpoint" examples/first-session.json >trace || { tail trace && exit 1; }
 grep -q session/stop backend.log || { echo "No session arrived" && cat backend.log && exit 1; }
 kill "$backend"
 wait "$backend" || true

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "apps/orbinel/backend/server.hpp"
+#include "apps/orbinel/decode/examples.hpp"
 #include "apps/orbinel/decode/options.hpp"
 
 namespace orbinel::tool {
@@ -24,17 +25,6 @@ std::optional<int> parsePort(std::string_view text) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
     if (error != std::errc() || end != text.data() + text.size() || port < 0 || port > 65535) return std::nullopt;
     return port;
-}
-
-/// Of the directory that this one is run in, where it has these examples; else as installed, else of the source tree.
-std::filesystem::path examples(const char* directory) {
-    const auto here = std::filesystem::path("examples") / directory;
-    std::error_code ignored;
-    const auto tool = std::filesystem::read_symlink("/proc/self/exe", ignored);
-    for (const auto& found : {here, tool.parent_path().parent_path() / "share/orbinel" / here}) {
-        if (std::filesystem::is_directory(found, ignored)) return found;
-    }
-    return std::filesystem::path(ORBINEL_SOURCE_DIR) / here;
 }
 
 bool isMissing(const std::optional<std::string>& directory) {
@@ -93,8 +83,8 @@ int runBackend(std::span<const std::string> arguments) {
     for (const auto& directory : {answers, templates}) {
         if (isMissing(directory)) return parser.misuse(*directory + " is not a directory");
     }
-    options.answers = answers ? std::filesystem::path(*answers) : examples("backend");
-    options.templates = templates ? std::filesystem::path(*templates) : examples("templates");
+    options.answers = answers ? std::filesystem::path(*answers) : findExample("examples/backend");
+    options.templates = templates ? std::filesystem::path(*templates) : findExample("examples/templates");
 
     BackendServer server(std::move(options));
     if (!server.bind(*port)) {

@@ -11,7 +11,11 @@ constexpr std::size_t maxRequests = 10'000;
 constexpr std::size_t maxBytes = 256'000'000;
 
 std::size_t sizeOf(const ReceivedRequest& request) {
-    return request.request.path.size() + request.request.query.size() + request.request.body.size() +
+    std::size_t headers = 0;
+    for (const auto& header : request.request.headers) {
+        headers += sizeof header + header.first.size() + header.second.size();
+    }
+    return headers + request.request.path.size() + request.request.query.size() + request.request.body.size() +
            request.reading.payload.size() + request.answer.size();
 }
 

@@ -24,8 +24,8 @@ struct ReceivedRequest {
 
 /// Keeps the last requests in memory.
 ///
-/// Threads: any. Order: ids grow in the order of `add`. Bounds: 10,000 requests and 256 MB of bodies; what came first
-/// goes first.
+/// Threads: any. Order: ids grow in the order of `add`. Bounds: 10,000 requests and 256 MB of what they hold; what came
+/// first goes first.
 class RequestLog {
 public:
     RequestLog();

@@ -15,13 +15,16 @@ namespace orbinel::tool {
 struct RequestStream::Place {
     std::uint64_t run = 0;
     std::uint64_t id = 0;
+    std::chrono::milliseconds quiet{0};  // since something was written
 };
 
 namespace {
 
 constexpr int maxStreams = 8;
 constexpr RequestLog::Limits portion{200, 200'000};
-// So often a quiet stream says that it is there, which is how a connection that is gone is noticed.
+// So often a quiet stream looks whether its page is still there: one that is gone must not hold a place.
+constexpr std::chrono::milliseconds glance{250};
+// So often it says that it is there.
 constexpr std::chrono::milliseconds silence{10'000};
 
 std::uint64_t numberIn(std::string_view text) {
@@ -47,21 +50,34 @@ void RequestStream::serve(const httplib::Request& request, httplib::Response& re
         response.set_content(errorBody("Too many inspector pages are open."), "application/json");
         return;
     }
-    const auto last = request.get_header_value("Last-Event-ID");
+    // Of a stream that the browser has taken up again by itself, the address is the older one.
+    const auto last = request.has_header("Last-Event-ID") ? request.get_header_value("Last-Event-ID")
+                                                          : request.get_param_value("since");
     const auto place = std::make_shared<Place>();
     if (const auto dash = last.find('-'); dash != std::string::npos) {
-        *place = {numberIn(last), numberIn(std::string_view(last).substr(dash + 1))};
+        place->run = numberIn(last);
+        place->id = numberIn(std::string_view(last).substr(dash + 1));
     }
     response.set_chunked_content_provider(
         "text/event-stream", [this, place](std::size_t, httplib::DataSink& sink) { return sendNext(*place, sink); },
         [this](bool) { --open_; });
 }
 
+bool RequestStream::stayQuiet(Place& place, httplib::DataSink& sink) {
+    if (!sink.is_writable()) return false;
+    place.quiet += glance;
+    if (place.quiet < silence) return true;
+    place.quiet = {};
+    return write(sink, ":\n\n");
+}
+
 bool RequestStream::sendNext(Place& place, httplib::DataSink& sink) const {
-    if (!log_.waitForNews(place.run, place.id, silence)) return write(sink, ":\n\n");
+    if (!log_.waitForNews(place.run, place.id, glance)) return stayQuiet(place, sink);
+    place.quiet = {};
     auto view = log_.after(place.id, portion);
     if (view.run != place.run) {
-        place = {view.run, 0};
+        place.run = view.run;
+        place.id = 0;
         view = log_.after(0, portion);
     }
     if (!view.requests.empty()) place.id = view.requests.back()->id;

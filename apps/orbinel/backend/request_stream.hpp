@@ -12,7 +12,7 @@ namespace orbinel::tool {
 /// can take in without a stop, then each as it comes.
 ///
 /// An event's data is {"run", "requests"}, the requests without their bodies; where the run is another than before, the
-/// earlier requests were forgotten. Its id leads on from there after a lost connection.
+/// earlier requests were forgotten. Its id leads on from there after a lost connection, or as `since` in the address.
 ///
 /// Threads: any; each open stream holds one of the server's. Bounds: eight streams. Ending: they end with the log's
 /// waiting.
@@ -24,6 +24,7 @@ public:
 
 private:
     struct Place;
+    [[nodiscard]] static bool stayQuiet(Place& place, httplib::DataSink& sink);
     [[nodiscard]] bool sendNext(Place& place, httplib::DataSink& sink) const;
 
     const RequestLog& log_;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <thread>
 #include <utility>
 
@@ -20,10 +21,13 @@ namespace {
 constexpr const char* host = "127.0.0.1";
 constexpr const char* jsonType = "application/json";
 constexpr const char* anyPath = R"([\s\S]*)";
-constexpr std::size_t maxBody = 16'000'000;
-// A kept-alive connection holds a thread: enough of them that a client with many connections does not wait for itself.
-constexpr std::size_t threads = 32;
+constexpr std::size_t maxBody = 16'000'000;     // unpacked
+constexpr std::size_t maxDropped = 64'000'000;  // read for nothing, so that a sender gets the answer that refuses
+// A connection holds a thread while it is kept alive and while half of a request has come: enough of them that a client
+// with many does not wait for itself, nor a page for that client.
+constexpr std::size_t threads = 96;
 constexpr time_t idleSeconds = 1;
+constexpr time_t readSeconds = 2;  // between two pieces of a request
 constexpr std::size_t maxShownPayload = 400;
 constexpr std::size_t maxNote = 160;
 constexpr std::size_t maxRecordedAnswer = 4'000'000;
@@ -33,16 +37,49 @@ bool hasBody(const httplib::Request& request) {
     return request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
 }
 
-/// Reads the body as it stands, forms included, which the HTTP library would otherwise take apart. False when it could
-/// not be read; the HTTP library has set the status then.
-bool readBody(const httplib::Request& request, const httplib::ContentReader& reader, std::string& body) {
-    if (!hasBody(request)) return true;
-    const auto append = [&](const char* bytes, std::size_t size) {
-        body.append(bytes, size);
-        return true;
+struct Body {
+    std::string bytes;  // empty where there are too many
+    bool isTooLarge = false;
+    bool isAtEnd = true;  // false: more of it may come on the connection
+};
+
+/// Reads the body as it stands, forms included, which the HTTP library would otherwise take apart, and counts what it
+/// unpacks.
+Body readBody(const httplib::Request& request, const httplib::ContentReader& reader, std::size_t most) {
+    Body body;
+    if (!hasBody(request)) return body;
+    std::size_t size = 0;
+    const auto append = [&](const char* bytes, std::size_t count) {
+        size += count;
+        body.isTooLarge = size > most;
+        body.isTooLarge ? body.bytes.clear() : static_cast<void>(body.bytes.append(bytes, count));
+        return size <= most + maxDropped;
     };
-    if (!request.is_multipart_form_data()) return reader(append);
-    return reader([](const httplib::MultipartFormData&) { return true; }, append);
+    body.isAtEnd = request.is_multipart_form_data()
+                       ? reader([](const httplib::MultipartFormData&) { return true; }, append)
+                       : reader(append);
+    return body;
+}
+
+/// Ends the connection with this answer. What is left of the request on it must not be taken for a request of its own:
+/// its sender, a page of another site perhaps, would have written the headers of that one too.
+void closeAfter(httplib::Response& response) {
+    const auto text = std::make_shared<const std::string>(std::move(response.body));
+    response.body.clear();
+    response.headers.erase("Content-Type");
+    response.set_header("Connection", "close");
+    response.set_content_provider(text->size(), jsonType,
+                                  [text](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
+                                      sink.write(text->data() + offset, length);
+                                      return false;  // which is what makes the HTTP library close it
+                                  });
+}
+
+void answerUnread(int status, httplib::Response& response) {
+    response.status = status;
+    response.set_content(errorBody(status == 413 ? "A body may have at most 16 MB, unpacked."
+                                                 : "The request cannot be read (" + std::to_string(status) + ")."),
+                         jsonType);
 }
 
 Incoming incomingFrom(const httplib::Request& request, std::string body) {
@@ -75,6 +112,7 @@ BackendServer::BackendServer(ServerOptions options)
     server_.new_task_queue = [] { return new httplib::ThreadPool(threads); };
     server_.set_payload_max_length(maxBody);
     server_.set_keep_alive_timeout(idleSeconds);
+    server_.set_read_timeout(readSeconds);
     server_.set_keep_alive_max_count(1'000'000);
     server_.set_tcp_nodelay(true);
     // The HTTP library's default would let a second backend take the same port and share its requests.
@@ -88,22 +126,29 @@ BackendServer::BackendServer(ServerOptions options)
 void BackendServer::addRoutes() {
     const auto withBody = [this](const httplib::Request& request, httplib::Response& response,
                                  const httplib::ContentReader& reader) {
-        std::string body;
-        if (readBody(request, reader, body)) serveRequest(request, std::move(body), response);
+        const auto problem = accessProblem(request, port_);
+        auto body = readBody(request, reader, problem.empty() ? maxBody : 0);
+        if (!problem.empty()) {
+            refuse(problem, response);
+        } else if (body.isTooLarge || !body.isAtEnd) {
+            answerUnread(body.isTooLarge ? 413 : response.status, response);
+        } else {
+            serveRequest(request, std::move(body.bytes), response);
+        }
+        if (!body.isAtEnd) closeAfter(response);
     };
     server_.Post(anyPath, withBody);
     server_.Put(anyPath, withBody);
     server_.Patch(anyPath, withBody);
     server_.Delete(anyPath, withBody);
     const auto withoutBody = [this](const httplib::Request& request, httplib::Response& response) {
-        serveRequest(request, {}, response);
+        const auto problem = accessProblem(request, port_);
+        problem.empty() ? serveRequest(request, {}, response) : refuse(problem, response);
     };
     server_.Get(anyPath, withoutBody);
     server_.Options(anyPath, withoutBody);
     server_.set_error_handler([](const httplib::Request&, httplib::Response& response) {
-        if (!response.body.empty()) return;
-        response.set_content(errorBody("The request cannot be read (" + std::to_string(response.status) + ")."),
-                             jsonType);
+        if (response.body.empty() && !response.content_provider_) answerUnread(response.status, response);
     });
 }
 
@@ -145,9 +190,7 @@ void BackendServer::pause(std::chrono::milliseconds time) {
 }
 
 void BackendServer::serveRequest(const httplib::Request& request, std::string body, httplib::Response& response) {
-    if (auto problem = accessProblem(request, port_); !problem.empty()) {
-        refuse(std::move(problem), response);
-    } else if (Inspector::isResponsibleFor(request.path)) {
+    if (Inspector::isResponsibleFor(request.path)) {
         inspector_.serve(request, body, response);
     } else {
         serveApi(incomingFrom(request, std::move(body)), response);
@@ -155,12 +198,12 @@ void BackendServer::serveRequest(const httplib::Request& request, std::string bo
 }
 
 /// Told on the terminal once: an application that reaches the backend by another name is nowhere else to be seen.
-void BackendServer::refuse(std::string problem, httplib::Response& response) {
+void BackendServer::refuse(const std::string& problem, httplib::Response& response) {
     if (!toldOfRefusal_.exchange(true)) {
         std::fputs(("orbinel backend: a request was refused, " + problem + ".\n").c_str(), stderr);
     }
     response.status = 403;
-    response.set_content(refusal(403, std::move(problem)).body, jsonType);
+    response.set_content(refusal(403, problem).body, jsonType);
 }
 
 void BackendServer::serveApi(Incoming incoming, httplib::Response& response) {

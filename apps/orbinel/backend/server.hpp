@@ -47,7 +47,7 @@ public:
 private:
     void addRoutes();
     void serveRequest(const httplib::Request& request, std::string body, httplib::Response& response);
-    void refuse(std::string problem, httplib::Response& response);
+    void refuse(const std::string& problem, httplib::Response& response);
     void serveApi(Incoming incoming, httplib::Response& response);
 
     [[nodiscard]] Reply usualReply(const Incoming& incoming, const Reading& reading);

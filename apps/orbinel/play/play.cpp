@@ -13,6 +13,7 @@
 #include <system_error>
 #include <variant>
 
+#include "apps/orbinel/decode/examples.hpp"
 #include "apps/orbinel/decode/options.hpp"
 #include "apps/orbinel/play/play_host.hpp"
 #include "apps/orbinel/play/player.hpp"
@@ -64,6 +65,19 @@ int complain(const std::string& file, std::string_view clause, int exitStatus) {
     return exitStatus;
 }
 
+/// A scheme, a host and perhaps a port, as the library takes it.
+bool isOrigin(const std::string& text) {
+    GUri* uri = g_uri_parse(text.c_str(), G_URI_FLAGS_NONE, nullptr);
+    if (uri == nullptr) return false;
+    const std::string_view scheme = g_uri_get_scheme(uri);
+    const auto* server = g_uri_get_host(uri);
+    const bool isServer = (scheme == "http" || scheme == "https") && server != nullptr && *server != '\0';
+    const bool isMore = g_uri_get_userinfo(uri) != nullptr || *g_uri_get_path(uri) != '\0' ||
+                        g_uri_get_query(uri) != nullptr || g_uri_get_fragment(uri) != nullptr;
+    g_uri_unref(uri);
+    return isServer && !isMore;
+}
+
 std::string readStream(std::istream& stream) {
     std::string text;
     std::array<char, 65536> buffer{};
@@ -75,8 +89,17 @@ std::string readStream(std::istream& stream) {
     return text;
 }
 
-std::string readFile(const std::string& file) {
-    if (file == "-") return readStream(std::cin);
+/// The file itself, or the example of that name where there is no such file here.
+std::filesystem::path scenarioFile(const std::filesystem::path& file) {
+    std::error_code ignored;
+    const bool isExample = !file.empty() && *file.begin() == "examples" && !std::filesystem::exists(file, ignored);
+    const auto example = isExample ? findExample(file) : file;
+    return std::filesystem::exists(example, ignored) ? example : file;
+}
+
+std::string readScenarioText(const std::string& name) {
+    if (name == "-") return readStream(std::cin);
+    const auto file = scenarioFile(name);
     if (std::filesystem::is_directory(file)) throw Unusable("is a directory");
     errno = 0;
     std::ifstream stream(file, std::ios::binary);
@@ -110,12 +133,17 @@ int playIn(const std::filesystem::path& directory, const Scenario& scenario, con
     PlayHost host(scheduler, scenario.clockStart.has_value(), directory, trace, options.interface);
     Player player(scenario, host, trace,
                   [&](const std::string& clause) { complain(options.file, clause, exitNotCarriedOut); });
-    return exitStatusOf(player.play());
+    const auto verdict = player.play();
+    if (options.endpoint && host.isUnanswered()) {
+        std::cerr << "orbinel play: no request got an answer from " << *options.endpoint
+                  << ": is the backend running?\n";
+    }
+    return exitStatusOf(verdict);
 }
 
 int play(const PlayOptions& options) {
     try {
-        const auto read = readScenario(readFile(options.file), options.endpoint, options.interface);
+        const auto read = readScenario(readScenarioText(options.file), options.endpoint, options.interface);
         if (const auto* unusable = std::get_if<Unusable>(&read)) throw *unusable;
         const auto& scenario = std::get<Scenario>(read);
         if (options.dataDirectory) {
@@ -148,6 +176,12 @@ int runPlay(std::span<const std::string> arguments) {
     const auto files = parser.parse(arguments);
     if (!files) return parser.exitStatus();
     if (files->size() != 1) return parser.misuse("one scenario file is needed");
+    if (options.endpoint && !isOrigin(*options.endpoint)) {
+        return parser.misuse(
+            "--endpoint takes an http or https address without a path, such as "
+            "http://127.0.0.1:8787, and \"" +
+            *options.endpoint + "\" is none");
+    }
     if (interface && interface != "headless" && interface != "gtk") return parser.misuse("--ui takes headless or gtk");
     if (interface == "gtk") options.interface = Interface::gtk;
     options.file = files->front();

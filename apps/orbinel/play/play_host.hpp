@@ -75,6 +75,9 @@ public:
     /// Delivers one sample of the accelerometer, in g.
     void shake(const platform::Acceleration& acceleration);
 
+    /// Whether requests were sent and failed, and none was answered.
+    [[nodiscard]] bool isUnanswered() const { return http_->isUnanswered(); }
+
     [[nodiscard]] PlayInterface& interface() { return *interface_; }
     [[nodiscard]] headless::HeadlessScheduler& scheduler() { return *scheduler_; }
     [[nodiscard]] const RememberingSecureItems& secureItems() const { return *secureItems_; }

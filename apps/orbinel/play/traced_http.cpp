@@ -60,6 +60,7 @@ struct TracedHttp::Log {
 
     void writeOutcome(std::int64_t id, const HttpOutcome& outcome) {
         Dictionary response{{"id", id}};
+        note(outcome);
         if (const auto* answer = std::get_if<HttpResponse>(&outcome)) {
             response.set("status", answer->status);
             response.set("body", Value(answer->body));
@@ -68,6 +69,15 @@ struct TracedHttp::Log {
             response.set("error", failure.cancelled ? "cancelled" : failure.reason);
         }
         trace.writeNetwork({{"response", std::move(response)}});
+    }
+
+    void note(const HttpOutcome& outcome) {
+        const auto* failure = std::get_if<HttpFailure>(&outcome);
+        const MutexLock lock(mutex);
+        if (failure == nullptr)
+            hasAnswer = true;
+        else if (!failure->cancelled)
+            hasFailure = true;
     }
 
     void end(std::int64_t id) {
@@ -105,6 +115,8 @@ struct TracedHttp::Log {
     mutable ConditionVariable changed;
     std::int64_t lastId ORBINEL_GUARDED_BY(mutex) = 0;
     std::uint64_t changes ORBINEL_GUARDED_BY(mutex) = 0;
+    bool hasAnswer ORBINEL_GUARDED_BY(mutex) = false;
+    bool hasFailure ORBINEL_GUARDED_BY(mutex) = false;
     std::map<std::int64_t, std::string> urls ORBINEL_GUARDED_BY(mutex);  // of what is in flight
 };
 
@@ -177,6 +189,11 @@ std::size_t TracedHttp::inFlight(const std::vector<std::string>& ignoredParts) c
     };
     return static_cast<std::size_t>(std::count_if(log_->urls.begin(), log_->urls.end(),
                                                   [&](const auto& request) { return !isIgnored(request.second); }));
+}
+
+bool TracedHttp::isUnanswered() const {
+    const MutexLock lock(log_->mutex);
+    return log_->hasFailure && !log_->hasAnswer;
 }
 
 std::uint64_t TracedHttp::changes() const {

@@ -31,6 +31,9 @@ public:
     /// How many requests are in flight, without those whose URL contains one of the parts.
     [[nodiscard]] std::size_t inFlight(const std::vector<std::string>& ignoredParts) const;
 
+    /// Whether requests have failed, not by being cancelled, and none has been answered.
+    [[nodiscard]] bool isUnanswered() const;
+
     /// A number that grows whenever a request begins or its completion has returned.
     [[nodiscard]] std::uint64_t changes() const;
 

@@ -41,6 +41,7 @@ export async function openPage(browser, origin, options = {}) {
   const page = await context.newPage();
   page.setDefaultTimeout(10_000);
   page.faults = [];
+  page.origin = origin;
   page.on('pageerror', error => page.faults.push(error.message));
   page.on('console', message => { if (message.type() === 'error') page.faults.push(message.text()); });
   page.on('dialog', dialog => { page.faults.push('dialog: ' + dialog.message()); dialog.dismiss(); });

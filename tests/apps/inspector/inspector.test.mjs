@@ -97,6 +97,22 @@ test('a person without a mouse reaches and reads everything', () => withBackend(
   assert.equal(await page.locator('header, nav, main').count(), 3);
 }));
 
+test('a choice in a long list keeps its place and the focus', () => withBackend(async (page, {post}) => {
+  for (let i = 0; i < 40; ++i) await post('/api/v3/session/start', {udid: 'd' + i});
+  const focused = () => page.evaluate(() => [document.activeElement.tagName, document.querySelector('.sessions .scroller').scrollTop]);
+  await rows(page, 'Sessions').first().press('End');
+  const [, end] = await focused();
+  await page.keyboard.press('Enter');
+  await page.getByText('device d0 ').waitFor();
+  assert.deepEqual(await focused(), ['BUTTON', end]);
+  assert.ok(end > 1000);
+  for (const address of ['#/%E0%A4%A', '#/constructor']) {
+    await page.goto('about:blank');
+    await page.goto(page.origin + '/' + address);
+    await page.getByText('40 requests').waitFor();
+  }
+}));
+
 test('why a message was not shown: the gate of each campaign', () => withBackend(async (page, {origin}) => {
   const scenario = await example('in-app-conditions');
   const end = scenario.steps.findIndex(step => step.notify === 'UIApplicationDidEnterBackgroundNotification');
@@ -170,7 +186,7 @@ test('a copied session plays whatever a device sent', () => withBackend(async (p
   }
 }));
 
-test('answers that are edited on the page are in force at the next start', () => withBackend(async (page, {origin}) => {
+test('answers that are edited on the page are in force at the next start', () => withBackend(async (page, {origin, post}) => {
   const session = partner => ({name: 'edited', clock: {start: 1767225600}, steps: [
     {call: 'initWithLaunchOptions:partnerName:appGroup:customEndpoint:', args: [null, partner, 'group.acme', '${endpoint}']},
     {notify: 'UIApplicationDidBecomeActiveNotification'}, {settle: 5}, {inspect: 'campaigns'},
@@ -204,6 +220,9 @@ test('answers that are edited on the page are in force at the next start', () =>
   await page.getByText('gdpr_consent is refused').waitFor();
   const [device] = await (await fetch(origin + '/inspect/consents')).json();
   assert.equal(device.gdpr_consent, false);
+  await page.getByRole('button', {name: 'Take back'}).focus();
+  await post('/api/v1/privacy/gdpr/consent/set', {target: {udid: 'late'}, gdpr_consent: true});
+  await page.getByRole('combobox', {name: 'gdpr_consent of late', exact: true}).waitFor();
   await page.getByRole('button', {name: 'Take back'}).click();
   await page.getByText('taken from the directory again').waitFor();
   assert.equal((await play(origin, session('acme'))).status, 1);
@@ -253,6 +272,45 @@ test('what is edited stays until it is saved, and takes nothing from another who
   await other.close();
 }));
 
+test('saving the form changes nothing that nobody touched', () => withBackend(async (page, {origin}) => {
+  const form = page.getByRole('form', {name: 'Session start'});
+  const show = async text => {
+    await fetch(origin + '/inspect/answer-files', {method: 'PUT', body: JSON.stringify({file: 'session_start.json', partner: '', text})});
+    await page.goto('about:blank');
+    await page.goto(origin + '/#/answers');
+    await form.getByRole('button', {name: 'Put in force'}).waitFor();
+  };
+  const save = async () => {
+    await form.getByRole('button', {name: 'Put in force'}).click();
+    await form.getByText('session_start.json is in force').waitFor();
+    return (await (await fetch(origin + '/inspect/answer-files')).json())[0].text;
+  };
+  const odd = {sdk_disabled: 'yes', log_flush_time_interval: null, inapps: [7, null, {inapp_id: 'abc', priority: 'x', trigger_count: '3', trigger: 5, show_type: 'odd', content: []}, 'text'],
+               contents: [{content_id: 'c1'}, []], smart_recommendations: {1: 5, 2: null, 3: {}, '': ''}};
+  odd.inapps.push(...Array.from({length: 60}, (_, i) => ({inapp_id: i, delay: '1'})));
+  await show(JSON.stringify(odd));
+  await form.getByLabel('is_logging_enabled').check();
+  assert.deepEqual(JSON.parse(await save()), {...odd, is_logging_enabled: true});
+  await form.locator('summary').first().click();
+  await form.getByLabel('Count').first().fill('"4"');
+  await form.getByLabel('No object, JSON').first().fill('8');
+  await form.getByRole('button', {name: 'Remove'}).nth(1).click();
+  odd.inapps[2].trigger_count = '4';
+  odd.inapps.splice(0, 2, 8);
+  assert.deepEqual(JSON.parse(await save()), {...odd, is_logging_enabled: true});
+  await show('{"contents": {"a": 1}, "smart_recommendations": [1]}');
+  await form.getByLabel('sdk_disabled').check();
+  assert.deepEqual(JSON.parse(await save()), {contents: {a: 1}, smart_recommendations: [1], sdk_disabled: true});
+
+  for (const [text, why] of [['[1]', 'no object'], ['{"a": 12345678901234567890}', 'rounded'], ['{"a": 1, "a": 2}', 'twice']]) {
+    await show(text);
+    await form.getByText(why).waitFor();
+    assert.equal(await save(), text);
+  }
+  await show('{"a": 1.50e3}');
+  await form.getByLabel('sdk_disabled').waitFor();
+}));
+
 test('markup that a device sends stays text, wherever it is shown', () => withBackend(async (page, {origin, post}) => {
   const evil = '<img src=x onerror="window.hit=1"><script>window.hit=2</script>';
   const inapps = [{inapp_id: evil, trigger: evil, trigger_params: [{key: evil, op: evil, value: evil}], content: {connected_inapps: [{trigger: evil}]}, frequency: evil, delay: evil}];
@@ -293,8 +351,11 @@ test('markup that a device sends stays text, wherever it is shown', () => withBa
   assert.deepEqual(problems, []);
 }));
 
-test('ten thousand events: a first paint within a second, and no long task in scrolling and searching', () => withBackend(async (page, {origin, post}) => {
+test('ten thousand events and three thousand campaigns: a first paint within a second, and no long task', () => withBackend(async (page, {origin, post}) => {
   const events = Array.from({length: 10_000}, (_, i) => ({event_name: 'event_' + i, timestamp: 1767225600 + i, event_params: {sku: 'product-' + i, price: i / 2, category: ['a', 'b']}}));
+  const inapps = Array.from({length: 3000}, (_, i) => ({inapp_id: i, trigger: 'event_' + i, trigger_params: [{key: 'price', op: 'gt', value: 9}], content: {type: 4}}));
+  const text = JSON.stringify({session_id: 'large', inapps});
+  await fetch(origin + '/inspect/answer-files', {method: 'PUT', body: JSON.stringify({file: 'session_start.json', partner: '', text})});
   await post('/api/v3/session/start', {udid: 'd'});
   for (let i = 0; i < 300; ++i) await post('/api/v1/geofences', {udid: 'd', i});
   await post('/api/v3/session/stop', {udid: 'd', session_id: 'large', custom_events: events, session_duration: 9});
@@ -306,7 +367,7 @@ test('ten thousand events: a first paint within a second, and no long task in sc
     window.tasks = [];
     new PerformanceObserver(list => window.tasks.push(...list.getEntries())).observe({type: 'longtask', buffered: true});
   });
-  await page.getByText('10,001 entries').waitFor();
+  await page.getByText('10,302 entries').waitFor();
   const paint = await page.evaluate(() => performance.getEntriesByName('first-contentful-paint')[0].startTime);
   assert.ok(paint < 1000, `first paint after ${paint} ms`);
   await page.evaluate(async () => {
@@ -317,10 +378,14 @@ test('ten thousand events: a first paint within a second, and no long task in sc
     }
   });
   await page.getByRole('searchbox').fill('product-4999');
-  await page.getByText('2 of 10,001 entries').waitFor();
+  await page.getByText('2 of 10,302 entries').waitFor();
   await page.getByRole('searchbox').fill('');
-  await page.getByText('10,001 entries').waitFor();
+  await page.getByText('10,302 entries').waitFor();
   assert.ok(await page.locator('.timeline .row').count() < 60, 'only rows in sight exist');
+  await go(page, '#/why');
+  await page.getByText('2950 more').waitFor();
+  await go(page, '#/answers');
+  await page.getByText('2950 more').waitFor();
   const long = await page.evaluate(() => window.tasks.length);
   const trace = JSON.parse(await browser.stopTracing()).traceEvents;
   if (long > 0) assert.deepEqual(longByProcessorTime(trace), []);
@@ -342,12 +407,24 @@ test('a page that stays open over the end of its backend follows the next one', 
   try {
     await first.post('/api/v3/session/start', {udid: 'before'});
     await page.getByText('device before').waitFor();
+    await rows(page, 'Sessions').first().click();
+    const before = await page.evaluate(() => location.hash);
+    await rows(page, 'Timeline').first().click();
     await first.end();
     await page.getByText('the backend does not answer', {exact: true}).waitFor();
     second = await startBackend(new URL(first.origin).port);
     await page.getByText('Nothing has arrived yet').waitFor();
     await second.post('/api/v3/session/start', {udid: 'after'});
     await page.getByText('device after').waitFor();
+    assert.ok(await page.getByRole('region', {name: 'Details'}).isHidden(), 'a request of the other run');
+    // An address of the first run, whose ids are those of other sessions now.
+    for (const view of ['sessions', 'why']) {
+      await page.goto('about:blank');
+      await page.goto(`${second.origin}/${before.replace('sessions', view)}`);
+      await page.getByText('The session that this address named is gone').waitFor();
+      assert.equal(await page.evaluate(() => location.hash), '#/' + view);
+    }
+    await page.getByText('The start of this session delivered no campaigns.').waitFor();
     await go(page, '#/live');
     await page.getByText('The feed comes from a device that is connected').waitFor();
     assert.deepEqual(page.faults.filter(text => !text.includes('net::ERR')), []);
@@ -356,6 +433,24 @@ test('a page that stays open over the end of its backend follows the next one', 
     await second?.end();
   }
 });
+
+test('a page that nobody sees leaves its connection to others, and takes up where it was', () => withBackend(async (page, {origin, post}) => {
+  const cover = covered => page.evaluate(hidden => {
+    Object.defineProperty(document, 'hidden', {value: hidden, configurable: true});
+    document.dispatchEvent(new Event('visibilitychange'));
+  }, covered);
+  await post('/seen', {});
+  await page.getByText('1 request', {exact: true}).waitFor();
+  await cover(true);
+  const others = new AbortController();
+  const open = async () => (await fetch(origin + '/inspect/stream', {signal: others.signal})).status;
+  while (await open() === 200) await post('/unseen', {});
+  await cover(false);
+  await page.getByText('too many pages are open', {exact: true}).waitFor();
+  others.abort();
+  await page.getByText('9 requests', {exact: true}).waitFor();
+  page.faults = page.faults.filter(text => !text.includes('503'));
+}));
 
 /** Runs in the page: the texts with less than 4.5 times the luminance of their background, or the other way round. */
 function faintTexts() {

@@ -1,9 +1,12 @@
-import {field, make, say} from './dom.js';
-import {isObject, listOr, objectOr, textOr} from './format.js';
+import {ask} from './ask.js';
+import {field, make} from './dom.js';
+import {listOr, textOr} from './format.js';
+import {startParts} from './start_form.js';
 
 // What devices are told, edited here. Nothing of it changes a file, and all of it counts from the next start on.
 
 const startFile = 'session_start.json';
+const consentPath = '/api/v1/privacy/gdpr/consent/set';
 const consentChoices = {true: 'given', false: 'refused'};
 
 /** Campaigns, contents, recommendations and switches of the session start; consents; every other answer as text. */
@@ -19,6 +22,7 @@ export function answersView(context) {
     forms, make('section', {'aria-label': 'Consents'}, make('h2', {}, 'Consents of devices'), consents, told));
   const sets = new Map();  // partner -> its forms, kept as long as they have edits
   let loaded = null;       // the run of the backend that is shown
+  let consentsAfter = '';  // the request that the table of consents came after
 
   function choosePartner() {
     const name = partner.value.trim();
@@ -29,11 +33,19 @@ export function answersView(context) {
     chosen.load();
   }
 
-  async function load() {
-    choosePartner();
+  /** Asked again once a device has posted, but not under the hands of a person who is choosing. */
+  async function followConsents() {
+    const {run, requests} = context.store;
+    const last = `${run} ${requests.findLast(one => one.path === consentPath)?.key ?? ''}`;
+    const isInUse = () => consents.contains(document.activeElement);
+    if (last === consentsAfter || isInUse()) return;
+    consentsAfter = last;
     const devices = await ask('GET', '/inspect/consents');
-    consents.replaceChildren(consentTable(listOr(devices), tellConsent));
+    if (devices.error) return tellConsent(devices.error, true);
+    if (isInUse()) consentsAfter = '';
+    else consents.replaceChildren(consentTable(listOr(devices), tellConsent));
   }
+  consents.addEventListener('focusout', () => setTimeout(followConsents));
 
   addEventListener('beforeunload', event => {
     if ([...sets.values()].some(one => one.hasEdits())) event.preventDefault();
@@ -41,12 +53,13 @@ export function answersView(context) {
 
   return {
     node,
-    open() { loaded = null; },
+    open() { loaded = null; consentsAfter = ''; },
     update() {
       const known = [...context.store.partners].slice(-200);
       if (partners.childElementCount !== known.length) partners.replaceChildren(...known.map(value => make('option', {value})));
       const run = context.store.run ?? 'none yet';
-      if (loaded !== run) { loaded = run; load(); }
+      if (loaded !== run) { loaded = run; choosePartner(); }
+      followConsents();
     },
   };
 }
@@ -192,179 +205,6 @@ class EditedForm {
     this.disputed = true;
     this.keepFocus();
   }
-}
-
-/** The answer, or {error: a sentence}. */
-async function ask(method, path, body) {
-  try {
-    const response = await fetch(path, {method, body: body && JSON.stringify(body), headers: body ? {'Content-Type': 'application/json'} : {}});
-    const answer = await response.json();
-    return response.ok ? answer : {error: answer.error ?? `The backend answered ${response.status}.`, status: response.status};
-  } catch {
-    return {error: 'The backend does not answer.'};
-  }
-}
-
-// --- The session start ---
-
-function startParts({text}) {
-  const answer = objectOr(JSON.parse(text));
-  const parts = [switches(answer), campaigns(answer), contents(answer), recommendations(answer)];
-  return {nodes: parts.map(part => part.node), read() {
-    const edited = {...answer};
-    for (const part of parts) part.write(edited);
-    return JSON.stringify(edited, null, 2);
-  }};
-}
-
-function fieldset(legend, ...children) {
-  return make('fieldset', {class: 'group'}, make('legend', {}, legend), ...children);
-}
-
-function checkBox(label, checked) {
-  const box = make('input', {type: 'checkbox', checked});
-  return {box, node: make('label', {class: 'chip'}, box, label)};
-}
-
-function switches(answer) {
-  const names = {sdk_disabled: 'Library switched off (sdk_disabled)', is_logging_enabled: 'Diagnostic log (is_logging_enabled)', reset_iid: 'New ID for the user (reset_iid)'};
-  const boxes = Object.entries(names).map(([name, label]) => [name, checkBox(label, Boolean(answer[name]))]);
-  const interval = input(answer.log_flush_time_interval, 'number');
-  return {
-    node: fieldset('Switches', make('div', {class: 'chips'}, ...boxes.map(([, {node}]) => node)), field('Seconds between logs (log_flush_time_interval)', interval)),
-    write(edited) {
-      for (const [name, {box}] of boxes) {
-        if (box.checked || name in edited) edited[name] = box.checked;
-      }
-      setOrRemove(edited, 'log_flush_time_interval', numberIn(interval, 'log_flush_time_interval'));
-    },
-  };
-}
-
-function input(value, type = 'text') {
-  return make('input', {type, value: value === undefined || value === null ? '' : typeof value === 'object' ? JSON.stringify(value) : value,
-                        ...(type === 'number' ? {step: 'any'} : {})});
-}
-
-function numberIn(control, name) {
-  const text = control.value.trim();
-  if (!text) {
-    if (control.validity.badInput) throw new Error(`${name} must be a number.`);
-    return undefined;
-  }
-  return Number(text);
-}
-
-function jsonIn(control, name) {
-  const text = control.value.trim();
-  if (!text) return undefined;
-  try {
-    return JSON.parse(text);
-  } catch (wrong) {
-    control.focus();
-    throw new Error(`${name} is not JSON: ${wrong.message}.`);
-  }
-}
-
-function setOrRemove(object, name, value) {
-  if (value === undefined) delete object[name];
-  else object[name] = value;
-}
-
-/** A list of editable entries with a button that adds one. `make` gives {node, read()}. */
-function editableList(entries, addLabel, blank, makeEntry) {
-  const made = [];
-  const list = make('ol', {class: 'edited'});
-  const add = value => {
-    const entry = makeEntry(value);
-    const item = make('li', {}, entry.node, make('button', {type: 'button', onclick: () => {
-      made.splice(made.indexOf(entry), 1);
-      const next = item.nextElementSibling ?? item.previousElementSibling;
-      item.remove();
-      tellOfEdit(list);
-      say('Removed');
-      (next?.querySelector('summary, input, textarea, select') ?? button).focus();
-    }}, 'Remove'));
-    made.push(entry);
-    list.append(item);
-    return item;
-  };
-  for (const value of entries) add(value);
-  const button = make('button', {type: 'button', onclick: () => {
-    add(blank()).querySelector('input, textarea, select')?.focus();
-    tellOfEdit(list);
-  }}, addLabel);
-  return {node: make('div', {}, list, button), read: () => made.map(entry => entry.read())};
-}
-
-/** An entry that comes or goes is an edit too. */
-function tellOfEdit(node) { node.dispatchEvent(new Event('input', {bubbles: true})); }
-
-function campaigns(answer) {
-  const newOne = () => ({inapp_id: 1 + Math.max(0, ...listOr(answer.inapps).map(one => Number(objectOr(one).inapp_id) || 0)), variant_id: 1, priority: 10,
-                         trigger: '', content: {type: 4, template_url: '${origin}/templates/banner', inappType: 4, layoutStyle: 4, buttonLayout: 0,
-                                                template_layout: {height: 0.2, position: 7, ignoreSafeZone: false}}});
-  const list = editableList(listOr(answer.inapps).filter(isObject), 'Add a campaign', newOne, campaignEntry);
-  return {node: fieldset('Campaigns', list.node), write(edited) { edited.inapps = list.read(); }};
-}
-
-function campaignEntry(campaign) {
-  const numbers = {inapp_id: 'ID', variant_id: 'Variant', trigger_count: 'Count', priority: 'Priority', frequency: 'Cap, seconds (-1: for good)', delay: 'Delay, seconds'};
-  const controls = Object.fromEntries(Object.keys(numbers).map(name => [name, input(campaign[name], 'number')]));
-  const trigger = input(campaign.trigger);
-  const kind = make('select', {}, make('option', {value: ''}, 'once, by count'), make('option', {value: 'event'}, 'at every event'));
-  kind.value = campaign.show_type === 'event' ? 'event' : '';
-  const conditions = area(campaign.trigger_params, 2);
-  const content = area(campaign.content, 4);
-  const title = () => `Campaign ${controls.inapp_id.value || 'without an ID'}${trigger.value ? ', ' + trigger.value : ''}`;
-  const summary = make('summary', {}, title());
-  trigger.addEventListener('input', () => { summary.textContent = title(); });
-  const node = make('details', {open: !campaign.trigger}, summary, make('div', {class: 'fields'}, field('Trigger', trigger), field('Shown', kind),
-    ...Object.entries(numbers).map(([name, label]) => field(label, controls[name])),
-    field('Conditions, JSON', conditions, '[{"key": "price", "op": "gt", "value": 100}]'), field('Content, JSON', content)));
-  return {node, read() {
-    const edited = {...campaign};
-    for (const [name, control] of Object.entries(controls)) setOrRemove(edited, name, numberIn(control, name));
-    setOrRemove(edited, 'trigger', trigger.value.trim() || undefined);
-    if (kind.value) edited.show_type = kind.value;
-    else if (edited.show_type === 'event') delete edited.show_type;
-    setOrRemove(edited, 'trigger_params', jsonIn(conditions, 'trigger_params'));
-    setOrRemove(edited, 'content', jsonIn(content, 'content'));
-    return edited;
-  }};
-}
-
-function area(value, rows) {
-  const control = make('textarea', {rows, spellcheck: 'false'});
-  control.value = value === undefined ? '' : JSON.stringify(value, null, 1);
-  return control;
-}
-
-function contents(answer) {
-  const list = editableList(listOr(answer.contents).filter(isObject), 'Add a content', () => ({content_id: 1, variant_id: 1, variables: [{variable_name: '', new_value: ''}]}), content => {
-    const id = input(content.content_id, 'number');
-    const variant = input(content.variant_id, 'number');
-    const variables = area(content.variables, 3);
-    return {node: make('div', {class: 'fields'}, field('Content ID', id), field('Variant', variant), field('Variables, JSON', variables)), read() {
-      const edited = {...content};
-      setOrRemove(edited, 'content_id', numberIn(id, 'content_id'));
-      setOrRemove(edited, 'variant_id', numberIn(variant, 'variant_id'));
-      setOrRemove(edited, 'variables', jsonIn(variables, 'variables'));
-      return edited;
-    }};
-  });
-  return {node: fieldset('Content', list.node), write(edited) { edited.contents = list.read(); }};
-}
-
-function recommendations(answer) {
-  const entries = Object.entries(objectOr(answer.smart_recommendations));
-  const list = editableList(entries, 'Add a recommendation', () => ['', ''], ([name, value]) => {
-    const id = input(name);
-    const url = input(value);
-    return {node: make('div', {class: 'fields pair'}, field('Campaign', id), field('Address', url)), read: () => [id.value.trim(), isObject(value) ? jsonIn(url, 'The address') : url.value]};
-  });
-  return {node: fieldset('Recommendations', list.node, make('p', {class: 'hint'}, 'The products are in recommendations.json, below.')),
-          write(edited) { edited.smart_recommendations = Object.fromEntries(list.read().filter(([id]) => id)); }};
 }
 
 // --- Any file ---

@@ -1,4 +1,5 @@
 import {definitions, make} from './dom.js';
+import {answerLimit, noAnswer} from './ask.js';
 import {brief, momentOf, objectOr, sizeOf} from './format.js';
 import {jsonView} from './json_view.js';
 import {titleOf} from './rows.js';
@@ -18,6 +19,13 @@ export class Details {
     this.node.hidden = false;
     this.node.scrollTop = 0;
     if (getComputedStyle(this.node).position === 'fixed') this.close.focus();
+  }
+
+  /** What is shown is not there any more. */
+  forget() {
+    if (this.node.contains(document.activeElement)) document.getElementById('main').focus();
+    this.node.hidden = true;
+    this.content.replaceChildren();
   }
 
   hide() {
@@ -63,10 +71,12 @@ function rawBody(request) {
     const text = make('pre', {tabindex: 0}, 'loading');
     details.append(text);
     try {
-      const [found] = await (await fetch(`/inspect/requests?since=${request.id - 1}&limit=1`)).json();
-      text.textContent = found?.id === request.id ? found.body.slice(0, 200_000) || 'empty' : 'The backend has forgotten it.';
-    } catch {
-      text.textContent = 'The backend does not answer.';
+      const response = await fetch(`/inspect/requests?since=${request.id - 1}&limit=1`, {signal: AbortSignal.timeout(answerLimit)});
+      const isOfTheSameRun = response.headers.get('X-Inspect-Run') === String(request.run);
+      const [found] = await response.json();
+      text.textContent = isOfTheSameRun && found?.id === request.id ? found.body.slice(0, 200_000) || 'empty' : 'The backend has forgotten it.';
+    } catch (wrong) {
+      text.textContent = noAnswer(wrong);
     }
   });
   return details;

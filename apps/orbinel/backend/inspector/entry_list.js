@@ -17,6 +17,11 @@ export class EntryList {
     this.searched = '';
   }
 
+  forget() {
+    this.list.selected = null;
+    this.list.node.scrollTop = 0;
+  }
+
   show(rows, search, passes = () => true) {
     this.cancel?.();
     this.cancel = filterInSlices(rows, row => passes(row) && (!search || textOf(row).includes(search)), found => {

@@ -20,7 +20,7 @@ export function campaignsOf(answer) {
   return [...first, ...first.flatMap(one => listOr(objectOr(one.content).connected_inapps).filter(isObject))];
 }
 
-const idOf = campaign => brief(campaign.inapp_id ?? '', 80);
+const idOf = campaign => brief(campaign.inapp_id ?? '', 80);  // or of a line about it
 const wholeOr = (value, otherwise) => {
   const number = typeof value === 'string' && value.trim() ? Number(value) : value;
   return Number.isInteger(number) ? number : otherwise;
@@ -64,9 +64,14 @@ export function conditionText(condition) {
   return `${brief(key, 40)} ${says} ${brief(JSON.stringify(value) ?? 'nothing', 60)}`;
 }
 
+/** Undefined where there is none of that name. */
+export function parameterOf(parameters, key) {
+  return isObject(parameters) && Object.hasOwn(parameters, key) ? parameters[key] : undefined;
+}
+
 export function conditionHolds(condition, parameters) {
   if (!isObject(condition)) return false;
-  const actual = objectOr(parameters)[condition.key];
+  const actual = parameterOf(parameters, condition.key);
   if (actual === undefined) return false;
   return !Object.hasOwn(operators, condition.op) || operators[condition.op].holds(actual, condition.value);
 }
@@ -138,7 +143,10 @@ function loadingTrouble({message, attributes}) {
 /** Goes through the in-app lines once; each outcome goes to the campaigns that it is about. */
 function outcomesOf(session, campaigns) {
   const outcomes = new Map(campaigns.map(one => [one, []]));
-  const withId = id => campaigns.filter(one => idOf(one) === id);
+  const byCampaignId = groupedBy(campaigns, idOf);
+  const byTrigger = groupedBy(campaigns, one => one.trigger);
+  const withId = id => byCampaignId.get(id) ?? [];
+  const withTrigger = trigger => byTrigger.get(trigger) ?? [];
   let chosen = [];
   let onScreen = [];
   let stage = 'settled';
@@ -154,7 +162,7 @@ function outcomesOf(session, campaigns) {
       note(withId(id), outcome);
       if (outcome[0] === 'loading') onScreen = withId(id);
     } else if (Object.hasOwn(byEvent, line.message)) {
-      note(campaigns.filter(one => one.trigger === line.attributes.event_name), byEvent[line.message]);
+      note(withTrigger(line.attributes.event_name), byEvent[line.message]);
     } else if (Object.hasOwn(ofTheOneOnScreen, line.message)) {
       note(onScreen, ofTheOneOnScreen[line.message]);
     } else if (Object.hasOwn(ofTheChosen, line.message)) {
@@ -168,7 +176,7 @@ function outcomesOf(session, campaigns) {
       if (Object.hasOwn(removedWhile, stage)) note(onScreen, removedWhile[stage]);
       stage = 'settled';
     } else if (line.message === 'App template selected' || line.message === 'App template not found') {
-      note(campaigns.filter(one => one.trigger === line.attributes.event_name), ['heard']);
+      note(withTrigger(line.attributes.event_name), ['heard']);
     }
   }
   return outcomes;
@@ -176,22 +184,34 @@ function outcomesOf(session, campaigns) {
 
 // --- The verdict ---
 
+/** Lists of the items by what `keyOf` gives of them, each in the order of the items. */
+function groupedBy(items, keyOf) {
+  const groups = new Map();
+  for (const item of items) {
+    const key = keyOf(item);
+    const group = groups.get(key);
+    if (group) group.push(item);
+    else groups.set(key, [item]);
+  }
+  return groups;
+}
+
 /** Every campaign of a session with {campaign, shown, gate, sentence, sure, facts, lines}. */
 export function verdictsOf(session) {
   const campaigns = campaignsOf(session.answer);
-  const events = eventsOf(session);
+  const eventsByName = groupedBy(eventsOf(session), event => event.name);
+  const rivals = groupedBy(campaigns, one => one.trigger);
   const outcomes = outcomesOf(session, campaigns);
   const stop = objectOr(session.stop?.payload);
-  const closed = listOr(stop.inapp_logs).filter(isObject);
-  const blocked = listOr(stop.blocked_inapps).filter(isObject);
+  const closed = groupedBy(listOr(stop.inapp_logs).filter(isObject), idOf);
+  const blocked = groupedBy(listOr(stop.blocked_inapps).filter(isObject), idOf);
   return campaigns.map(campaign => {
-    const occurred = events.filter(event => event.name === campaign.trigger);
-    const matching = occurred.filter(event => meetsConditions(campaign, event));
+    const occurred = eventsByName.get(campaign.trigger) ?? [];
+    const matching = (campaign.trigger_params ?? null) === null ? occurred : occurred.filter(event => meetsConditions(campaign, event));
     const facts = {occurred, matching, needed: countOf(campaign)};
     const mine = outcomes.get(campaign);
-    const about = {campaign, facts, session, campaigns, outcomes: mine,
-                   closed: closed.filter(one => brief(one.inapp_id ?? '', 80) === idOf(campaign)),
-                   blocked: blocked.filter(one => brief(one.inapp_id ?? '', 80) === idOf(campaign))};
+    const about = {campaign, facts, session, ofItsTrigger: rivals.get(campaign.trigger), outcomes: mine,
+                   closed: closed.get(idOf(campaign)) ?? [], blocked: blocked.get(idOf(campaign)) ?? []};
     const verdict = fromTheLog(about) ?? fromTheStop(about) ?? fromTheEvents(about);
     return {campaign, facts, ...verdict, lines: mine.map(outcome => outcome.line), reached: reachedBy(verdict)};
   });
@@ -227,7 +247,7 @@ function fromTheStop({closed, blocked}) {
   return null;
 }
 
-function fromTheEvents({campaign, facts, session, campaigns, outcomes}) {
+function fromTheEvents({campaign, facts, session, ofItsTrigger, outcomes}) {
   const {occurred, matching, needed} = facts;
   const sure = Boolean(session.stop);
   if (session.answer.sdk_disabled) return stopped('trigger', 'The library was switched off by the session start.');
@@ -243,7 +263,7 @@ function fromTheEvents({campaign, facts, session, campaigns, outcomes}) {
   if (campaign.trigger === 'session_start' && session.logs.length > 0 && !heard) {
     return stopped('priority', 'A message of a push came first: the start’s own are not asked for then.', false);
   }
-  const rival = rivalOf(campaign, campaigns);
+  const rival = rivalOf(campaign, ofItsTrigger);
   if (rival) return stopped('priority', rival, false);
   if (objectOr(campaign.content).type === controlGroup) return stopped('group', 'Its content is for the control group: nothing is shown.', false);
   return stopped('page', session.logs.length > 0 ? 'It was due; the log does not say what became of it.'
@@ -253,20 +273,20 @@ function fromTheEvents({campaign, facts, session, campaigns, outcomes}) {
 function failedCondition(campaign, event) {
   const failed = listOr(campaign.trigger_params).find(condition => !conditionHolds(condition, event.parameters));
   const key = objectOr(failed).key;
-  const actual = event.parameters[key];
+  const actual = parameterOf(event.parameters, key);
   return failed === undefined ? 'Its conditions cannot be read.'
     : `Wanted: ${conditionText(failed)}. ${actual === undefined ? 'The event has no such parameter.' : `It was ${brief(JSON.stringify(actual), 60)}.`}`;
 }
 
 /** The smallest priority wins, of equal ones the later campaign, and an event-based one before a counted one. */
-function rivalOf(campaign, campaigns) {
-  const others = campaigns.filter(one => one !== campaign && one.trigger === campaign.trigger);
+function rivalOf(campaign, ofItsTrigger) {
+  const others = ofItsTrigger.filter(one => one !== campaign);
   const mine = priorityOf(campaign);
-  const place = campaigns.indexOf(campaign);
+  const place = ofItsTrigger.indexOf(campaign);
   const counted = others.filter(one => !isEventBased(one) && countOf(one) === countOf(campaign));
   const before = others.filter(one => isEventBased(one) || countOf(one) === countOf(campaign)).find(one => {
     if (isEventBased(one) !== isEventBased(campaign)) return isEventBased(one) ? priorityOf(one) <= mine : priorityOf(one) < mine;
-    return priorityOf(one) < mine || (priorityOf(one) === mine && campaigns.indexOf(one) > place);
+    return priorityOf(one) < mine || (priorityOf(one) === mine && ofItsTrigger.indexOf(one) > place);
   });
   if (before) return `Campaign ${idOf(before)} of the same event comes first: priority ${priorityOf(before)} against ${mine}.`;
   if (isEventBased(campaign) && mine > lowestPriority && counted.length === 0) {

@@ -19,6 +19,7 @@ export function liveView(context) {
   const view = {
     node: make('div', {class: 'panes two'},
       make('section', {class: 'pane', 'aria-label': 'Feed and log'}, make('div', {class: 'filters'}, filter, type), entries.node), details.node),
+    forget() { details.forget(); entries.forget(); },
     update() {
       const {logs, feeds} = context.store;
       offerTypes(type, logs);

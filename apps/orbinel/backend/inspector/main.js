@@ -1,10 +1,12 @@
+import {ask} from './ask.js';
+import {followRequests} from './connection.js';
 import {say} from './dom.js';
 import {answersView} from './answers.js';
 import {liveView} from './live.js';
 import {requestsView} from './requests.js';
 import {sessionsView} from './sessions.js';
 import {coalesced} from './slices.js';
-import {Store} from './store.js';
+import {isOfRun, Store} from './store.js';
 import {whyView} from './why.js';
 import {count} from './format.js';
 
@@ -17,18 +19,31 @@ let current = null;
 
 const context = {store, get search() { return el('search').value.trim().toLowerCase(); }};
 
+/** The view that the address names, and the session in it. */
+function address() {
+  let text = '';
+  try {
+    text = decodeURIComponent(location.hash.replace(/^#\/?/, ''));
+  } catch { /* what is no address leads to the first view */ }
+  const [name, ...rest] = text.split('/');
+  return Object.hasOwn(makers, name) ? {name, key: rest.join('/')} : {name: 'sessions', key: ''};
+}
+
 function route() {
-  const [name, ...rest] = decodeURIComponent(location.hash.replace(/^#\/?/, '')).split('/');
-  const known = name in makers ? name : 'sessions';
-  if (!views.has(known)) views.set(known, makers[known](context));
-  current = views.get(known);
-  el('view').replaceChildren(current.node);
+  const {name, key} = address();
+  const isGone = key !== '' && store.run !== null && !isOfRun(key, store.run);
+  if (isGone) history.replaceState(null, '', '#/' + name);
+  el('gone').hidden = !isGone;
+  if (!views.has(name)) views.set(name, makers[name](context));
+  current = views.get(name);
+  // What is put in again loses its focus and its place.
+  if (el('view').firstChild !== current.node) el('view').replaceChildren(current.node);
   for (const link of document.querySelectorAll('nav a')) {
-    if (link.hash === '#/' + known) link.setAttribute('aria-current', 'page');
+    if (link.hash === '#/' + name) link.setAttribute('aria-current', 'page');
     else link.removeAttribute('aria-current');
   }
-  el('search').disabled = known === 'answers';
-  current.open?.(rest.join('/'));
+  el('search').disabled = name === 'answers';
+  current.open?.(isGone ? '' : key);
   update();
 }
 
@@ -39,42 +54,44 @@ function update() {
   if (!nothing) current.update();
 }
 
-const updateSoon = coalesced(() => { update(); tellState(); });
+let run = null;
+
+/** Nothing of what was forgotten may be taken for what comes now. */
+function followRun() {
+  if (store.run === run) return;
+  const isFirst = run === null;
+  run = store.run;
+  for (const view of views.values()) view.forget?.();
+  if (address().key) route();
+  if (!isFirst) el('gone').hidden = true;
+}
+
+const updateSoon = coalesced(() => { followRun(); update(); tellState(); });
 
 // --- The connection ---
 
-let lost = true;
-let toldLost = false;
+let trouble = null;  // null: nothing is known yet
+let told = '';
 
 function tellState() {
-  const text = lost ? 'the backend does not answer' : count(store.requests.length, 'request');
+  if (trouble === null) return;
+  const text = trouble || count(store.requests.length, 'request');
   if (el('state').textContent !== text) el('state').textContent = text;
-  el('state').classList.toggle('lost', lost);
-  if (lost !== toldLost) say(lost ? 'The backend does not answer' : 'Connected');
-  toldLost = lost;
+  el('state').classList.toggle('lost', trouble !== '');
+  if (trouble !== told) say(trouble ? trouble[0].toUpperCase() + trouble.slice(1) : 'Connected');
+  told = trouble;
 }
 
-function connect() {
-  const stream = new EventSource('/inspect/stream');
-  stream.onopen = () => { lost = false; tellState(); };
-  stream.onmessage = event => { store.take(JSON.parse(event.data)); };
-  stream.onerror = () => {
-    lost = true;
-    tellState();
-    // A refused stream is not tried again by the browser.
-    if (stream.readyState === EventSource.CLOSED) setTimeout(connect, 2000);
-  };
+async function clear() {
+  const {error} = await ask('DELETE', '/inspect/requests');
+  if (error) el('state').textContent = error;
 }
 
 store.listeners.add(updateSoon);
 for (const node of document.querySelectorAll('.origin')) node.textContent = location.origin;
 el('search').addEventListener('input', coalesced(update, 150));
-el('clear').addEventListener('click', async () => {
-  try {
-    await fetch('/inspect/requests', {method: 'DELETE'});
-  } catch { /* the lost stream says so */ }
-});
+el('clear').addEventListener('click', clear);
 document.querySelector('.skip').addEventListener('click', event => { event.preventDefault(); el('main').focus(); });
 addEventListener('hashchange', route);
 route();
-connect();
+followRequests(store, what => { trouble = what; tellState(); });

@@ -8,6 +8,7 @@ export function requestsView(context) {
   const entries = new EntryList({label: 'Requests, newest first', details, newestFirst: true});
   return {
     node: make('div', {class: 'panes two'}, make('section', {class: 'pane', 'aria-label': 'Requests'}, entries.node), details.node),
+    forget() { details.forget(); entries.forget(); },
     update() { entries.show(context.store.requests.toReversed(), context.search); },
   };
 }

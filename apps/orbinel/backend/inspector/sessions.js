@@ -54,6 +54,7 @@ export function sessionsView(context) {
 
   return {
     node,
+    forget() { listed = -1; details.forget(); entries.forget(); },
     open(key) { wanted = key; drawn = ''; details.node.hidden = true; untold.hidden = true; },
     update() {
       const {sessions} = context.store;

@@ -46,6 +46,7 @@ export class Store {
 
   add(request) {
     request.key = 'r' + request.id;
+    request.run = this.run;
     request.kind = 'request';
     request.time = numberOr(Number(headerOf(request, 'ts') ?? NaN), undefined);
     this.requests.push(request);
@@ -84,7 +85,7 @@ export class Store {
   }
 
   newSession(request, id) {
-    const session = {key: 's' + request.id, id, partner: request.partner, device: deviceOf(request),
+    const session = {key: `s${request.id}-${this.run}`, id, partner: request.partner, device: deviceOf(request),
                      start: null, stop: null, before: null, after: null, startedBy: null, answer: {}, requests: [], logs: [], feeds: [], version: 0};
     this.sessions.push(session);
     if (this.sessions.length > most) this.forgetSession(this.sessions.shift());
@@ -161,6 +162,9 @@ export class Store {
     this.attach(request);
   }
 }
+
+/** Whether a session's key is of that run: ids begin at 1 again in each. */
+export function isOfRun(key, run) { return key.endsWith('-' + run); }
 
 export function headerOf(request, name) {
   const found = Object.entries(objectOr(request.headers)).find(([other]) => other.toLowerCase() === name.toLowerCase());

@@ -1,6 +1,6 @@
 import {definitions, make} from './dom.js';
 import {brief, count, listOr, numberOr, objectOr, textOr, timeOf} from './format.js';
-import {conditionHolds, conditionsOf, conditionText, gates, isEventBased, priorityOf, verdictsOf} from './gates.js';
+import {conditionHolds, conditionsOf, conditionText, gates, isEventBased, parameterOf, priorityOf, verdictsOf} from './gates.js';
 import {sessionTitle} from './rows.js';
 
 const signs = {passed: '✓', stopped: '✕', 'not reached': '·'};
@@ -43,7 +43,7 @@ export function whyView(context) {
 function offerSessions(select, sessions, wanted) {
   const offered = sessions.filter((one, i) => i >= sessions.length - 200 || one.key === wanted).reverse();
   const withCampaigns = offered.find(one => listOr(one.answer.inapps).length > 0) ?? offered[0];
-  const chosen = wanted || withCampaigns?.key || '';
+  const chosen = (offered.find(one => one.key === wanted) ?? withCampaigns)?.key ?? '';
   const keys = offered.map(one => one.key).join();
   if (select.dataset.keys !== keys) {
     select.dataset.keys = keys;
@@ -95,7 +95,7 @@ function conditionList({campaign, facts}) {
   const last = facts.occurred.at(-1);
   return make('ul', {}, ...conditions.slice(0, 30).map(condition => {
     const holds = last && conditionHolds(condition, last.parameters);
-    const was = last && objectOr(last.parameters)[objectOr(condition).key];
+    const was = last && parameterOf(last.parameters, objectOr(condition).key);
     return make('li', {}, conditionText(condition), last ? ` — ${holds ? '✓ held' : '✕ failed'}, last it was ${was === undefined ? 'missing' : brief(JSON.stringify(was), 40)}` : '');
   }));
 }
