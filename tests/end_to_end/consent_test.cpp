@@ -1,9 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <set>
-#include <string>
 
 #include "tests/end_to_end/linux_library.hpp"
 #include "tests/linux/temporary_directory.hpp"
@@ -54,12 +52,12 @@ TEST(WithheldConsent, NothingGatedLeavesTheDevice) {
     LinuxLibrary library(directory.path(), backend.origin);
     ASSERT_NO_FATAL_FAILURE(library.launch());
     ASSERT_NO_FATAL_FAILURE(library.runSession(1));
-    ASSERT_TRUE(library.runUntil([&] { return library.network->underWay == 0; }));
+    ASSERT_TRUE(library.runUntilQuiet());
 
     for (const bool mobile : {false, true}) {
         Orbinel::setGDPRConsent(mobile);
         Orbinel::setMobileGDPRConsent(!mobile);
-        ASSERT_TRUE(library.runUntil([&] { return library.network->underWay == 0; }));
+        ASSERT_TRUE(library.runUntilQuiet());
         backend.forget();
         useEverything();
         for (int period = 0; period < 3; ++period) {
@@ -67,26 +65,26 @@ TEST(WithheldConsent, NothingGatedLeavesTheDevice) {
             useEverything();
             library.host->runMainQueue();
             library.enterBackground();
-            ASSERT_TRUE(library.runUntil([&] { return library.network->underWay == 0; }));
+            ASSERT_TRUE(library.runUntilQuiet());
         }
         shutdown();
         ASSERT_NO_FATAL_FAILURE(library.launch());  // a consent outlives the launch
         library.becomeActive();
         useEverything();
         library.enterBackground();
-        ASSERT_TRUE(library.runUntil([&] { return library.network->underWay == 0; }));
+        ASSERT_TRUE(library.runUntilQuiet());
         EXPECT_THAT(pathsOf(backend), IsSubsetOf({"/api/v1/privacy/gdpr/consent/set"}));
     }
 
     library.services.notificationCentre->post(platform::notification_names::willTerminate, {});
-    ASSERT_TRUE(library.runUntil([&] { return library.network->underWay == 0; }));
+    ASSERT_TRUE(library.runUntilQuiet());
     EXPECT_TRUE(pathsOf(backend).contains("/api/wizard/v1/disconnect"));  // the one thing more that the page names
 
     // Given again, what waited goes out, and what was dropped does not come back.
     Orbinel::setMobileGDPRConsent(true);
     refusesStops = false;
     ASSERT_NO_FATAL_FAILURE(library.runSession(2));
-    ASSERT_TRUE(library.runUntil([&] { return library.network->underWay == 0; }));
+    ASSERT_TRUE(library.runUntilQuiet());
     EXPECT_THAT(backend.takenNumbers(), ElementsAre(1, 2));
 }
 

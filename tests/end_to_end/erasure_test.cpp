@@ -1,13 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <set>
-#include <string>
-#include <vector>
 
 #include "hosts/linux/sqlite_database.hpp"
 #include "orbinel/headless/headless_console.hpp"
@@ -48,7 +44,7 @@ protected:
         ASSERT_NO_FATAL_FAILURE(library->launch());
         ASSERT_NO_FATAL_FAILURE(useAsAPerson(1));
         ASSERT_NO_FATAL_FAILURE(useAsAPerson(2));
-        ASSERT_TRUE(library->runUntil([&] { return library->network->underWay == 0; }));
+        ASSERT_TRUE(library->runUntilQuiet());
         std::ofstream(directory.path() / "standard.sqlite.damaged-1") << email;
         library->services.secureItems->store(keys::udidKeychain, keys::udidKeychain, "of-an-earlier-installation");
         std::ofstream(directory.path() / "secure" / "ORBINEL_UDID_KEYCHAIN+ORBINEL_UDID_KEYCHAIN.Ab3dEf")
@@ -65,7 +61,7 @@ protected:
         ASSERT_TRUE(library->runUntil([&] { return library->network->starts > starts; }));
         library->host->runMainQueue();  // where the answer is taken in
         Orbinel::getCurrentUser().setEmail(email).setPhoneNumber(phone).login(OrbinelIdentifiers().addEmail(email));
-        ASSERT_TRUE(library->runUntil([&] { return library->network->underWay == 0; }));
+        ASSERT_TRUE(library->runUntilQuiet());
         Orbinel::tagEvent("seen").addParameterWithInt("number", number).build();
         const auto stops = library->network->stops.load();
         library->enterBackground();
@@ -129,7 +125,7 @@ TEST_F(Erasure, DuringASessionLeavesNothingAndTheNextIsThatOfANewDevice) {
     group->set("application's own", 1);
     group->synchronize();
     library->becomeActive();
-    ASSERT_TRUE(library->runUntil([&] { return library->network->underWay == 0; }));
+    ASSERT_TRUE(library->runUntilQuiet());
     auto user = Orbinel::getCurrentUser();
     user.setEmail(email);
 
@@ -141,7 +137,7 @@ TEST_F(Erasure, DuringASessionLeavesNothingAndTheNextIsThatOfANewDevice) {
     library->becomeActive();
     const auto starts = library->network->starts.load();
     ASSERT_TRUE(library->runUntil([&] { return library->network->starts > starts; }));
-    ASSERT_TRUE(library->runUntil([&] { return library->network->underWay == 0; }));
+    ASSERT_TRUE(library->runUntilQuiet());
 
     EXPECT_THAT(udid(), Not(::testing::AnyOf("", secrets.front())));
     for (const auto& arrival : backend.arrivals()) {

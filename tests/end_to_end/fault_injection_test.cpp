@@ -5,8 +5,6 @@
 #include <cstdlib>
 #include <iostream>
 #include <set>
-#include <string>
-#include <vector>
 
 #include "inapp/view_tags.hpp"
 #include "orbinel/orbinel.hpp"
@@ -54,35 +52,32 @@ public:
         refusedFrom_ = backend_.stops().size();
         background();  // its stop is queued
         active();      // and sent again, in vain
-        recordEvent(2);
+        Orbinel::tagEvent("visit_2").build();
         refusedUntil_ = backend_.stops().size();
         backend_.answer("/api/v3/session/stop", {});
         background();
         launch(failing(host_.services(), faults_));
         active();
-        recordEvent(3);
+        Orbinel::tagEvent("visit_3").build();
         background();
         launch(host_.services());
         active();
-        recordEvent(4);
+        Orbinel::tagEvent("visit_4").build();
         background();
         shutdown();
     }
 
-    /// The numbers of the events in all stops that the backend has taken.
-    std::set<std::int64_t> delivered() const {
-        std::set<std::int64_t> numbers;
+    /// The visits in all stops that the backend has taken.
+    std::set<std::string> delivered() const {
+        std::set<std::string> visits;
         const auto stops = backend_.stops();
         for (std::size_t i = 0; i < stops.size(); ++i) {
             if (i >= refusedFrom_ && i < refusedUntil_) continue;
-            const auto* events = stops[i].payload["custom_events"].ifArray();
-            for (const auto& event : events != nullptr ? *events : Array()) {
-                const auto* parameters = (*event.ifDictionary())["event_params"].ifDictionary();
-                const auto number = parameters != nullptr ? (*parameters)["number"].integer() : std::nullopt;
-                if (number) numbers.insert(*number);
+            for (const auto& name : eventNamesOf(stops[i])) {
+                if (name.starts_with("visit")) visits.insert(name);
             }
         }
-        return numbers;
+        return visits;
     }
     bool queueIsEmpty() const { return host_.defaults->standard()->value(keys::offlineQueue).isAbsent(); }
 
@@ -108,11 +103,10 @@ private:
     }
     void active() { post(platform::notification_names::didBecomeActive); }
     void background() { post(platform::notification_names::didEnterBackground); }
-    static void recordEvent(int number) { Orbinel::tagEvent("visit").addParameterWithInt("number", number).build(); }
 
     void visitShop() {
         active();
-        recordEvent(1);
+        Orbinel::tagEvent("visit_1").build();
         Orbinel::getCurrentUser().setName("Ada").login(OrbinelIdentifiers().addEmail("ada@acme.com"));
         host_.settle();
         (void)Orbinel::getContentStringWithName("title", "Welcome", OrbinelVariableTypeContent);
@@ -164,7 +158,7 @@ TEST(FaultInjection, EachCallOfThePlatformMayFailOnce) {
     const auto none = std::make_shared<Faults>();
     Visit whole(none);
     ASSERT_NO_FATAL_FAILURE(whole.run());
-    const std::set<std::int64_t> all{1, 2, 3, 4};
+    const std::set<std::string> all{"visit_1", "visit_2", "visit_3", "visit_4"};
     ASSERT_EQ(whole.delivered(), all);
 
     int runs = 0;

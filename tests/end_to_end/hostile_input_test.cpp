@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <string>
 
 #include "tests/end_to_end/linux_library.hpp"
 #include "tests/linux/temporary_directory.hpp"
@@ -82,7 +81,7 @@ TEST(HostileInput, ArrivesMendedAndCostsNothingElse) {
     library.becomeActive();
     ASSERT_TRUE(library.runUntil([&] { return library.network->starts > 0 && library.network->underWay == 0; }));
     handOverEverything();
-    ASSERT_TRUE(library.runUntil([&] { return library.network->underWay == 0; }));
+    ASSERT_TRUE(library.runUntilQuiet());
     library.enterBackground();
     ASSERT_TRUE(library.runUntil([&] { return library.network->stops > 0 && library.network->underWay == 0; }));
     ASSERT_NO_FATAL_FAILURE(library.runSession(2));

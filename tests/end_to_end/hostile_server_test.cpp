@@ -3,9 +3,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "orbinel/headless/headless_console.hpp"
 #include "tests/end_to_end/linux_library.hpp"

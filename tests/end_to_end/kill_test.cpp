@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <iostream>
 #include <iterator>
 #include <random>
@@ -73,7 +72,7 @@ int runChild(const char* directory, const char* origin, int launch, bool last) {
     library.launch();
     if (last) {
         library.runSession(launch * 10'000 + 1);
-        return library.runUntil([&] { return library.network->underWay == 0; }) ? 0 : 1;
+        return library.runUntilQuiet() ? 0 : 1;
     }
     for (int session = 1;; ++session) {
         library.becomeActive();
@@ -84,11 +83,6 @@ int runChild(const char* directory, const char* origin, int launch, bool last) {
 }
 
 // --- The test ---
-
-std::size_t fromEnvironment(const char* name, std::size_t otherwise) {
-    const char* text = std::getenv(name);
-    return text != nullptr ? std::stoul(text) : otherwise;
-}
 
 class KilledApplication : public ::testing::Test {
 protected:

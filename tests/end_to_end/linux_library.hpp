@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -16,6 +17,11 @@
 #include "tests/end_to_end/loopback_backend.hpp"
 
 namespace orbinel::testing {
+
+inline std::size_t fromEnvironment(const char* name, std::size_t otherwise) {
+    const char* text = std::getenv(name);
+    return text != nullptr ? std::stoul(text) : otherwise;
+}
 
 /// What a network did, and how it is.
 struct Network {
@@ -84,6 +90,9 @@ public:
     /// False where the condition still does not hold far beyond what any of these tests needs.
     [[nodiscard]] bool runUntil(const std::function<bool()>& condition) {
         return host->runUntil(condition, std::chrono::seconds(30));
+    }
+    [[nodiscard]] bool runUntilQuiet() {
+        return runUntil([this] { return network->underWay == 0; });
     }
 
     /// A session with one event, from the end of the request that starts it to the end of the one that stops it.

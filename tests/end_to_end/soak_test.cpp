@@ -2,10 +2,8 @@
 #include <malloc.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <iostream>
 #include <random>
-#include <string>
 #include <vector>
 
 #include "tests/end_to_end/linux_library.hpp"
@@ -21,11 +19,6 @@ using std::chrono::milliseconds;
 constexpr milliseconds timeout{150};
 constexpr std::size_t sessionsOfLaunch = 50;
 constexpr std::size_t bytesOfChance = 150'000;  // that more or less may be in use, however long it goes on
-
-std::size_t fromEnvironment(const char* name, std::size_t otherwise) {
-    const char* text = std::getenv(name);
-    return text != nullptr ? std::stoul(text) : otherwise;
-}
 
 /// Answers one request in two properly, and the others in every way that a server, or what stands between, can fail.
 class MoodyServer {
@@ -89,7 +82,7 @@ protected:
         if (number % sessionsOfLaunch == 0) relaunch();
     }
     void relaunch() {
-        ASSERT_TRUE(library.runUntil([&] { return library.network->underWay == 0; }));
+        ASSERT_TRUE(library.runUntilQuiet());
         noteArrivals();
         shutdown();
         library.host->runMainQueue();

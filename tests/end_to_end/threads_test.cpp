@@ -2,11 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
-#include <memory>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include "tests/end_to_end/linux_library.hpp"
 #include "tests/linux/temporary_directory.hpp"
@@ -122,7 +117,7 @@ TEST(ManyThreads, EveryRecordedEventArrivesOnceAcrossSessionsAndLaunches) {
             ASSERT_TRUE(library.runUntil(quiet));
         }
         EXPECT_EQ(crowd.done, launch * threadCount);
-        EXPECT_TRUE(library.runUntil([&] { return library.network->underWay == 0; }));
+        EXPECT_TRUE(library.runUntilQuiet());
         shutdown();
         if (HasFailure()) break;
     }
