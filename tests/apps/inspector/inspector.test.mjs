@@ -276,8 +276,10 @@ test('saving the form changes nothing that nobody touched', () => withBackend(as
   const form = page.getByRole('form', {name: 'Session start'});
   const show = async text => {
     await fetch(origin + '/inspect/answer-files', {method: 'PUT', body: JSON.stringify({file: 'session_start.json', partner: '', text})});
-    await page.goto('about:blank');
-    await page.goto(origin + '/#/answers');
+    await page.evaluate(() => document.querySelector('form h2 + div > *')?.setAttribute('id', 'shown-before'));
+    await go(page, '#/live');
+    await go(page, '#/answers');
+    await page.locator('#shown-before').waitFor({state: 'detached'});
     await form.getByRole('button', {name: 'Put in force'}).waitFor();
   };
   const save = async () => {
@@ -489,6 +491,7 @@ test('every view fits a phone and can be read, in light and dark', async () => {
       await page.setViewportSize({width: 390, height: 844});
       await go(page, '#/sessions');
       await rows(page, 'Sessions').last().click();
+      await page.getByRole('link', {name: '‹ Sessions'}).and(page.locator(':focus')).waitFor();
       await rows(page, 'Timeline').last().click();
       await page.keyboard.press('Escape');
       await page.getByRole('link', {name: '‹ Sessions'}).click();

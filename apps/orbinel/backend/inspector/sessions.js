@@ -44,7 +44,10 @@ export function sessionsView(context) {
   function choose() {
     const {sessions} = context.store;
     session = sessions.find(one => one.key === wanted) ?? sessions.at(-1) ?? null;
+    const isInList = list.node.contains(document.activeElement);
     node.dataset.level = wanted ? 'timeline' : 'list';
+    // On a narrow page the timeline takes the place of the list.
+    if (isInList && list.node.offsetParent === null) back.focus();
     if (!session) { heading.textContent = 'No session yet'; meta.textContent = ''; return entries.show([], ''); }
     heading.textContent = sessionTitle(session);
     meta.textContent = [sessionAbout(session), session.device && 'device ' + brief(session.device, 60), session.id && 'session ' + brief(session.id, 60)].filter(Boolean).join(' · ');
