@@ -3,42 +3,36 @@
 #include <memory>
 #include <string>
 
-#include "fuzz/input.hpp"
-#include "orbinel/headless/headless_host.hpp"
-#include "orbinel/orbinel.hpp"
+#include "fuzz/headless_launch.hpp"
 
 namespace {
 
 using orbinel::Dictionary;
 using orbinel::Orbinel;
+using orbinel::fuzz::HeadlessLaunch;
 using orbinel::fuzz::require;
 
 constexpr int pushesOfOneLaunch = 64;
-constexpr const char* appGroup = "group.acme";
 
 /// An application that is told of pushes, and a platform that opens addresses.
 class Launch {
 public:
     Launch() {
-        auto bundle = host_.application->bundle();
+        auto bundle = application_.bundle();
         bundle.urlSchemes = {"acme"};
-        host_.application->setBundle(bundle);
-        orbinel::start(host_.services());
-        Orbinel::initWithLaunchOptions(std::nullopt, "acme", appGroup, "https://backend.test");
+        application_.setBundle(bundle);
+        launch_.launch();
         Orbinel::registerOrbinelCallbackWithSelector(&Launch::toldOf, std::weak_ptr(told_));
         Orbinel::setForegroundPushCallback([](int&, const Dictionary&) {}, std::weak_ptr(told_));
     }
-    ~Launch() { orbinel::shutdown(); }
-    Launch(const Launch&) = delete;
-    Launch& operator=(const Launch&) = delete;
 
     void receive(const Dictionary& push, const Dictionary& leftByExtension) {
-        const auto group = host_.defaults->appGroup(appGroup);
+        const auto group = launch_.host.defaults->appGroup(HeadlessLaunch::appGroup);
         for (const auto& [key, value] : leftByExtension) group->set(key, value);
         const int before = *told_;
         Orbinel::handlePushLogWithUserInfo(push);
         Orbinel::trackInteractiveLogWithUserInfo(push);
-        host_.advance(1);
+        launch_.host.advance(1);
         require(*told_ == before || Orbinel::getPushInfo(push));
         checkOpened();
     }
@@ -56,7 +50,7 @@ private:
 
     void checkOpened() {
         constexpr std::array<std::string_view, 5> permitted{"http", "https", "mailto", "tel", "acme"};
-        const auto opened = host_.application->opened();
+        const auto opened = application_.opened();
         for (; seen_ < opened.size(); ++seen_) {
             auto scheme = opened[seen_].url.substr(0, opened[seen_].url.find(':'));
             for (auto& c : scheme) c = static_cast<char>(c | 0x20);  // letters in lower case
@@ -64,7 +58,8 @@ private:
         }
     }
 
-    const orbinel::headless::HeadlessHost host_;
+    const HeadlessLaunch launch_;
+    orbinel::headless::HeadlessApplication& application_ = *launch_.host.application;
     const std::shared_ptr<int> told_ = std::make_shared<int>(0);
     std::size_t seen_ = 0;
 };

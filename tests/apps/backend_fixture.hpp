@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/orbinel/decode/scrambling.hpp"
 #include "tests/apps/tool_process.hpp"
 #include "tests/linux/temporary_directory.hpp"
 
@@ -41,16 +42,22 @@ inline std::string compact(const rapidjson::Value& value) {
     return buffer.GetString();
 }
 
-inline std::string envelope(const std::string& json) { return "{\"payload\":\"" + scrambled(json, timestamp) + "\"}"; }
+inline std::string envelope(const std::string& json) {
+    return "{\"payload\":\"" + tool::scramble(json, timestamp) + "\"}";
+}
 
 inline httplib::Headers usualHeaders() { return {{"ts", timestamp}, {"X-Requested-With", "acme"}}; }
 
-/// A backend of the test's own on a free port, whose answers and pages lie in an empty directory.
+/// A backend of the test's own on a free port, whose answers and pages lie in an empty directory, or where its words
+/// say.
 class Backend : public testing::Test {
 protected:
-    Backend() {
-        tool_.emplace(std::vector<std::string>{"backend", "--port", "0", "--answers", answers_.string(), "--templates",
-                                               answers_.string()});
+    Backend() { begin({"--answers", answers_.string(), "--templates", answers_.string()}); }
+    explicit Backend(std::vector<std::string> words) { begin(std::move(words)); }
+
+    void begin(std::vector<std::string> words) {
+        words.insert(words.begin(), {"backend", "--port", "0"});
+        tool_.emplace(std::move(words));
         const auto line = tool_->firstLine();
         EXPECT_THAT(line, testing::MatchesRegex("listening on http://127\\.0\\.0\\.1:[0-9]+"));
         origin_ = line.substr(line.rfind(' ') + 1);
@@ -72,14 +79,21 @@ protected:
 
     rapidjson::Document remembered(const std::string& name) { return parsed(get("/inspect/" + name)->body); }
 
-    std::string lastSummary() {
+    rapidjson::Document last() {
         const auto requests = received();
-        return requests[requests.Size() - 1]["summary"].GetString();
+        rapidjson::Document request;
+        request.CopyFrom(requests[requests.Size() - 1], request.GetAllocator());
+        return request;
     }
 
-    httplib::Result override(const std::string& json) {
-        return httplib::Client(origin_).Put("/inspect/answer", json, "application/json");
+    std::string lastSummary() { return last()["summary"].GetString(); }
+
+    /// The status that the inspector's own interface answers with.
+    int put(const std::string& path, const std::string& json) {
+        return httplib::Client(origin_).Put("/inspect/" + path, json, "application/json")->status;
     }
+    int remove(const std::string& path) { return httplib::Client(origin_).Delete("/inspect/" + path)->status; }
+    int override(const std::string& json) { return put("answer", json); }
 
     void writeAnswer(const std::string& file, const std::string& text) { std::ofstream(answers_ / file) << text; }
 

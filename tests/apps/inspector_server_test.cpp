@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <atomic>
-#include <functional>
 #include <future>
 #include <thread>
 
@@ -131,7 +130,7 @@ TEST_F(InspectorServer, StreamsWhatWasWhatComesAndThatItWasForgotten) {
               resumed)
         << "by the address";
     EXPECT_EQ(dataOf(resumed[0])["requests"].Size(), 1u);
-    httplib::Client(origin_).Delete("/inspect/requests");
+    remove("requests");
     const auto cleared = streamed(origin_, "data", {{"Last-Event-ID", place}});
     EXPECT_EQ(dataOf(cleared[0])["requests"].Size(), 0u);
     EXPECT_NE(dataOf(cleared[0])["run"], dataOf(resumed[0])["run"]);
@@ -152,9 +151,7 @@ TEST_F(InspectorServer, EndsWhileStreamsAreOpen) {
 
 TEST_F(InspectorServer, AnswersAsItIsEditedUntilThatIsTakenBack) {
     writeAnswer("session_start.json", R"({"by": "file"})");
-    const auto edit = [&](const std::string& json) {
-        return httplib::Client(origin_).Put("/inspect/answer-files", json, "application/json")->status;
-    };
+    const auto edit = [&](const std::string& json) { return put("answer-files", json); };
     const auto answered = [&](const std::string& partner) {
         return std::string(parsed(post(start, "{}", {{"X-Requested-With", partner}})->body)["by"].GetString());
     };
@@ -177,22 +174,15 @@ TEST_F(InspectorServer, AnswersAsItIsEditedUntilThatIsTakenBack) {
           R"({"file":"session_start.json","partner":5,"text":"{}"})"}) {
         EXPECT_EQ(edit(refused), 400) << refused;
     }
-    const auto takeBack = [&](const std::string& query) {
-        return httplib::Client(origin_).Delete("/inspect/answer-files?" + query)->status;
-    };
-    EXPECT_EQ(takeBack("file=session_start.json&partner=acme"), 200);
+    EXPECT_EQ(remove("answer-files?file=session_start.json&partner=acme"), 200);
     EXPECT_EQ(answered("acme"), origin_);
-    EXPECT_EQ(takeBack("file=session_start.json"), 200);
+    EXPECT_EQ(remove("answer-files?file=session_start.json"), 200);
     EXPECT_EQ(answered("acme"), "file");
-    EXPECT_EQ(takeBack("file=none"), 400);
+    EXPECT_EQ(remove("answer-files?file=none"), 400);
 
-    const auto consent = [&](const std::string& json) {
-        return httplib::Client(origin_).Put("/inspect/consents", json, "application/json")->status;
-    };
-    EXPECT_EQ(consent(R"({"udid":"u","gdpr_consent":false})"), 200);
+    EXPECT_EQ(put("consents", R"({"udid":"u","gdpr_consent":false})"), 200);
     EXPECT_EQ(compact(remembered("consents")), R"([{"udid":"u","gdpr_consent":false}])");
-    EXPECT_EQ(consent(R"({"gdpr_consent":false})"), 400);
-    EXPECT_EQ(consent("7"), 400);
+    for (const auto* refused : {R"({"gdpr_consent":false})", "7"}) EXPECT_EQ(put("consents", refused), 400);
 }
 
 // Two pages, or a page and an editor: whoever saves last must not take away what the other one saved.
@@ -202,16 +192,11 @@ TEST_F(InspectorServer, RefusesAnEditThatIsBasedOnAnEarlierText) {
         return std::string(parsed(get("/inspect/answer-files")->body)[0]["version"].GetString());
     };
     const auto edit = [&](const std::string& by, const std::string& basedOn) {
-        return httplib::Client(origin_)
-            .Put("/inspect/answer-files",
-                 R"({"file":"session_start.json","text":"{\"by\": \")" + by + R"(\"}","version":")" + basedOn + "\"}",
-                 "application/json")
-            ->status;
+        return put("answer-files", R"({"file":"session_start.json","text":"{\"by\": \")" + by + R"(\"}","version":")" +
+                                       basedOn + "\"}");
     };
     const auto takeBack = [&](const std::string& basedOn) {
-        return httplib::Client(origin_)
-            .Delete("/inspect/answer-files?file=session_start.json&version=" + basedOn)
-            ->status;
+        return remove("answer-files?file=session_start.json&version=" + basedOn);
     };
     const auto first = version();
     writeAnswer("session_start.json", R"({"by": "an editor"})");

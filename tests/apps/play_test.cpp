@@ -1,23 +1,16 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <httplib.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <optional>
 #include <sstream>
 
 #include "hosts/common/rapidjson_json.hpp"
-#include "tests/apps/tool_process.hpp"
-#include "tests/linux/temporary_directory.hpp"
+#include "tests/apps/backend_fixture.hpp"
 
 namespace {
 
 using orbinel::Value;
-using orbinel::test::scrambled;
+using orbinel::test::start;
+using orbinel::test::stop;
 using orbinel::test::ToolProcess;
 using testing::Contains;
 using testing::Each;
@@ -26,9 +19,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
-
-constexpr const char* stop = "/api/v3/session/stop";
-constexpr const char* start = "/api/v3/session/start";
 
 Value parsed(const std::string& text) {
     auto outcome = orbinel::hosts::RapidJson().parse(text);
@@ -61,13 +51,18 @@ struct Played {
     std::string out;
     std::string err;
 
+    [[nodiscard]] std::vector<Value> entries() const {
+        std::vector<Value> found;
+        std::istringstream lines(out);
+        for (std::string line; std::getline(lines, line);) found.push_back(parsed(line));
+        return found;
+    }
+
     /// What stands at the place in every entry that has it.
     [[nodiscard]] std::vector<std::string> all(const std::string& place) const {
         std::vector<std::string> found;
-        std::istringstream lines(out);
-        for (std::string line; std::getline(lines, line);) {
-            const auto value = at(parsed(line), place);
-            if (!value.isAbsent()) found.push_back(json(value));
+        for (const auto& entry : entries()) {
+            if (const auto value = at(entry, place); !value.isAbsent()) found.push_back(json(value));
         }
         return found;
     }
@@ -75,9 +70,7 @@ struct Played {
     /// The request's payloads, of those that went to the path.
     [[nodiscard]] std::vector<Value> payloads(const std::string& path) const {
         std::vector<Value> found;
-        std::istringstream lines(out);
-        for (std::string line; std::getline(lines, line);) {
-            const auto entry = parsed(line);
+        for (const auto& entry : entries()) {
             if (at(entry, "request/url").stringOrEmpty().ends_with(path)) found.push_back(at(entry, "request/payload"));
         }
         return found;
@@ -99,16 +92,24 @@ std::string withSteps(const std::string& steps) {
     return R"({"name": "test", "clock": {"start": 1767225600}, )" + knownDevice + R"(, "steps": [)" + steps + "]}";
 }
 
-// Steps that many scenarios share.
+// Steps that many scenarios share, with commas between those that belong together.
 const std::string initialise =
     R"({"call": "initWithLaunchOptions:partnerName:appGroup:customEndpoint:",
         "args": [null, "acme", "group.acme", "${endpoint}"]})";
 const std::string activate = R"({"notify": "UIApplicationDidBecomeActiveNotification"})";
+const std::string beginSession = initialise + "," + activate + R"(,{"settle": 20})";
 const std::string leave = R"({"notify": "UIApplicationDidEnterBackgroundNotification"})";
-const std::string settle = R"({"settle": 20})";
+const std::string endSession = leave + R"(,{"settle": 20})";
 
 std::string event(const std::string& name) {
     return R"({"call": "tagEvent:", "args": [")" + name + R"("], "then": [{"call": "build"}]})";
+}
+
+/// Has the target "t" called back under the name.
+std::string listen(const std::string& callback) {
+    return R"({"call": "new:Target", "as": "t"}, {"call": "registerOrbinelCallbackWithSelector:sender:",
+        "args": [{"$callback": ")" +
+           callback + R"("}, {"$ref": "t"}]})";
 }
 
 std::string joined(const std::vector<std::string>& steps) {
@@ -117,29 +118,19 @@ std::string joined(const std::vector<std::string>& steps) {
     return text;
 }
 
-class Play : public testing::Test {
+class Play : public orbinel::test::Backend {
 protected:
-    Play() {
-        backend_.emplace(std::vector<std::string>{"backend", "--port", "0"});
-        const auto line = backend_->firstLine();
-        origin_ = line.substr(line.rfind(' ') + 1);
-    }
+    Play() : Backend(std::vector<std::string>{}) {}
 
     [[nodiscard]] Played playHere(const std::vector<std::string>& steps, std::vector<std::string> options = {}) const {
         options.insert(options.begin(), {"--endpoint", origin_});
         return play(withSteps(joined(steps)), std::move(options));
     }
 
-    void override(const std::string& answer) {
-        const auto response = httplib::Client(origin_).Put("/inspect/answer", answer, "application/json");
-        ASSERT_TRUE(response && response->status < 300);
-    }
-
     /// What the backend received: the first event that the application tagged in a stop, "start" for a start.
-    [[nodiscard]] std::vector<std::string> received() const {
+    [[nodiscard]] std::vector<std::string> receivedSessions() const {
         std::vector<std::string> found;
-        const auto response = httplib::Client(origin_).Get("/inspect/requests");
-        const auto requests = parsed(response ? response->body : "[]");
+        const auto requests = parsed(httplib::Client(origin_).Get("/inspect/requests")->body);
         for (const auto& request : *requests.ifArray()) {
             if (at(request, "path") == Value(start)) found.emplace_back("start");
             if (at(request, "path") == Value(stop)) found.push_back(applicationEventOf(at(request, "payload")));
@@ -154,24 +145,17 @@ protected:
             if (name != Value("session_start")) return name.stringOrEmpty();
         }
     }
-
-    orbinel::hosts::TemporaryDirectory directory_;
-    std::string origin_;
-    std::optional<ToolProcess> backend_;
 };
 
 TEST_F(Play, TracesOnePurchaseFromItsTagToTheAnsweredStop) {
-    const auto played = playHere({initialise, activate, settle,
-                                  R"({"call": "tagEvent:", "args": ["purchase"], "then": [
-                     {"call": "addParameterWithDouble", "args": ["price", 9.5]}, {"call": "build", "args": []}]})",
-                                  R"({"advance": 90})", leave, settle,
-                                  R"({"expect": {"in": "request", "count": 1, "where": {
-                     "/url": {"contains": "session/stop"}, "/payload/session_duration": 90}}})"});
+    const auto played =
+        playHere({beginSession, R"({"call": "tagEvent:", "args": ["purchase"], "then": [
+        {"call": "addParameterWithDouble", "args": ["price", 9.5]}, {"call": "build", "args": []}]})",
+                  R"({"advance": 90})", endSession, R"({"expect": {"in": "request", "count": 1, "where": {
+        "/url": {"contains": "session/stop"}, "/payload/session_duration": 90}}})"});
     EXPECT_EQ(played.status, 0) << played.err;
-    EXPECT_THAT(played.out, StartsWith(R"({"at":1767225600,"step":0,"result":null})"
-                                       "\n"));
-    EXPECT_THAT(played.out, HasSubstr(R"({"at":1767225690,"expectation":"held","found":1})"
-                                      "\n"));
+    EXPECT_THAT(played.out, StartsWith("{\"at\":1767225600,\"step\":0,\"result\":null}\n"));
+    EXPECT_THAT(played.out, HasSubstr("{\"at\":1767225690,\"expectation\":\"held\",\"found\":1}\n"));
     EXPECT_THAT(played.all("step"), ElementsAre("0", "3"));
     EXPECT_THAT(played.all("request/id"), ElementsAre("1", "2"));
     EXPECT_THAT(played.all("response/status"), ElementsAre("200", "200"));
@@ -185,7 +169,7 @@ TEST_F(Play, TracesOnePurchaseFromItsTagToTheAnsweredStop) {
     // The body itself is still the envelope that travelled.
     const auto body = parsed(parsed(played.all("request/body")[1]).stringOrEmpty());
     const auto plain = orbinel::hosts::RapidJson().serialise(stops[0], orbinel::platform::JsonStyle::compact);
-    EXPECT_EQ(at(body, "payload"), Value(scrambled(*plain, "1767225690")));
+    EXPECT_EQ(at(body, "payload"), Value(orbinel::tool::scramble(*plain, "1767225690")));
 }
 
 TEST_F(Play, ExamplesHold) {
@@ -224,14 +208,11 @@ TEST_F(Play, LeavesTheSameTraceEachTime) {
     override(R"({"path": "/api/v3/session/start", "body": {"session_id": "s"}})");
     const std::vector<std::string> steps{
         R"({"call": "setDevelopmentLog:", "args": [true]})",
-        initialise,
-        activate,
-        settle,
+        beginSession,
         event("one"),
         R"({"call": "tagEvent:", "args": ["two"], "thread": "background", "then": [{"call": "build"}]})",
         R"({"advance": 5})",
-        leave,
-        settle};
+        endSession};
     const auto first = playHere(steps);
     EXPECT_THAT(first.all("console"), Not(IsEmpty()));
     for (int i = 0; i < 5; ++i) EXPECT_EQ(playHere(steps).out, first.out);
@@ -258,6 +239,10 @@ TEST_F(Play, TellsFailedExpectationsFromStepsThatCannotBeCarriedOut) {
               "orbinel play: stdin: step 4 could not be carried out: a request is still in flight after the limit.\n");
     EXPECT_THAT(hanging.all("step"), ElementsAre("0"));
     EXPECT_THAT(hanging.all("response/error"), ElementsAre("\"cancelled\""));
+    const auto advancing = playHere({initialise, activate, R"({"advance": 30})", event("no")});
+    EXPECT_EQ(advancing.status, 3);
+    EXPECT_THAT(advancing.err, HasSubstr("step 2 could not be carried out: a request is still in flight"));
+    EXPECT_THAT(advancing.all("step"), ElementsAre("0"));
 
     const auto waiting = playHere({R"({"wait_for": {"in": "response"}, "seconds": 0.1})"});
     EXPECT_EQ(waiting.status, 3);
@@ -274,33 +259,18 @@ TEST_F(Play, CountsTimeOutsOnItsOwnClock) {
 
 TEST_F(Play, KeepsAStopInFlightOverEveryKindOfRelaunch) {
     for (const std::string how : {"end", "kill"}) {
-        httplib::Client(origin_).Delete("/inspect/requests");
+        remove("requests");
         override(R"({"path": "/api/v3/session/stop", "delay": 20000, "times": 1})");
+        const auto kept = R"({"call": "tagEvent:", "args": ["before"], "as": "kept", "then": [{"call": "build"}]})";
+        const auto stopLeft = R"({"wait_for": {"in": "request", "where": {"/url": {"contains": "stop"}}}})";
+        const auto relaunch = R"({"relaunch": ")" + how + R"("})";
         const auto played =
-            playHere({initialise,
-                      R"({"call": "new:Target", "as": "screen"})",
-                      R"({"call": "registerOrbinelCallbackWithSelector:sender:",
-                 "args": [{"$callback": "old"}, {"$ref": "screen"}]})",
-                      activate,
-                      settle,
-                      R"({"call": "tagEvent:", "args": ["before"], "as": "kept", "then": [{"call": "build"}]})",
-                      R"({"advance": 10})",
-                      leave,
-                      R"({"wait_for": {"in": "request", "where": {"/url": {"contains": "stop"}}}})",
-                      R"({"relaunch": ")" + how + R"("})",
-                      R"({"mark": true})",
-                      initialise,
-                      activate,
-                      settle,
-                      R"({"call": "build", "on": "kept"})",
-                      event("after"),
-                      R"({"advance": 20})",
-                      leave,
-                      settle,
-                      R"({"expect": {"in": "callback", "count": 0}})"});
+            playHere({listen("old"), beginSession, kept, R"({"advance": 10})", leave, stopLeft, relaunch,
+                      R"({"mark": true})", beginSession, R"({"call": "build", "on": "kept"})", event("after"),
+                      R"({"advance": 20})", endSession, R"({"expect": {"in": "callback", "count": 0}})"});
         EXPECT_EQ(played.status, 0) << how << played.err << played.out;
         EXPECT_THAT(played.all("response/error"), ElementsAre("\"cancelled\"")) << how;
-        EXPECT_THAT(received(), ElementsAre("start", "before", "before", "start", "after")) << how;
+        EXPECT_THAT(receivedSessions(), ElementsAre("start", "before", "before", "start", "after")) << how;
         const auto stops = played.payloads(stop);
         ASSERT_EQ(stops.size(), 3u) << how;
         EXPECT_EQ(at(stops[2], "custom_events/2"), Value()) << "an event of the earlier launch came to life";
@@ -312,18 +282,17 @@ TEST_F(Play, DeliversWhatWasQueuedOfflineInLaterPlays) {
     for (const std::string name : {"one", "two", "three"}) {
         auto offline = options;
         offline.insert(offline.begin(), {"--endpoint", "http://127.0.0.1:1"});
-        const auto played =
-            play(withSteps(joined({initialise, activate, settle, event(name), leave, settle})), offline);
+        const auto played = play(withSteps(joined({beginSession, event(name), endSession})), offline);
         EXPECT_EQ(played.status, 0);
         EXPECT_THAT(played.err, HasSubstr("no request got an answer from http://127.0.0.1:1: is the backend running?"));
     }
-    const auto played = playHere({R"({"inspect": "defaults"})", initialise, activate, settle}, options);
+    const auto played = playHere({R"({"inspect": "defaults"})", beginSession}, options);
     EXPECT_EQ(at(parsed(played.all("value")[0]), "orbinelQueue").ifArray()->size(), 3u);
     std::vector<std::string> sent;
     for (const auto& payload : played.payloads(stop)) sent.push_back(applicationEventOf(payload));
     EXPECT_THAT(sent, ElementsAre("one", "two", "three"));
-    ASSERT_EQ(received().size(), 4u);
-    EXPECT_EQ(received().back(), "start");
+    ASSERT_EQ(receivedSessions().size(), 4u);
+    EXPECT_EQ(receivedSessions().back(), "start");
 }
 
 TEST_F(Play, DeviceAndPresetReachTheLibrary) {
@@ -337,12 +306,12 @@ TEST_F(Play, DeviceAndPresetReachTheLibrary) {
                    "secure": {"ORBINEL_UDID_KEYCHAIN": {"k": [1]}},
                    "content_cache": {"title": {"content_id": 7, "variant_id": 3, "new_value": "Hello"}}},
         "steps": [)" +
-                 joined({initialise, activate, settle, R"({"device": {"battery": null, "timezone": "Asia/Tokyo"}})",
+                 joined({beginSession, R"({"device": {"battery": null, "timezone": "Asia/Tokyo"}})",
                          R"({"call": "tagEvent:", "args": ["at"], "as": "at", "then": [
                                   {"call": "addParameterWithDate", "args": ["moment", {"$date": 0.25}]}]})",
                          R"({"call": "getParameters", "on": "at"})",
                          R"({"call": "getContentStringWithName:defaultString:dataType:", "args": ["title", "Hi", 0]})",
-                         leave, settle, R"({"inspect": "app_group"})", R"({"inspect": "secure"})",
+                         endSession, R"({"inspect": "app_group"})", R"({"inspect": "secure"})",
                          R"({"inspect": "gate"})", R"({"inspect": "content_cache"})"}) +
                  "]}",
              {"--endpoint", origin_});
@@ -390,14 +359,19 @@ TEST_F(Play, ArgumentsArriveAsWhatTheyAre) {
     EXPECT_EQ(at(parameters, "bytes"), Value("A\xEF\xBF\xBD"));
 }
 
-TEST_F(Play, CallbacksAreTracedUntilTheirTargetIsReleased) {
-    const auto played = playHere({initialise, R"({"call": "new:Target", "as": "t"})",
-                                  R"({"call": "registerOrbinelCallbackWithSelector:sender:",
-                                      "args": [{"$callback": "started"}, {"$ref": "t"}]})",
-                                  activate, settle, leave, settle, R"({"release": "t"})", activate, settle});
+TEST_F(Play, CallbacksAreTracedWithWhatTheyAreHandedUntilTheirTargetIsReleased) {
+    const auto call = [](const std::string& operation, const std::string& name) {
+        return R"({"call": ")" + operation + R"(", "args": [{"$callback": ")" + name + "\"}]}";
+    };
+    const auto called = [](const std::string& name) {
+        return R"({"wait_for": {"in": "callback", "where": {"/callback": ")" + name + R"("}}, "seconds": 20})";
+    };
+    const auto played = playHere({listen("started"), beginSession, endSession, R"({"release": "t"})", activate,
+                                  endSession, call("removeInappWithCompletionHandler:", "removed"), called("removed"),
+                                  call("eraseStoredDataWithCompletionHandler:", "erased"), called("erased")});
     EXPECT_EQ(played.status, 0) << played.err;
-    EXPECT_THAT(played.all("args"), ElementsAre(R"([{"type":6}])"));
-    EXPECT_THAT(played.all("callback"), ElementsAre("\"started\""));
+    EXPECT_THAT(played.all("callback"), ElementsAre("\"started\"", "\"removed\"", "\"erased\""));
+    EXPECT_THAT(played.all("args"), ElementsAre(R"([{"type":6}])", "[]", "[null]"));
 }
 
 TEST_F(Play, RunsInRealTimeWithoutAClock) {
@@ -405,7 +379,7 @@ TEST_F(Play, RunsInRealTimeWithoutAClock) {
     auto pretty = options;
     pretty.emplace_back("--pretty");
     const auto scenario = R"({"name": "real", )" + knownDevice + R"(, "steps": [)" +
-                          joined({initialise, activate, settle, event("now"), leave, settle}) + "]}";
+                          joined({beginSession, event("now"), endSession}) + "]}";
     const auto before = std::chrono::system_clock::now();
     const auto played = play(scenario, options);
     EXPECT_EQ(played.status, 0) << played.err;
@@ -414,7 +388,7 @@ TEST_F(Play, RunsInRealTimeWithoutAClock) {
         EXPECT_GE(moment, before.time_since_epoch()) << time;
         EXPECT_LE(moment, std::chrono::system_clock::now().time_since_epoch()) << time;
     }
-    EXPECT_EQ(received(), std::vector<std::string>({"start", "now"}));
+    EXPECT_EQ(receivedSessions(), std::vector<std::string>({"start", "now"}));
     EXPECT_THAT(play(scenario, pretty).out, HasSubstr("POST " + origin_ + start));
 }
 
@@ -460,40 +434,19 @@ TEST_F(Play, SurvivesAnswersOfEveryKind) {
         R"("no JSON")", "[1]", deep, R"({"session_id": 7, "new_id": {}, "inapps": [[]]})", R"("\u0000\ud83d\ude00")"};
     for (const auto& body : bodies) {
         override(R"({"path": "/api/v3/session/start", "body": )" + body + "}");
-        const auto played = playHere({initialise, activate, settle, event("after"), leave, settle});
+        const auto played = playHere({beginSession, event("after"), endSession});
         EXPECT_EQ(played.status, 0) << body << played.err;
         EXPECT_EQ(played.all("response/status").size(), 2u) << body;
         EXPECT_EQ(applicationEventOf(played.payloads(stop).at(0)), "after") << body;
     }
 }
 
-TEST_F(Play, AdvancesOnlyAsFarAsItCanSettle) {
-    override(R"({"path": "/api/v3/session/start", "delay": 20000})");
-    const auto played = playHere({initialise, activate, R"({"advance": 30})", event("never")});
-    EXPECT_EQ(played.status, 3);
-    EXPECT_THAT(played.err, HasSubstr("step 2 could not be carried out: a request is still in flight"));
-    EXPECT_THAT(played.all("step"), ElementsAre("0"));
-}
-
 TEST_F(Play, LeavesNothingBehindWithoutADataDirectory) {
     setenv("TMPDIR", directory_.path().c_str(), 1);  // of the processes that follow
-    EXPECT_EQ(playHere({initialise, activate, settle}).status, 0);
+    EXPECT_EQ(playHere({beginSession}).status, 0);
     EXPECT_EQ(playHere({R"({"wait_for": {"in": "response"}, "seconds": 0})"}).status, 3);
     unsetenv("TMPDIR");
     EXPECT_TRUE(std::filesystem::is_empty(directory_.path()));
-}
-
-TEST(PlayScenario, TracesCompletionsWithWhatTheyAreHanded) {
-    const auto called = [](const std::string& name) {
-        return R"({"wait_for": {"in": "callback", "where": {"/callback": ")" + name + R"("}}, "seconds": 20})";
-    };
-    const auto played = play(withSteps(joined(
-        {R"({"call": "removeInappWithCompletionHandler:", "args": [{"$callback": "removed"}]})", called("removed"),
-         R"({"call": "eraseStoredDataWithCompletionHandler:", "args": [{"$callback": "erased"}]})",
-         called("erased")})));
-    EXPECT_EQ(played.status, 0) << played.err;
-    EXPECT_THAT(played.all("callback"), ElementsAre("\"removed\"", "\"erased\""));
-    EXPECT_THAT(played.all("args"), ElementsAre("[]", "[null]"));
 }
 
 // Nothing runs, and one line says what is wrong and where.

@@ -12,12 +12,6 @@ namespace {
 using headless::Opened;
 using ::testing::Not;
 
-/// Keeps what the application's callbacks are told.
-struct KeptCallbacks {
-    void take(const Dictionary& info) { told.push_back(info); }
-    std::vector<Dictionary> told;
-};
-
 /// A message that is presented, and what its page says.
 class TemplatePages : public LibraryTest {
 protected:
@@ -70,15 +64,9 @@ constexpr auto refusal = "Received template datas couldn't be serialized.";
 
 TEST_F(TemplatePages, WhatIsNoPayloadIsLoggedAndDropped) {
     const std::string deep = R"({"dismiss":)" + std::string(600, '[') + std::string(600, ']') + "}";
-    const std::vector<std::string> hostile{"",
-                                           "not json",
-                                           "[]",
-                                           "3",
-                                           R"({"dismiss":3)",
-                                           "{\"dismiss\":3,\"x\":\"\xFF\"}",
-                                           deep,
-                                           R"({"dismiss":3,"x":")" + std::string(1 << 20, 'x') + "\"}"};
-    for (const auto& payload : hostile) {
+    const std::string large = R"({"dismiss":3,"x":")" + std::string(1 << 20, 'x') + "\"}";
+    for (const std::string& payload : std::vector<std::string>{"", "not json", "[]", "3", R"({"dismiss":3)",
+                                                               "{\"dismiss\":3,\"x\":\"\xFF\"}", deep, large}) {
         sinks.clear();
         EXPECT_THAT(effectsOf(payload), IsEmpty()) << payload.substr(0, 40);
         EXPECT_EQ(sinks.count(refusal), 1u) << payload.substr(0, 40);
@@ -377,12 +365,8 @@ TEST_F(TemplatePages, ButtonsCloseByTheirTagAndNativeOnesAct) {
     EXPECT_EQ(attributes.getCustomAttributes(), (Dictionary{{"tier", "gold"}, {"visits", "3"}}));
     EXPECT_THAT(callbacks->told, ElementsAre(Dictionary{{"type", 1}, {"data", Dictionary{{"aps", "hello"}}}}));
 
-    (void)press(native("1", ""));
-    (void)press(native("2", ""));
-    (void)press(native("3", "https://a.test"));
+    for (const auto* hint : {"1", "2", "3", "4", "-1"}) (void)press(native(hint, "https://a.test"));
     (void)press(native("3", "file:///etc/passwd"));
-    (void)press(native("4", "https://b.test"));
-    (void)press(native("-1", "https://b.test"));
     EXPECT_THAT(host.application->opened(),
                 ElementsAre(Opened{Opened::Where::settings, ""}, Opened{Opened::Where::system, "https://a.test"}));
     EXPECT_THAT(host.notifications->requestedAuthorizations(), ElementsAre(7));

@@ -66,4 +66,10 @@ private:
     std::vector<std::string> effects_;
 };
 
+/// Keeps what the application's callbacks are told.
+struct KeptCallbacks {
+    void take(const Dictionary& info) { told.push_back(info); }
+    std::vector<Dictionary> told;
+};
+
 }  // namespace orbinel::testing

@@ -57,12 +57,8 @@ protected:
 };
 
 TEST_F(Presenting, APageLoadsAtOnceAndIsSeenWhenItsDelayIsOver) {
-    struct Target {
-        std::vector<Dictionary> seen;
-        void onSeen(const Dictionary& info) { seen.push_back(info); }
-    };
-    const auto target = std::make_shared<Target>();
-    presentation.setInappSeenCallback({std::weak_ptr(target), &Target::onSeen});
+    const auto target = std::make_shared<KeptCallbacks>();
+    presentation.setInappSeenCallback({std::weak_ptr(target), &KeptCallbacks::take});
     build(campaign(1, {}, 5));
     EXPECT_THAT(page()->url(), StartsWith("https://pages.test/t/" + *world().helper.getUdid()));
     EXPECT_TRUE(presentation.isInAppOnTheScreen());
@@ -85,7 +81,7 @@ TEST_F(Presenting, APageLoadsAtOnceAndIsSeenWhenItsDelayIsOver) {
     EXPECT_EQ(alpha(), 1);
     EXPECT_TRUE(presented.shouldAddInappLog());
     const Dictionary identity{{"inapp_id", "1"}, {"variant_id", "7"}};
-    EXPECT_THAT(target->seen, ElementsAre(Dictionary{{"type", 5}, {"data", identity}}));
+    EXPECT_THAT(target->told, ElementsAre(Dictionary{{"type", 5}, {"data", identity}}));
     EXPECT_THAT(sinks.messages({"Orbinel", "Template", "App template", "Webview", "showInapp", "Inapp"}),
                 ElementsAre("OrbinelWKWebbiew initialized", "Template URL is about to load.",
                             "OrbinelWKWebbiew added to superview", "App template load request",
