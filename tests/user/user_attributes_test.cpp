@@ -2,6 +2,7 @@
 #include <set>
 #include <thread>
 
+#include "user/attribute_codes.hpp"
 #include "user/user_library_test.hpp"
 
 namespace orbinel::testing {
@@ -20,6 +21,8 @@ TEST_F(UserAttributesTest, StandardAttributesAreFedUnderTheirCodesAndGoWithTheSt
     EXPECT_EQ(attributes()["na"], "Ada");
     enterBackground();
     EXPECT_THAT(attributes(), IsEmpty());
+    EXPECT_EQ(attribute_codes::longNameOf("uuid"), "unique_user_id");
+    EXPECT_EQ(attribute_codes::longNameOf("na"), "na");
 }
 
 TEST_F(UserAttributesTest, RefusesWhatIsOutOfItsRange) {

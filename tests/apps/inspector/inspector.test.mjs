@@ -100,6 +100,7 @@ test('a person without a mouse reaches and reads everything', () => withBackend(
 test('a choice in a long list keeps its place and the focus', () => withBackend(async (page, {post}) => {
   for (let i = 0; i < 40; ++i) await post('/api/v3/session/start', {udid: 'd' + i});
   const focused = () => page.evaluate(() => [document.activeElement.tagName, document.querySelector('.sessions .scroller').scrollTop]);
+  await page.locator('.sessions [aria-setsize="40"]').first().waitFor();
   await rows(page, 'Sessions').first().press('End');
   const [, end] = await focused();
   await page.keyboard.press('Enter');
