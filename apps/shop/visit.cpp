@@ -229,7 +229,9 @@ void Visit::picture(const std::string& name) {
     auto fileName = std::to_string(++number_) + "-" + name + ".png";
     if (number_ < 10) fileName.insert(0, 1, '0');
     const auto file = pictures_ / fileName;
-    if (!savePicture(root(), file)) fail("the picture " + file.string() + " cannot be written");
+    bool saved = false;  // not while the window has nothing to show yet, as on a busy machine
+    iterateUntil([&] { return saved = savePicture(root(), file); }, longestWait);
+    if (!saved) fail("the picture " + file.string() + " cannot be written");
 }
 
 void Visit::waitFor(const std::string& what, const std::function<bool()>& condition) {
