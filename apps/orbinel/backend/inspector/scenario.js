@@ -61,7 +61,8 @@ function eventsOf(session, begin) {
   });
 }
 
-const isBefore = (request, session) => Boolean(session.start) && request.id < session.start.id;
+/** A test device is told of while the start is on its way, by the same activation: either may arrive first. */
+const isBefore = (request, session) => Boolean(session.start) && (request.id < session.start.id || request.path === testDevicePath);
 
 // --- The beginning ---
 
@@ -151,7 +152,7 @@ function requestMoments(copy) {
   let ofTheLibrary = session.answer.reset_iid ? 1 : 0;  // the start had the identity asked for once more
   const moments = [];
   for (const request of session.requests) {
-    if (request === session.stop || (session.start && request.id <= session.start.id)) continue;
+    if (request === session.stop || request === session.start || isBefore(request, session)) continue;
     time = Math.max(time, Math.min(latest, request.time ?? time));
     const act = what => moments.push({time, opens: opensSomething(request), act: into => into.add(...what)});
     const identifiers = identifiersOf(request);

@@ -20,7 +20,10 @@ export function presetOf(session) {
   return Object.keys(preset).length > 0 ? {preset} : {};
 }
 
-/** Nothing is asked for again that is known: an ID, identifiers, a consent. */
+/**
+ * Nothing is asked for again that is known: an ID, identifiers, a consent. Consents are asked for while the start is on its
+ * way, so that either may arrive first.
+ */
 function identityOf(session, stop) {
   if (!session.start) return {};
   const earlier = session.requests.filter(request => request.id < session.start.id);
@@ -28,7 +31,7 @@ function identityOf(session, stop) {
   const identifiers = asked ? identifiersOf(asked) : loginsIn(session) ? null : textsOf(stop.user_identifiers);
   return {...(!asked && idOf(session) ? {ORBINEL_ID: idOf(session)} : {}),
           ...(identifiers && Object.keys(identifiers).length > 0 ? {ORBINEL_SET_USER_IDENTIFIER: identifiers} : {}),
-          ...(earlier.some(asksForConsents) || earlier.some(isConsentSet) ? {} : {OrbinelGDPRConsent: true})};
+          ...(session.requests.some(asksForConsents) || earlier.some(isConsentSet) ? {} : {OrbinelGDPRConsent: true})};
 }
 
 const isConsentSet = request => request.path.endsWith('/consent/set');
