@@ -1,7 +1,7 @@
 import assert from 'node:assert/strict';
 import {test} from 'node:test';
 import {play, startBackend} from './backend.mjs';
-import {verdictsOf} from './page/gates.js';
+import {judgeOf} from './page/gates.js';
 import {Store} from './page/store.js';
 
 const page = {type: 4, template_url: 'http://127.0.0.1:1/page', inappType: 4, layoutStyle: 4};
@@ -44,7 +44,8 @@ test('each gate at which the library stops is named in plain words', async () =>
     assert.equal(status, 0, said);
     const store = new Store();
     store.take({run: 1, requests: await (await fetch(origin + '/inspect/requests')).json()});
-    const verdicts = verdictsOf(store.sessions[0]);
+    const {campaigns, verdictOf} = judgeOf(store.sessions[0]);
+    const verdicts = campaigns.map(verdictOf);
     cases.forEach(([, , gate, sentence], i) => {
       assert.match(verdicts[i].sentence, sentence, `case ${i}`);
       assert.equal(verdicts[i].gate, gate, `case ${i}: ${verdicts[i].sentence}`);

@@ -141,10 +141,9 @@ function loadingTrouble({message, attributes}) {
 }
 
 /** Goes through the in-app lines once; each outcome goes to the campaigns that it is about. */
-function outcomesOf(session, campaigns) {
+function outcomesOf(session, campaigns, byTrigger) {
   const outcomes = new Map(campaigns.map(one => [one, []]));
   const byCampaignId = groupedBy(campaigns, idOf);
-  const byTrigger = groupedBy(campaigns, one => one.trigger);
   const withId = id => byCampaignId.get(id) ?? [];
   const withTrigger = trigger => byTrigger.get(trigger) ?? [];
   let chosen = [];
@@ -196,16 +195,21 @@ function groupedBy(items, keyOf) {
   return groups;
 }
 
-/** Every campaign of a session with {campaign, shown, gate, sentence, sure, facts, lines}. */
-export function verdictsOf(session) {
+/**
+ * What a session says of its campaigns: {campaigns, verdictOf(campaign)}. A verdict, {campaign, shown, gate, sentence,
+ * sure, facts, lines, reached}, is worked out when it is first asked for: there can be thousands, and few are looked at.
+ */
+export function judgeOf(session) {
   const campaigns = campaignsOf(session.answer);
-  const eventsByName = groupedBy(eventsOf(session), event => event.name);
   const rivals = groupedBy(campaigns, one => one.trigger);
-  const outcomes = outcomesOf(session, campaigns);
+  const eventsByName = groupedBy(eventsOf(session).filter(event => rivals.has(event.name)), event => event.name);
+  const outcomes = outcomesOf(session, campaigns, rivals);
   const stop = objectOr(session.stop?.payload);
   const closed = groupedBy(listOr(stop.inapp_logs).filter(isObject), idOf);
   const blocked = groupedBy(listOr(stop.blocked_inapps).filter(isObject), idOf);
-  return campaigns.map(campaign => {
+  const verdicts = new Map();
+
+  function judge(campaign) {
     const occurred = eventsByName.get(campaign.trigger) ?? [];
     const matching = (campaign.trigger_params ?? null) === null ? occurred : occurred.filter(event => meetsConditions(campaign, event));
     const facts = {occurred, matching, needed: countOf(campaign)};
@@ -214,7 +218,13 @@ export function verdictsOf(session) {
                    closed: closed.get(idOf(campaign)) ?? [], blocked: blocked.get(idOf(campaign)) ?? []};
     const verdict = fromTheLog(about) ?? fromTheStop(about) ?? fromTheEvents(about);
     return {campaign, facts, ...verdict, lines: mine.map(outcome => outcome.line), reached: reachedBy(verdict)};
-  });
+  }
+
+  function verdictOf(campaign) {
+    if (!verdicts.has(campaign)) verdicts.set(campaign, judge(campaign));
+    return verdicts.get(campaign);
+  }
+  return {campaigns, verdictOf};
 }
 
 const stopped = (gate, sentence, sure = true) => ({shown: 0, gate, sentence, sure});
@@ -280,16 +290,16 @@ function failedCondition(campaign, event) {
 
 /** The smallest priority wins, of equal ones the later campaign, and an event-based one before a counted one. */
 function rivalOf(campaign, ofItsTrigger) {
-  const others = ofItsTrigger.filter(one => one !== campaign);
   const mine = priorityOf(campaign);
   const place = ofItsTrigger.indexOf(campaign);
-  const counted = others.filter(one => !isEventBased(one) && countOf(one) === countOf(campaign));
-  const before = others.filter(one => isEventBased(one) || countOf(one) === countOf(campaign)).find(one => {
+  const isCounted = one => !isEventBased(one) && countOf(one) === countOf(campaign);
+  const before = ofItsTrigger.find((one, i) => {
+    if (i === place || !(isEventBased(one) || isCounted(one))) return false;
     if (isEventBased(one) !== isEventBased(campaign)) return isEventBased(one) ? priorityOf(one) <= mine : priorityOf(one) < mine;
-    return priorityOf(one) < mine || (priorityOf(one) === mine && ofItsTrigger.indexOf(one) > place);
+    return priorityOf(one) < mine || (priorityOf(one) === mine && i > place);
   });
   if (before) return `Campaign ${idOf(before)} of the same event comes first: priority ${priorityOf(before)} against ${mine}.`;
-  if (isEventBased(campaign) && mine > lowestPriority && counted.length === 0) {
+  if (isEventBased(campaign) && mine > lowestPriority && !ofItsTrigger.some(isCounted)) {
     return `An event-based campaign beyond priority ${lowestPriority} is not chosen by itself; this one has ${mine}.`;
   }
   return null;

@@ -1,7 +1,8 @@
 import {definitions, make} from './dom.js';
 import {brief, count, listOr, numberOr, objectOr, textOr, timeOf} from './format.js';
-import {conditionHolds, conditionsOf, conditionText, gates, isEventBased, parameterOf, priorityOf, verdictsOf} from './gates.js';
+import {conditionHolds, conditionsOf, conditionText, gates, isEventBased, judgeOf, parameterOf, priorityOf} from './gates.js';
 import {sessionTitle} from './rows.js';
+import {filterInSlices} from './slices.js';
 
 const signs = {passed: '✓', stopped: '✕', 'not reached': '·'};
 const portion = 50;  // campaigns drawn at once
@@ -18,14 +19,19 @@ export function whyView(context) {
     note, list);
   let wanted = '';
   let drawn = '';
+  let cancel = () => {};
 
   function draw() {
+    cancel();
     const session = context.store.sessions.find(one => one.key === select.value);
     if (!session) { list.replaceChildren(); note.textContent = 'No session has started yet.'; return; }
     const search = context.search;
-    const verdicts = verdictsOf(session).filter(one => (!only.checked || one.shown === 0) && (!search || JSON.stringify(one.campaign).toLowerCase().includes(search)));
-    note.textContent = noteAbout(session, verdicts.length);
-    drawPortion(list, verdicts, 0);
+    const {campaigns, verdictOf} = judgeOf(session);
+    const passes = one => (!only.checked || verdictOf(one).shown === 0) && (!search || JSON.stringify(one).toLowerCase().includes(search));
+    cancel = filterInSlices(campaigns, passes, found => {
+      note.textContent = noteAbout(session, found.length);
+      drawPortion(list, found, verdictOf);
+    });
   }
 
   return {
@@ -59,12 +65,13 @@ function noteAbout(session, drawn) {
   return [`${drawn} of the campaigns that its start delivered.`, ...missing].filter(Boolean).join(' ');
 }
 
-function drawPortion(list, verdicts, from) {
+/** Draws a portion of the campaigns; the next one waits for a button. */
+function drawPortion(list, campaigns, verdictOf, from = 0) {
   if (from === 0) list.replaceChildren();
-  list.append(...verdicts.slice(from, from + portion).map(card));
-  if (verdicts.length <= from + portion) return;
-  const button = make('button', {type: 'button', onclick: () => { button.parentNode.remove(); drawPortion(list, verdicts, from + portion); }},
-                      `${verdicts.length - from - portion} more`);
+  list.append(...campaigns.slice(from, from + portion).map(one => card(verdictOf(one))));
+  if (campaigns.length <= from + portion) return;
+  const button = make('button', {type: 'button', onclick: () => { button.parentNode.remove(); drawPortion(list, campaigns, verdictOf, from + portion); }},
+                      `${campaigns.length - from - portion} more`);
   list.append(make('li', {class: 'more'}, button));
 }
 
