@@ -46,6 +46,31 @@ for (const name of ['first-session', 'attributes', 'identity', 'consent', 'comme
   test(`the copy of each session of ${name} makes the same arrive`, async () => { await copiesAreTheSame(await example(name)); });
 }
 
+/** The scenarios of the requests, where those that an activation sends beside the start come in before or behind it. */
+function copiesOf(requests, behind) {
+  const [ordered, waiting] = [[], []];
+  for (const request of requests) {
+    if (behind && /consent|test_device/.test(request.path)) { waiting.push(request); continue; }
+    ordered.push(request);
+    if (request.path.endsWith('/session/start')) ordered.push(...waiting.splice(0));
+  }
+  const store = new Store();
+  store.take({run: 1, requests: [...ordered, ...waiting].map((request, i) => ({...request, id: i + 1}))});
+  return store.sessions.map(session => scenarioOf(session).scenario);
+}
+
+test('a copy is the same whichever of the requests of an activation arrives first', async () => {
+  const {origin, end} = await startBackend();
+  try {
+    assert.equal((await play(origin, await example('content'))).status, 0);
+    const requests = await (await fetch(origin + '/inspect/requests')).json();
+    assert.ok(requests.some(request => request.path.endsWith('/test_device/add')));
+    assert.deepEqual(copiesOf(requests, true), copiesOf(requests, false));
+  } finally {
+    await end();
+  }
+});
+
 test('with the diagnostic log, what pages sent is sent again', async () => {
   const event = name => ({call: 'tagEvent:', args: [name], then: [{call: 'build'}]});
   const send = actions => ({template: {send: actions}});
