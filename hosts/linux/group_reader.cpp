@@ -59,9 +59,15 @@ std::optional<std::vector<std::string>> GroupReader::keys() {
     });
 }
 
+void GroupReader::forget() {
+    MutexLock lock(mutex_);
+    known_.clear();
+}
+
 void GroupReader::close() {
     MutexLock lock(mutex_);
     closed_ = true;
+    known_.clear();
     database_.reset();
 }
 

@@ -28,6 +28,9 @@ public:
 
     [[nodiscard]] std::optional<std::vector<std::string>> keys();
 
+    /// Lets go of what has been read, which may have been erased from the file.
+    void forget();
+
     /// Nothing is read any more.
     void close();
 

@@ -237,6 +237,7 @@ void SqliteStore::erase(std::vector<std::string> keys, std::function<void(std::s
         });
         putInLine([this, keys = std::move(keys), removals, erased = callable(std::move(erased))](StoreFile& file) {
             auto problem = file.erase(keys);
+            if (reader_) reader_->forget();
             if (problem.empty()) forgetWritten(removals);
             erased(std::move(problem));
         });

@@ -136,6 +136,9 @@ TEST_F(DefaultsProcesses, OnlyTheOwnerReclaimsAndGroupsAreReadFromTheFile) {
         EXPECT_EQ(group->value("greeting"), Value("second"));
         group->set("greeting", "mine");
         EXPECT_EQ(group->value("greeting"), Value("mine"));
+        group->synchronize();
+        second->waitUntilWritten();
+        EXPECT_EQ(group->value("greeting"), Value("mine"));  // though it was read before
         EXPECT_THAT(group->keys(), testing::ElementsAre("greeting"));
     }
     owner.kill();
