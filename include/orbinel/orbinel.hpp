@@ -377,14 +377,16 @@ public:
     ///
     /// | type | when | data |
     /// |---|---|---|
-    /// | 0 | a push was opened, or came in the foreground | what of its payload is not the library's own; of an item
-    /// picked in a carousel, the item's entries | | 1 | a native button of a message was pressed | what the button
-    /// carries | | 2 | a page of a message reported a purchase | {"purchased_items"} | | 3 | a page put something into
-    /// the cart | {"cart_items"} | | 4 | a page has something of its own to say | what it says | | 5 | a message was
-    /// shown | {"inapp_id", "variant_id"}, texts | | 6 | a session start was answered, unless a message of its push or
-    /// for a try came instead | none |
+    /// | 0 | a push was opened, or came in the foreground | what of its payload is not the library's own |
+    /// | 1 | a native button of a message was pressed | what the button carries |
+    /// | 2 | a page of a message reported a purchase | {"purchased_items"} |
+    /// | 3 | a page put something into the cart | {"cart_items"} |
+    /// | 4 | a page has something of its own to say | what it says |
+    /// | 5 | a message was shown | {"inapp_id", "variant_id"}, texts |
+    /// | 6 | a session start was answered | none |
     ///
-    /// Beside the data of a push stands its "source".
+    /// Beside the data of a push stands its "source"; of an item that was picked in a carousel, the data are the item's
+    /// entries alone. A start that brings a message of its push, or one for a try, is not told.
     ///
     /// The sender is held weakly; a registration replaces the one before. Not gated.
     template <typename Selector, typename Sender>

@@ -37,10 +37,10 @@ struct DesktopNotification {
 /// turns between upright and lying.
 ///
 /// What the desktop has the default GApplication open (G_APPLICATION_HANDLES_OPEN) reaches the application's delegate,
-/// and so the library; without a delegate (`Application::setDelegate`) it reaches nobody:
-/// web addresses as activities to continue, other URLs with the newest of the operations for them that the delegate
-/// implements. Links that start the application arrive, too, where this object is made in its "startup". What a
-/// delegate implements must not throw, as any handler of GTK's.
+/// and through it the library: web addresses as activities to continue, other URLs with the newest of the operations
+/// for them that the delegate implements. Without a delegate (`Application::setDelegate`) it reaches nobody. Links that
+/// start the application arrive, too, where this object is made in its "startup". What a delegate implements must not
+/// throw, as any handler of GTK's.
 ///
 /// Web pages run in a sandbox that takes user namespaces; where the system has none, `makeWebView` says so.
 ///
