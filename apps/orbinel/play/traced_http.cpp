@@ -74,10 +74,8 @@ struct TracedHttp::Log {
     void note(const HttpOutcome& outcome) {
         const auto* failure = std::get_if<HttpFailure>(&outcome);
         const MutexLock lock(mutex);
-        if (failure == nullptr)
-            hasAnswer = true;
-        else if (!failure->cancelled)
-            hasFailure = true;
+        hasAnswer |= failure == nullptr;
+        hasFailure |= failure != nullptr && !failure->cancelled;
     }
 
     void end(std::int64_t id) {
