@@ -11,9 +11,8 @@ namespace orbinel {
 
 namespace {
 
-constexpr double longestSession = 86'400;            // one day, in seconds
-constexpr std::int32_t implausibleSession = 10;      // what is reported instead, in seconds
-constexpr std::size_t mostEventsBeforeInapp = 1000;  // that are taken along from session to session
+constexpr double longestSession = 86'400;        // one day, in seconds
+constexpr std::int32_t implausibleSession = 10;  // what is reported instead, in seconds
 
 bool isEmptyContainer(const Value& value) {
     const auto* array = value.ifArray();
@@ -115,11 +114,10 @@ SessionRecord OrbinelSession::takeRecord(const SessionRecord& filled) {
     }
     record_.partner_name = taken.partner_name;
     record_.session_id = taken.session_id;
-    record_.eventsBeforeInapp = std::move(taken.eventsBeforeInapp);
-    if (record_.eventsBeforeInapp.size() > mostEventsBeforeInapp) record_.eventsBeforeInapp.clear();
     taken.session_duration = filled.session_duration;
     taken.timestamp = filled.timestamp;
-    // These two never travel; what they counted ends with the session.
+    // These never travel; what they kept ends with the session.
+    taken.eventsBeforeInapp.clear();
     taken.eventOccurrences.clear();
     taken.session_content_variables.clear();
     return taken;

@@ -50,8 +50,8 @@ struct SessionRecord {
     Array blocked_inapps;
     Dictionary eventOccurrences;  // occurrence key to count, for in-app triggers
 
-    // Events tagged before the campaigns arrived, also in earlier sessions whose start was not answered. Beside the
-    // fields: never sent.
+    // Events tagged before the campaigns arrived; without an answer to the start, they end with the session. Beside
+    // the fields: never sent.
     std::vector<std::string> eventsBeforeInapp;
 };
 

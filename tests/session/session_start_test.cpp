@@ -123,6 +123,19 @@ TEST_F(SessionStartTest, AppliesTheAnswerInItsOrder) {
     EXPECT_TRUE(record().eventsBeforeInapp.empty());
 }
 
+TEST_F(SessionStartTest, NamesThatWaitedForCampaignsEndWithTheirSession) {
+    for (int foreground = 1; foreground <= 3; ++foreground) {
+        watched.calls.clear();
+        const Scripted answered{.body = R"({"inapps": [{"inapp_id": 1}]})"};
+        backend.answer("/session/start", foreground == 3 ? answered : Scripted{.status = 503});
+        becomeActive();
+        Orbinel::tagEvent("late").build();
+        enterBackground();
+    }
+    EXPECT_THAT(watched.calls, Contains("check session_start 1").Times(1));
+    EXPECT_THAT(watched.calls, ::testing::Not(Contains("check late 1")));
+}
+
 TEST_F(SessionStartTest, SurvivesEveryKindOfAnswer) {
     // No answer, or one that is no dictionary, applies nothing; the latter still ends the start and the wait for it.
     EXPECT_FALSE(startAnswered({.status = 500}));
