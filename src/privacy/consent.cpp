@@ -167,27 +167,32 @@ void OrbinelPrivacy::sendMobileGDPRPayload() noexcept {
             [&] { post(getMobileGDPRPayload(), mobilePosts_, &OrbinelPrivacy::sendMobileGDPRPayload); });
 }
 
-/// Posts that are under way at once may arrive in any order: when the last of them is answered, the consent that is in
-/// force then is posted once more.
-void OrbinelPrivacy::post(Dictionary payload, Posts& posts, void (OrbinelPrivacy::*again)() noexcept) {
-    {
-        const MutexLock lock(settingMutex_);
-        if (posts.underWay++ > 0) posts.overlapped = true;
-    }
-    sender_.sendRequest(std::move(payload), endpoints_.sendGDPRConsent(), [this, &posts, again](const Value&) {
+void OrbinelPrivacy::post(Dictionary payload, Posts& posts, Post again) {
+    sender_.sendRequest(std::move(payload), endpoints_.sendGDPRConsent(), underWay(posts, again));
+}
+
+/// Counts a post that is about to leave; what it gives is called when that post has ended. Posts that are under way at
+/// once may arrive in any order: when the last of them has ended, the consent that is in force then is posted once
+/// more.
+Answer OrbinelPrivacy::underWay(Posts& posts, Post again) {
+    const MutexLock lock(settingMutex_);
+    if (posts.underWay++ > 0) posts.overlapped = true;
+    return [this, &posts, again](const Value&) {
         {
-            const MutexLock lock(settingMutex_);
+            const MutexLock ending(settingMutex_);
             if (--posts.underWay > 0 || !std::exchange(posts.overlapped, false)) return;
         }
         (this->*again)();
-    });
+    };
 }
 
 void OrbinelPrivacy::sendCachedGDPRPayload() noexcept {
     guarded(reports_, "+[OrbinelPrivacy sendCachedGDPRPayload]", [&] {
-        sender_.sendUntilTaken(getGDPRPayload(), endpoints_.sendGDPRConsent(), [this, failed = timesFailed_.load()] {
+        const auto taken = [this, failed = timesFailed_.load()] {
             if (failed == timesFailed_) store(keys::savedGdprConsent, {});
-        });
+        };
+        sender_.sendUntilTaken(getGDPRPayload(), endpoints_.sendGDPRConsent(), taken,
+                               underWay(gdprPosts_, &OrbinelPrivacy::sendGDPRPayload));
     });
 }
 

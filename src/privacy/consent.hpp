@@ -75,9 +75,11 @@ private:
         int underWay = 0;
         bool overlapped = false;
     };
+    using Post = void (OrbinelPrivacy::*)() noexcept;
 
     void store(std::string_view key, Value value);
-    void post(Dictionary payload, Posts& posts, void (OrbinelPrivacy::*again)() noexcept);
+    void post(Dictionary payload, Posts& posts, Post again);
+    [[nodiscard]] Answer underWay(Posts& posts, Post again);
     [[nodiscard]] Value rememberedGdprConsent();
     [[nodiscard]] std::uint32_t timesSet();
     [[nodiscard]] Dictionary makePayload(std::string_view consentKey, Value consent);

@@ -27,7 +27,8 @@ struct OrbinelRequest::Outgoing {
     std::string url;
     std::string timestamp;  // of the key and of the "ts" header
     std::string body;
-    std::string scrambled;     // the envelope's "payload"; empty where the body travels plain
+    std::string scrambled;     // the envelope's "payload"; empty where the body is none
+    bool isStamped = false;    // it came with the time stamp that its envelope was made under
     bool isEmptyForm = false;  // "{}" stands for a body that could not be scrambled: whoever takes it has taken nothing
     bool isStop = false;
     bool isConsent = false;          // by the endpoints in force when it was sent
@@ -67,8 +68,8 @@ void OrbinelRequest::sendRequest(Dictionary payload, std::string url, Answer suc
     send(std::move(payload), std::move(url), std::move(success), std::nullopt);
 }
 
-void OrbinelRequest::sendUntilTaken(Dictionary payload, std::string url, Completion taken) noexcept {
-    send(std::move(payload), std::move(url), {}, std::nullopt, std::move(taken));
+void OrbinelRequest::sendUntilTaken(Dictionary payload, std::string url, Completion taken, Answer success) noexcept {
+    send(std::move(payload), std::move(url), std::move(success), std::nullopt, std::move(taken));
 }
 
 void OrbinelRequest::send(Dictionary payload, std::string url, Answer success, std::optional<Element> element,
@@ -136,6 +137,8 @@ bool OrbinelRequest::travelsPlain(Dictionary& payload, Outgoing& request) const 
     if (stamp == nullptr) return false;
     request.timestamp = stamp->ifString() != nullptr ? *stamp->ifString() : textOf(*stamp);
     payload.erase(queueTimestamp);
+    request.scrambled = payload["payload"].stringOrEmpty();
+    request.isStamped = true;
     return true;
 }
 
@@ -247,7 +250,12 @@ bool OrbinelRequest::queueAgain(Outgoing& request) {
     const auto* value = std::get_if<Value>(&parsed);
     const auto* stop = value != nullptr ? value->ifDictionary() : nullptr;
     if (stop == nullptr) return giveUp("Failed to parse decrypted payload.");
-    queue_.addStopRequestToQueue(*stop, request.element);
+    if (!request.isStamped || !request.element) {
+        queue_.addStopRequestToQueue(*stop, request.element);
+    } else {  // what the queue holds is the envelope
+        queue_.addStopRequestToQueue(*stop);
+        queue_.delivered(*request.element);
+    }
     return true;
 }
 

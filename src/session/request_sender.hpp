@@ -52,9 +52,9 @@ public:
     /// plain, under that time stamp.
     void sendRequest(Dictionary payload, std::string url, Answer success) noexcept;
 
-    /// The same for a caller who only needs to know that the backend has taken the payload: `taken` is called for a
-    /// status of success whatever the body, also without one, and for nothing else.
-    void sendUntilTaken(Dictionary payload, std::string url, Completion taken) noexcept;
+    /// The same for a caller who needs to know that the backend has taken the payload: `taken` is called for a status
+    /// of success whatever the body, also without one, and for nothing else; `success` after it, or where it fails.
+    void sendUntilTaken(Dictionary payload, std::string url, Completion taken, Answer success) noexcept;
 
     /// Sends every queued stop at once and calls the completion when all are answered. A stop whose sending ends
     /// without a verdict keeps the completion from ever being called.

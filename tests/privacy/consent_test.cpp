@@ -64,6 +64,20 @@ TEST_F(ConsentTest, PostsOnceMoreWhereTwoPostsMayHaveOvertakenEachOther) {
     host.advance(60);  // their time is up
     ASSERT_THAT(sets(), SizeIs(4));
     EXPECT_EQ(sets()[3].payload["gdpr_consent"], false);
+
+    // Also where the first of them repeats a post that failed.
+    backend.clear();
+    host.defaults->standard()->set(keys::gdprConsent, true);
+    host.defaults->standard()->set(keys::savedGdprConsent, true);
+    backend.answer(setPath, {.never = true});
+    becomeActiveForConsent();
+    world().privacy.setGDPRConsent(false);
+    host.settle();
+    ASSERT_THAT(sets(), SizeIs(2));
+    backend.answer(setPath, {});
+    host.advance(60);
+    ASSERT_THAT(sets(), SizeIs(3));
+    EXPECT_EQ(sets()[2].payload["gdpr_consent"], false);
 }
 
 TEST_F(ConsentTest, ALaunchAdoptsWhatIsRememberedInItsOrder) {

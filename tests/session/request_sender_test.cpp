@@ -121,6 +121,21 @@ TEST_F(RequestSenderTest, TakesTheWholeQueueOutAndPutsBackWhatFailsAgain) {
     EXPECT_EQ(stored("orbinelQueue"), (Array{Dictionary{{"n", 2}}}));
 }
 
+TEST_F(RequestSenderTest, AFailedStampedStopIsQueuedAsWhatItsEnvelopeHolds) {
+    auto stop = world().encryptor.getEncryptedPayloadForData(R"({"n":1})", "99");
+    stop.set("q-timestamp", "99");
+    world().offlineQueue.addStopRequestToQueue(stop);
+    backend.answerOnce("/session/stop", {.status = 500});
+    int passes = 0;
+    world().requestSender.sendQueuedRequests([&] { ++passes; });
+    host.settle();
+    EXPECT_EQ(passes, 1);
+    EXPECT_EQ(stored("orbinelQueue"), (Array{Dictionary{{"n", 1}}}));
+    relaunch();
+    host.settle();
+    EXPECT_EQ(queuedStops(), 1U);
+}
+
 // What is stored is hostile until checked: one bad element holds up its pass and is gone at the next launch.
 TEST_F(RequestSenderTest, AnElementThatCanNeverBeSentBlocksOnePassOnly) {
     host.defaults->standard()->set("orbinelQueue", Array{7, Dictionary{{"n", 1}}, "x"});
