@@ -206,8 +206,13 @@ void OrbinelIdentity::resolveAgain(const GuardedOperation& operation, std::strin
                                    const Dictionary& identifiers, const Completion& completion) noexcept {
     const bool asked = guarded(reports_, operation, [&] {
         reports_.log(LogType::inapp, LogLevel::info, message, [] { return Dictionary(); });
-        sendIdentityRequest(identifiers, [this, asked = order(), identifiers, completion](const auto& orbinelId) {
-            resolved(asked, orbinelId, identifiers);
+        sendIdentityRequest(identifiers, [this, asked = order(), partner = session_.partnerName(), identifiers,
+                                          completion](const auto& orbinelId) {
+            if (partner == session_.partnerName()) {
+                resolved(asked, orbinelId, identifiers);
+            } else {
+                reports_.note("Left an ID: it is one of the partner before.");
+            }
             completion();
         });
     });

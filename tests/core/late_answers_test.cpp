@@ -216,6 +216,19 @@ TEST_F(LateAnswersTest, OfTwoPartnerSwitchesTheLaterOnePrevails) {
     EXPECT_EQ(sinks.count("Reinit returned. Partner name is the same."), 2U);
 }
 
+TEST_F(LateAnswersTest, AnIdOfThePartnerBeforeIsLeft) {
+    world().identity.removeCachedOrbinelID();
+    late->keepBack(identityPath);
+    backend.answerOnce(identityPath, {.body = "of-acme"});
+    becomeActive();  // without an ID, it asks for one
+    backend.answerOnce(identityPath, {.body = "of-globex"});
+    Orbinel::reinitWithPartnerName("globex");
+    host.settle();
+    EXPECT_EQ(stored(keys::orbinelId), "of-globex");
+    deliver();
+    EXPECT_EQ(stored(keys::orbinelId), "of-globex");
+}
+
 TEST_F(LateAnswersTest, ALoginIsNeverUndoneByAnIdThatTheLibraryAskedForItself) {
     for (const bool loginIsAnsweredFirst : {false, true}) {
         results.clear();
