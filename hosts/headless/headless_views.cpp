@@ -1,7 +1,9 @@
 #include "orbinel/headless/headless_views.hpp"
 
+#include <algorithm>
 #include <atomic>
 #include <utility>
+#include <vector>
 
 #include "hosts/common/callable.hpp"
 #include "hosts/headless/headless_view.hpp"
@@ -18,7 +20,7 @@ struct HeadlessViews::State {
 
     const std::shared_ptr<Display> display;
     const std::shared_ptr<HeadlessView> overlay;
-    std::shared_ptr<HeadlessPage> page;
+    std::vector<std::shared_ptr<HeadlessPage>> pages;  // of web views that are, but for the last
     std::optional<std::string> refusal;
     bool hasWindow = true;
     std::atomic<bool> keyboardOpen{false};
@@ -32,7 +34,12 @@ void HeadlessViews::setKeyboardOpen(bool open) { state_->keyboardOpen = open; }
 void HeadlessViews::setHasWindow(bool has) { state_->hasWindow = has; }
 void HeadlessViews::setWebViewRefusal(std::optional<std::string> reason) { state_->refusal = std::move(reason); }
 
-std::shared_ptr<HeadlessPage> HeadlessViews::page() const { return state_->page; }
+std::shared_ptr<HeadlessPage> HeadlessViews::page() const {
+    auto& pages = state_->pages;
+    const auto alive = std::find_if(pages.rbegin(), pages.rend(), [](const auto& page) { return page->isAlive(); });
+    if (alive != pages.rend()) return *alive;
+    return pages.empty() ? nullptr : pages.back();
+}
 
 std::optional<HeadlessViewFacts> HeadlessViews::view(std::int32_t tag) const {
     std::optional<HeadlessViewFacts> found;
@@ -81,7 +88,8 @@ platform::WebViewOrReason HeadlessViews::makeWebView(platform::WebViewSettings s
                                                      std::weak_ptr<platform::WebViewDelegate> delegate) noexcept {
     if (state_->refusal) return *state_->refusal;
     auto page = std::make_shared<HeadlessPage::State>(state_->display, std::move(settings), std::move(delegate));
-    state_->page = std::make_shared<HeadlessPage>(page);
+    std::erase_if(state_->pages, [](const auto& earlier) { return !earlier->isAlive(); });
+    state_->pages.push_back(std::make_shared<HeadlessPage>(page));
     return std::make_unique<HeadlessWebView>(std::move(page));
 }
 

@@ -203,6 +203,16 @@ TEST_F(Play, DeliversToTheDelegatesThatTheHostHas) {
     EXPECT_EQ(logsWith(R"("host": {"notifications": [")" + response + R"("], "hybrid": true},)"), 1u);
 }
 
+TEST_F(Play, LinksOfTheApplicationsOwnSchemesAreThoseThatItsPackageNames) {
+    const auto played = playHere(
+        {R"({"device": {"bundle_info": {"CFBundleURLTypes": [{"CFBundleURLSchemes": ["ACME", 7]}, 7]}}})", beginSession,
+         R"({"push": {"aps": {}, "source": "Orbinel", "camp_id": 1, "orb_dl_url_scheme": "acme://deep"}, "via": "response"})",
+         R"({"advance": 2})", R"({"push": {"aps": {}, "source": "Orbinel", "camp_id": 2, "orb_dl_url_scheme":
+             "other://deep"}, "via": "response"})",
+         R"({"advance": 2})"});
+    EXPECT_THAT(played.all("opened"), ElementsAre("\"acme://deep\""));
+}
+
 // Several threads write the trace; a person who compares two of them must not see that.
 TEST_F(Play, LeavesTheSameTraceEachTime) {
     override(R"({"path": "/api/v3/session/start", "body": {"session_id": "s"}})");

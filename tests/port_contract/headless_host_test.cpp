@@ -82,6 +82,21 @@ TEST_F(HeadlessHosts, WaitingForWorkEndsWhenAnotherThreadBringsSome) {
     poster.join();
 }
 
+TEST_F(HeadlessHosts, ThePageIsTheOneThatWasMadeLastOfThoseThatAre) {
+    const auto make = [&] {
+        return std::get<0>(host.views->makeWebView({}, std::weak_ptr<platform::WebViewDelegate>()));
+    };
+    EXPECT_EQ(host.views->page(), nullptr);
+    auto message = make();
+    const auto page = host.views->page();
+    auto browser = make();
+    EXPECT_NE(host.views->page(), page);
+    browser.reset();
+    EXPECT_EQ(host.views->page(), page);
+    message.reset();
+    EXPECT_FALSE(host.views->page()->isAlive());
+}
+
 TEST_F(HeadlessHosts, RedirectsResolveLocations) {
     host.http->setHandler([](const platform::HttpRequest& request) -> platform::HttpResponse {
         if (request.url == "http://a.example/w/y") return {307, {{"location", "/x/y"}}, "", ""};

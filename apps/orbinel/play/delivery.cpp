@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "base/special_objects.hpp"
+
 namespace orbinel::tool {
 
 namespace {
@@ -65,7 +67,10 @@ Delivery readUserActivity(Fields& step) {
 
 Delivery readDeviceToken(Fields& step, ArgumentReader& arguments) {
     Delivery delivery{operations::didRegisterForRemoteNotifications, {}};
-    const auto bytes = arguments.element(step.require("device_token"));
+    const auto& json = step.require("device_token");
+    // A text of digits would otherwise be taken for the bytes of its characters.
+    if (onlySpecialEntry(json) == nullptr) throw Unusable("\"device_token\" must be a {\"$bytes\"}");
+    const auto bytes = arguments.element(json);
     const auto& token = requireText(bytes, "\"device_token\"");
     delivery.arguments.deviceToken.assign(token.begin(), token.end());
     return delivery;

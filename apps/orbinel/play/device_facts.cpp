@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "apps/orbinel/play/fields.hpp"
+#include "base/ascii.hpp"
+#include "base/value_content.hpp"
 
 namespace orbinel::tool {
 
@@ -158,9 +160,23 @@ FactChange accelerometer(const Value& value, std::string_view name) {
     return [available](const DeviceParts& parts) { parts.accelerometer.setAvailable(available); };
 }
 
+/// What the package says it is opened by, in lower case.
+std::vector<std::string> urlSchemes(const Dictionary& information) {
+    std::vector<std::string> schemes;
+    const auto* types = information["CFBundleURLTypes"].ifArray();
+    for (const auto& type : types != nullptr ? *types : Array()) {
+        const auto* declared = dictionaryOrEmpty(type)["CFBundleURLSchemes"].ifArray();
+        for (const auto& scheme : declared != nullptr ? *declared : Array()) {
+            if (const auto* text = scheme.ifString()) schemes.push_back(ascii::lowerCased(*text));
+        }
+    }
+    return schemes;
+}
+
 FactChange bundleInformation(const Value& value, std::string_view name) {
     return bundleFact([information = requireDictionary(value, inQuotes(name))](platform::ApplicationBundle& bundle) {
         bundle.information = information;
+        bundle.urlSchemes = urlSchemes(information);
     });
 }
 

@@ -91,7 +91,8 @@ const Dictionary& requireDictionary(const Value& value, std::string_view what) {
 
 std::vector<std::string> requireTexts(const Value& value, std::string_view what) {
     std::vector<std::string> texts;
-    for (const auto& element : requireArray(value, what)) texts.push_back(requireText(element, what));
+    const auto element = "an element of " + std::string(what);
+    for (const auto& text : requireArray(value, what)) texts.push_back(requireText(text, element));
     return texts;
 }
 
@@ -103,7 +104,8 @@ double requireNumber(const Value& value, std::string_view what, double lowest, d
 }
 
 std::int64_t requireWholeNumber(const Value& value, std::string_view what, std::int64_t lowest, std::int64_t highest) {
-    if (value.ifInt32() == nullptr && value.ifInt64() == nullptr) refuseKind(value, what, "a whole number");
+    if (value.ifReal() != nullptr) throw Unusable(std::string(what) + " must be a whole number");
+    if (!value.isNumber()) refuseKind(value, what, "a whole number");
     const auto number = value.integer().value_or(0);
     if (number >= lowest && number <= highest) return number;
     throw Unusable(std::string(what) + " must be from " + std::to_string(lowest) + " to " + std::to_string(highest));

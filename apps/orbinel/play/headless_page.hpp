@@ -7,7 +7,7 @@
 
 namespace orbinel::tool {
 
-/// The page of the web view that was made last, which does nothing by itself.
+/// The page of the web view that was made last of those that still are, which does nothing by itself.
 class HeadlessPlayedPage final : public PlayedPage {
 public:
     explicit HeadlessPlayedPage(std::shared_ptr<headless::HeadlessViews> views) : views_(std::move(views)) {}

@@ -64,7 +64,7 @@ PageAction readTap(const Value& json) {
     if (json.ifDictionary() != nullptr) {
         return [button = readNativeButton(json)](PlayedPage&) { press(button); };
     }
-    const auto& what = requireText(json, "\"tap\"");
+    const auto& what = json.stringOrEmpty();
     if (what == "close") return [](PlayedPage& page) { page.tapClose(); };
     if (what == "browser_close") return [](PlayedPage& page) { page.tapBrowserClose(); };
     throw Unusable("\"tap\" can only be \"close\", \"browser_close\" or a native button");
@@ -100,7 +100,11 @@ PageAction readAction(Fields& fields) {
         requireTrue(*json, "\"terminated\"");
         return [](PlayedPage& page) { page.terminate(); };
     }
-    return readTap(fields.require("tap"));
+    if (const auto* json = fields.find("tap")) return readTap(*json);
+    fields.expectNoOthers();
+    throw Unusable(
+        "\"template\" needs \"finish\", \"fail\", \"progress\", \"send\", \"navigate\", \"message\", \"terminated\" or "
+        "\"tap\"");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <exception>
 #include <utility>
 
+#include "apps/orbinel/play/repeated_key.hpp"
 #include "apps/orbinel/play/step_reader.hpp"
 #include "hosts/common/rapidjson_json.hpp"
 
@@ -17,6 +18,10 @@ Value parsed(std::string_view text) {
     auto outcome = hosts::RapidJson().parse(text);
     if (const auto* failure = std::get_if<platform::JsonFailure>(&outcome)) {
         throw Unusable("not JSON, at byte " + std::to_string(failure->offset) + ": " + inQuotes(failure->reason));
+    }
+    if (const auto repeated = repeatedKey(text)) {
+        throw Unusable("an object has the key " + inQuotes(repeated->key) + " twice, at byte " +
+                       std::to_string(repeated->end));
     }
     return std::get<Value>(std::move(outcome));
 }
@@ -53,7 +58,13 @@ std::optional<double> readClock(Fields& scenario) {
 
 Dictionary readValues(const Value& json, std::string_view what, ArgumentReader& arguments) {
     Dictionary values;
-    for (const auto& [key, value] : requireDictionary(json, what)) values.set(key, arguments.value(value));
+    for (const auto& [key, value] : requireDictionary(json, what)) {
+        try {
+            values.set(key, arguments.value(value));
+        } catch (const Unusable& error) {
+            throw Unusable(inQuotes(key) + " of " + std::string(what) + ": " + error.what());
+        }
+    }
     return values;
 }
 

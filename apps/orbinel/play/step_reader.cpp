@@ -13,6 +13,7 @@ namespace {
 
 constexpr double mostSteps = 1'000'000;           // of one play, repetitions counted out
 constexpr double longestLimit = 3600;             // seconds, real time
+constexpr double tallestKeyboard = 100'000;       // points
 constexpr double longestAdvance = 3'155'760'000;  // seconds: a hundred years
 
 constexpr std::array<std::string_view, 20> stepKinds{
@@ -237,6 +238,9 @@ NotifyStep StepReader::readNotification(Fields& fields) {
         for (const auto& [key, value] : requireDictionary(*info, "\"info\"")) {
             notify.info.set(key, arguments_.element(value));
         }
+    }
+    if (const auto* height = notify.info.find("height")) {  // of the keyboard
+        (void)requireNumber(*height, "\"height\"", 0, tallestKeyboard);
     }
     return notify;
 }

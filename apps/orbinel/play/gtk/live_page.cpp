@@ -73,6 +73,13 @@ void LivePage::wasDrawn(double width, double height) noexcept {
     if (const auto library = library_.lock()) library->wasDrawn(width, height);
 }
 
+std::shared_ptr<LivePage> WatchedViews::page() const {
+    for (auto at = pages_.rbegin(); at != pages_.rend(); ++at) {
+        if (auto page = at->lock()) return page;
+    }
+    return nullptr;
+}
+
 platform::WebViewOrReason WatchedViews::makeWebView(platform::WebViewSettings settings,
                                                     std::weak_ptr<platform::WebViewDelegate> delegate) noexcept {
     const auto page = std::make_shared<LivePage>(std::move(delegate));
@@ -80,7 +87,8 @@ platform::WebViewOrReason WatchedViews::makeWebView(platform::WebViewSettings se
     auto* webView = std::get_if<std::unique_ptr<platform::WebView>>(&made);
     if (webView == nullptr) return made;
     page->attachTo(**webView);
-    page_ = page;
+    std::erase_if(pages_, [](const auto& earlier) { return earlier.expired(); });
+    pages_.push_back(page);
     return std::make_unique<WatchedWebView>(std::move(*webView), page);
 }
 

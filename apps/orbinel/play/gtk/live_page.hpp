@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "hosts/gtk/gobject.hpp"
 #include "platform/forwarding_views.hpp"
@@ -49,13 +50,14 @@ private:
     int messages_ = 0;
 };
 
-/// The views of a window, with an eye on the web view that was made last, and a keyboard that the scenario may open.
+/// The views of a window, with an eye on the web view that was made last of those that still are, and a keyboard that
+/// the scenario may open.
 class WatchedViews final : public platform::ForwardingViews {
 public:
     using ForwardingViews::ForwardingViews;
 
     /// Nothing where no web view is left.
-    [[nodiscard]] std::shared_ptr<LivePage> page() const { return page_.lock(); }
+    [[nodiscard]] std::shared_ptr<LivePage> page() const;
     void setKeyboardOpen(bool open) { keyboardOpen_ = open; }
 
     [[nodiscard]] bool isKeyboardOpen() const noexcept override {
@@ -65,7 +67,7 @@ public:
         platform::WebViewSettings settings, std::weak_ptr<platform::WebViewDelegate> delegate) noexcept override;
 
 private:
-    std::weak_ptr<LivePage> page_;
+    std::vector<std::weak_ptr<LivePage>> pages_;  // as they were made
     std::atomic<bool> keyboardOpen_ = false;
 };
 

@@ -79,7 +79,8 @@ public:
     /// Why no web engine can run; nothing: it can.
     void setWebViewRefusal(std::optional<std::string> reason);
 
-    /// The page of the web view that was made last, the web view gone or not; nothing before the first.
+    /// The page of the web view that was made last among those that still are; where none is, of the last one that was;
+    /// nothing before the first.
     [[nodiscard]] std::shared_ptr<HeadlessPage> page() const;
 
     /// The view with this tag that lies on top; nothing where there is none.
